@@ -1,0 +1,9 @@
+#include "runtime/Filer.h"
+
+namespace qxsvg {
+
+TReader::~TReader() = default;
+TWriter::~TWriter() = default;
+TFiler::~TFiler() = default;
+
+}  // namespace qxsvg

@@ -1,0 +1,22 @@
+#include "runtime/Services.h"
+
+#include "runtime/Exceptions.h"
+
+namespace qxsvg {
+
+TServices& Services() {
+  static TServices& Table = []() -> TServices& {
+    static TServices Made;
+    InstallDefaultServices(Made);
+    return Made;
+  }();
+  return Table;
+}
+
+void RaiseMissingService(StringView Contract, StringView Target) {
+  throw EInvalidOperation(
+      u"No implementer of %s: link the whole library with %s or install one in the services table",
+      {Contract, Target});
+}
+
+}  // namespace qxsvg
