@@ -1,0 +1,178 @@
+// The root of a tree, and the context of everything in it.
+#pragma once
+
+#include "document/DocumentEvents.h"
+#include "document/StringHashTable.h"
+#include "foundation/Keywords.h"
+#include "shapes/AspectRatio.h"
+#include "shapes/CustomViewBox.h"
+
+namespace qxsvg {
+
+class IXMLDocument;
+class TStream;
+class TSVGStyle;
+
+using TSVGElementTable = TQXStringObjectHashTable<TSVGElement>;
+using TSVGStyleTable = TQXStringObjectHashTable<TSVGStyle>;
+
+// The element `svg` (SVG 1.1 chapter 5.1). It owns the table of all its elements by identifier, the
+// style sheet, the options, the resolution, the rendering defaults and the events of the host. A
+// nested `svg` is a document too, with tables of its own, whose owner is the outer document.
+//
+// A document belongs to one thread at a time; drawing and hit testing change the state of its tree.
+class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
+ public:
+  // Outer is the document around a nested `svg`; null for a root.
+  explicit TSVGDocument(TSVGDocument* Outer = nullptr);
+  ~TSVGDocument() override;
+
+  static const TSVGElementClass Class;
+  const TSVGElementClass& ClassType() const override { return Class; }
+  TSVGElementTypes ChildSVGTypes() const override;
+
+  // --- Loading. Each replaces the whole tree. What cannot be read raises EStreamError or EXMLError,
+  // a document without root or with another root than `svg` raises ESVGException; in these cases the
+  // previous tree stands. An element that may not stand where it stands raises ESVGException too; what
+  // was read up to there is then what the document holds. OnChange fires once, after OnLoaded.
+  void LoadFromFile(StringView FileName);
+  void LoadFromFile(std::string_view FileNameUtf8);
+  virtual void LoadFromStream(TStream& Stream);
+  virtual void LoadFromText(StringView Text);
+  void LoadFromText(std::string_view TextUtf8);
+  void LoadFromXML(IXMLDocument& XMLDocument);
+  // Does nothing when the node is no `svg`.
+  void LoadFromXML(IXMLNode& Node) override;
+
+  // Whether the text is XML with an `svg` root and, when Deep, loads without an exception. Raises
+  // nothing.
+  static bool IsValidSVG(StringView FileName, bool Deep);
+  static bool IsValidSVG(TStream& Stream, bool Deep);
+  static bool IsValidSVG(IXMLDocument& XMLDocument, bool Deep);
+  static bool IsValidSVG(bool Deep, StringView Text);
+
+  // Makes an `svg` element node in XMLDocument and writes the tree on it.
+  void SaveToXML(IXMLDocument& XMLDocument);
+  void SaveToXML(IXMLNode& Node) override { TSVGCustomViewBox::SaveToXML(Node); }
+
+  void Clear() override;
+  void Change(TSVGElement* Element) override;
+
+  // --- Tables. They do not own what they hold.
+  TSVGElementTable& AllItems() { return FAllItems; }
+  const TSVGElementTable& AllItems() const { return FAllItems; }
+  // The element of that identifier (exact), or null.
+  TSVGElement* FindElement(StringView ID) const;
+  // The rules by selector text; this table's document owns the styles.
+  TSVGStyleTable& Styles() { return FStyles; }
+  const TSVGStyleTable& Styles() const { return FStyles; }
+  // All elements of these kinds, in the order of the element table; valid until the tree changes.
+  const std::vector<TSVGElement*>& Gradients();
+  const std::vector<TSVGElement*>& Markers();
+  const std::vector<TSVGElement*>& Patterns();
+
+  // --- Style sheet
+  // Adds the rules of a style sheet's text; ApplyStyles makes them take effect.
+  virtual void ReadStyles(StringView Text);
+  virtual void ReadStyles(IXMLNode& Node);
+  void ApplyStyles() override;
+
+  // --- Conditional processing
+  virtual bool SupportsFeature(StringView Feature) const;
+  // Language holds language tags parted by commas or blanks.
+  virtual bool SupportsLanguage(StringView Language) const;
+
+  // --- Settings
+  TSVGOptions GetOptions() const override;
+  void SetOptions(const TSVGOptions& Value);
+  std::int32_t DPI() const { return FDPI; }
+  // Dots per inch, never below 10.
+  void SetDPI(std::int32_t Value);
+  const String& FormatStr() const { return FFormatStr; }
+  // Raises EConvertError for a format that formats nothing; the previous one then stands.
+  void SetFormatStr(StringView Value);
+  TSVGColorInterpolation DefaultColorInterpolation() const { return FDefaultColorInterpolation; }
+  void SetDefaultColorInterpolation(TSVGColorInterpolation Value);
+  TSVGColorRendering DefaultColorRendering() const { return FDefaultColorRendering; }
+  void SetDefaultColorRendering(TSVGColorRendering Value);
+  TSVGShapeRendering DefaultShapeRendering() const { return FDefaultShapeRendering; }
+  void SetDefaultShapeRendering(TSVGShapeRendering Value);
+  TSVGTextRendering DefaultTextRendering() const { return FDefaultTextRendering; }
+  void SetDefaultTextRendering(TSVGTextRendering Value);
+  // The fit of a document without a view box.
+  TSVGPreserveAspectRatio& DefaultAspectRatio() { return FDefaultAspectRatio; }
+  const TSVGPreserveAspectRatio& DefaultAspectRatio() const { return FDefaultAspectRatio; }
+  void SetDefaultAspectRatio(const TSVGPreserveAspectRatio* Value);
+  // Comma text; counts when soUseLocaleForLanguage is off.
+  String PreferredLanguage() const;
+  void SetPreferredLanguage(StringView Value);
+  TStrings& PrefLanguages() { return FPrefLanguages; }
+  // The published transform can be read, not written.
+  void SetIgnoreTransformMatrix(StringView Value);
+
+  TSVGUnitFactors CalcUnitFactors() const;
+  // Without the font sizes, which each reader multiplies on.
+  const TSVGUnitFactors& StoredUnitFactors() const { return FUnitFactors; }
+  TSVGUnitFactors GetUnitFactors() override;
+
+  // --- Events of the host
+  TSVGParserNodeEvent OnParsingNode;
+  TSVGElementEvent OnParsedNode;
+  TNotifyEvent OnChange, OnLoading, OnLoaded;
+  TSVGElementEvent OnAddElement, OnRemoveElement;
+  TSVGStyleEvent OnAddStyle, OnRemoveStyle;
+  TSVGShouldDrawQEvent OnShouldDraw;
+  TSVGSavingElementEvent OnSavingElement;
+  TSVGSaveElementEvent OnSavedElement;
+  TSVGDiagnosticEvent OnDiagnostic;
+
+  void Diagnose(TSVGDiagnosticKind Kind, TSVGElement* Element, StringView Text) const {
+    if (OnDiagnostic) OnDiagnostic(Kind, Element, Text);
+  }
+
+ protected:
+  using TSVGElement::DoShouldDraw;
+  void DoSaveToXML(IXMLNode& Node) override;
+  void ElementNotification(TSVGElement* Sender, TSVGElement* Item,
+                           TCollectionNotification Action) override;
+  std::int32_t ReadChild(IXMLNode& Node) override;
+  TSVGDocument* DocumentOfChildren() override { return this; }
+  void DoOnParsingNode(TSVGElement* Element, IXMLNode& Node) override;
+  void DoOnParsedNode(TSVGElement* Element) override;
+  bool DoOnSavingElement(TSVGElement* Element, IXMLNode& Node) override;
+  void DoOnSavedElement(TSVGElement* Element, IXMLNode& Node) override;
+  virtual bool DoShouldDraw(TSVGElement* Element, bool Value);
+  // Adds a declaration list to the rule of that selector, made when missing; gives the rule.
+  virtual TSVGStyle* DoAddStyle(StringView Selector, StringView Style);
+  virtual void UpdateElementLists();
+  virtual void DoLoading();
+  virtual void DoLoaded();
+  virtual void AllItemsNotify(TPersistent* Sender, TSVGElement* const& Item,
+                              TCollectionNotification Action);
+  virtual void StyleNotify(TPersistent* Sender, TSVGStyle* const& Style,
+                           TCollectionNotification Action);
+
+ private:
+  friend class TSVGElement;
+
+  void CopyRenderingDefaults();
+  void DestroyStyles();
+  const std::vector<TSVGElement*>& CurrentList(const std::vector<TSVGElement*>& List);
+
+  TSVGElementTable FAllItems;
+  TSVGStyleTable FStyles;
+  TSVGOptions FOptions;
+  TSVGPreserveAspectRatio FDefaultAspectRatio;
+  TStrings FPrefLanguages;
+  std::int32_t FDPI = 96;
+  TSVGUnitFactors FUnitFactors;
+  TSVGShapeRendering FDefaultShapeRendering = TSVGShapeRendering::srnGeometricPrecision;
+  TSVGColorRendering FDefaultColorRendering = TSVGColorRendering::clrnAuto;
+  TSVGTextRendering FDefaultTextRendering = TSVGTextRendering::txrnAuto;
+  TSVGColorInterpolation FDefaultColorInterpolation = TSVGColorInterpolation::sciSRGB;
+  String FFormatStr;
+  std::vector<TSVGElement*> FGradients, FMarkers, FPatterns;
+  bool FAllItemsModified = false;
+};
+
+}  // namespace qxsvg

@@ -1,0 +1,65 @@
+// Emptying and copying elements.
+#include "document/Document.h"
+#include "document/Element.h"
+#include "runtime/Exceptions.h"
+#include "runtime/UpdateLock.h"
+
+namespace qxsvg {
+
+void TSVGElement::Clear() {
+  const TUpdateLock Lock(*this);
+  SetTitle({});
+  FEnabled = true;
+  if (FTexts) {
+    for (TStrings* List : {&FTexts->Description, &FTexts->Classes}) List->Clear();
+    FTexts->Language.clear();
+    for (TStrings* List :
+         {&FTexts->RequiredExtensions, &FTexts->RequiredFeatures, &FTexts->SystemLanguages})
+      List->Clear();
+  }
+  FItems.Clear();
+  while (!Listeners().empty()) RemoveChangeNotification(Listeners().back());
+}
+
+void TSVGElement::AssignProperties(const TSVGElement* Source) {
+  SetID(Source->ID());
+  if (Source->FTexts || FTexts) {
+    TextBlock& To = TextsForWriting();
+    const TextBlock& From = Source->Texts();
+    To.Title = From.Title;
+    To.Language = From.Language;
+    FAttributes = Source->FAttributes;
+    To.Description.Assign(&From.Description);
+    To.Classes.Assign(&From.Classes);
+    To.SystemLanguages.Assign(&From.SystemLanguages);
+    To.RequiredFeatures.Assign(&From.RequiredFeatures);
+    To.RequiredExtensions.Assign(&From.RequiredExtensions);
+  }
+  FAttributes = Source->FAttributes;
+}
+
+void TSVGElement::Assign(const TPersistent* Source) {
+  const auto* const Other = dynamic_cast<const TSVGElement*>(Source);
+  if (!Other) return TPersistent::Assign(Source);
+  if (Other == this) return;
+  const TUpdateLock Lock(*this);
+  Clear();
+  AssignProperties(Other);
+  for (std::int32_t I = 0; I < Other->FItems.Count(); ++I)
+    FItems.Add(Other->FItems[I]->Clone(DocumentOfChildren()));
+}
+
+std::unique_ptr<TSVGElement> TSVGElement::Clone(TSVGDocument* Document) const {
+  const auto Create = ClassType().Create;
+  if (!Create) throw EInvalidOperation(u"There are no instances of %s", {ClassName()});
+  std::unique_ptr<TSVGElement> Result = Create(Document);
+  const TUpdateLock Lock(*Result);
+  Result->AssignProperties(this);
+  for (std::int32_t I = 0; I < FItems.Count(); ++I)
+    Result->FItems.Add(FItems[I]->Clone(Document));
+  return Result;
+}
+
+void TSVGElement::AssignTo(TPersistent* Dest) const { TPersistent::AssignTo(Dest); }
+
+}  // namespace qxsvg

@@ -1,0 +1,241 @@
+// Birth and death of elements, their place in the tree, identifiers and the news of changes.
+#include "document/Element.h"
+
+#include <algorithm>
+
+#include "document/Document.h"
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
+#include "runtime/Exceptions.h"
+
+namespace qxsvg {
+
+namespace {
+
+constexpr StringView MadeUpPrefix = u"ID#";
+
+constexpr TProperty Properties[] = {
+    Property<&TSVGElement::ID, &TSVGElement::SetID>(
+        u"ID",
+        [](const TPersistent& Self) { return !static_cast<const TSVGElement&>(Self).ID().empty(); }),
+    Property<&TSVGElement::Enabled, &TSVGElement::SetEnabled>(
+        u"Enabled", StoredUnless<&TSVGElement::Enabled, true>),
+    Property<&TSVGElement::Title, &TSVGElement::SetTitle>(
+        u"Title",
+        [](const TPersistent& Self) {
+          return !static_cast<const TSVGElement&>(Self).Title().empty();
+        }),
+    StringListProperty<&TSVGElement::Description, &TSVGElement::Description>(u"Description"),
+    StringListProperty<&TSVGElement::Classes, &TSVGElement::Classes>(u"Classes"),
+    Property<&TSVGElement::Language, &TSVGElement::SetLanguage>(
+        u"Language",
+        [](const TPersistent& Self) {
+          return !static_cast<const TSVGElement&>(Self).Language().empty();
+        }),
+    StringListProperty<&TSVGElement::RequiredExtensions, &TSVGElement::RequiredExtensions>(
+        u"RequiredExtensions"),
+    StringListProperty<&TSVGElement::RequiredFeatures, &TSVGElement::RequiredFeatures>(
+        u"RequiredFeatures"),
+    StringListProperty<&TSVGElement::SystemLanguages, &TSVGElement::SystemLanguages>(
+        u"SystemLanguages"),
+    Property<&TSVGElement::Tag, &TSVGElement::SetTag>(u"Tag", StoredUnless<&TSVGElement::Tag, 0>),
+};
+
+void AddOnce(std::vector<TSVGElement*>& List, TSVGElement* Element) {
+  if (std::find(List.begin(), List.end(), Element) == List.end()) List.push_back(Element);
+}
+
+}  // namespace
+
+constinit const TSVGElementClass TSVGElement::Class{
+    {u"TSVGElement", &TPersistent::Class, Properties, nullptr}, TSVGElementType::etNone, nullptr};
+
+struct TSVGElement::LinkBlock {
+  std::vector<TSVGElement*> Listeners;
+  // Those whose Listeners hold this element, so that none of them calls it after its death.
+  std::vector<TSVGElement*> Sources;
+};
+
+TSVGElement::TSVGElement(TSVGDocument* Document) : FOwner(Document) {
+  FItems.OnNotify = TSVGElementList::NotifyMethod::Bind<&TSVGElement::ItemsNotify>(this);
+  RegisterFirstID();
+}
+
+TSVGElement::~TSVGElement() {
+  FElementState.Include(TSVGElementStateFlag::esDestroying);
+  FItems.Clear();
+  if (FParent) FParent->FItems.Forget(this);
+  FParent = nullptr;
+  NotifyListeners();
+  DropLinks();
+  if (FOwner && FOwner->AllItems().ContainsKey(FID)) FOwner->AllItems().Remove(FID);
+}
+
+TPersistent* TSVGElement::GetOwner() const { return FOwner; }
+
+// --- Tree -----------------------------------------------------------------------------------------
+
+void TSVGElement::SetParent(TSVGElement* Parent) {
+  if (Parent == this) throw EInvalidOperation(SElementParentSetToSelf);
+  FParent = Parent;
+}
+
+void TSVGElement::ItemsNotify(TSVGElementList*, TSVGElement* Item, TCollectionNotification Action) {
+  ElementNotification(nullptr, Item, Action);
+}
+
+void TSVGElement::ElementNotification(TSVGElement*, TSVGElement* Item,
+                                      TCollectionNotification Action) {
+  switch (Action) {
+    case TCollectionNotification::cnAdded: {
+      const bool IsAllowed = ChildSVGTypes().Has(Item->GetSVGType()) || Item->IsPlaceholder();
+      if (!IsAllowed) {
+        (void)FItems.Extract(Item).release();
+        throw ESVGException(SInvalidChildType, {SVGTypeName(), Item->SVGTypeName()});
+      }
+      CheckDepth(Item);
+      Item->SetParent(this);
+      break;
+    }
+    case TCollectionNotification::cnRemoved: FItems.Destroy(Item); break;
+    case TCollectionNotification::cnExtracted: Item->SetParent(nullptr); break;
+  }
+  if (FOwner && static_cast<TSVGElement*>(FOwner) != this)
+    FOwner->ElementNotification(this, Item, Action);
+}
+
+void TSVGElement::CheckDepth(TSVGElement* Item) {
+  int Above = 1;
+  for (const TSVGElement* E = this; E; E = E->FParent) ++Above;
+  if (Above + Item->FHeight > Limits::NestingDepth) {
+    (void)FItems.Extract(Item).release();
+    throw ESVGException(SNestingDepthLimit);
+  }
+  int Height = Item->FHeight + 1;
+  for (TSVGElement* E = this; E && E->FHeight < Height; E = E->FParent)
+    E->FHeight = static_cast<std::uint16_t>(Height++);
+}
+
+// --- Identifier -----------------------------------------------------------------------------------
+
+void TSVGElement::RegisterFirstID() {
+  if (!FOwner) return;
+  const std::int32_t Count = FOwner->AllItems().Count();
+  if (Count >= Limits::Elements) throw ESVGException(SElementCountLimit);
+  const std::string Digits = std::to_string(Count);
+  SetID(String(MadeUpPrefix).append(Digits.begin(), Digits.end()));
+}
+
+bool TSVGElement::HasMadeUpID() const { return FID.starts_with(MadeUpPrefix); }
+
+void TSVGElement::SetID(StringView Value) {
+  if (Value == FID) return;
+  String Name(Value);
+  if (FOwner) {
+    auto& Table = FOwner->AllItems();
+    if (!GetOptions().Has(TSVGOption::soEnforceUniqueID)) {
+      TSVGElement* const* Holder = Table.Find(Name);
+      if (Holder && *Holder != this) Name = Table.GetUniqueName(Name, u"Copy");
+      // A name that already leads here needs no entry of its own.
+      if (!Holder || *Holder != this) Table.Add(Name, this);
+    } else {
+      Table.Add(Name, this);
+    }
+    if (Table.ContainsKey(FID)) Table.Remove(FID);
+  }
+  FID = std::move(Name);
+}
+
+// --- Setters --------------------------------------------------------------------------------------
+
+const TSVGElement::TextBlock& TSVGElement::NoTexts() {
+  static const TextBlock Empty;
+  return Empty;
+}
+
+TSVGElement::TextBlock& TSVGElement::TextsForWriting() {
+  if (!FTexts) {
+    FTexts = std::make_unique<TextBlock>();
+    const auto Notice = TNotifyMethod::Bind<&TSVGElement::ObjectPropChange>(this);
+    for (TStrings* List : {&FTexts->Description, &FTexts->Classes, &FTexts->SystemLanguages,
+                           &FTexts->RequiredFeatures, &FTexts->RequiredExtensions})
+      List->OnChange = Notice;
+  }
+  return *FTexts;
+}
+
+void TSVGElement::SetEnabled(bool Value) {
+  if (Value == FEnabled) return;
+  FEnabled = Value;
+  EnableChange();
+}
+
+void TSVGElement::SetTitle(StringView Value) {
+  if (Value == Title()) return;
+  TextsForWriting().Title = Value;
+  Change(this);
+}
+
+void TSVGElement::SetLanguage(StringView Value) {
+  if (Value == Language()) return;
+  TextsForWriting().Language = Value;
+  Change(this);
+}
+
+// --- News of changes ------------------------------------------------------------------------------
+
+void TSVGElement::EndUpdate() {
+  if (--FUpdateCount == 0) Change(nullptr);
+}
+
+void TSVGElement::Change(TSVGElement* Element) {
+  if (FOwner && static_cast<TSVGElement*>(FOwner) != this) FOwner->Change(Element);
+}
+
+void TSVGElement::EnableChange() { Change(this); }
+
+void TSVGElement::ObjectPropChange(TPersistent*) { Change(this); }
+
+void TSVGElement::PropagateObjectPropChange(TPersistent* Sender) {
+  Change(this);
+  for (std::int32_t I = 0; I < FItems.Count(); ++I) FItems[I]->PropagateObjectPropChange(Sender);
+}
+
+void TSVGElement::NotifyListener(TSVGElement*) { Change(this); }
+
+void TSVGElement::NotifyListeners() {
+  if (!FLinks) return;
+  // A listener may destroy others, or this element: the shared block outlives both, and whoever is
+  // gone is no longer in it.
+  const std::shared_ptr<LinkBlock> Links = FLinks;
+  for (TSVGElement* Listener : std::vector<TSVGElement*>(Links->Listeners)) {
+    const auto& Now = Links->Listeners;
+    if (std::find(Now.begin(), Now.end(), Listener) != Now.end()) Listener->NotifyListener(this);
+  }
+}
+
+void TSVGElement::ChangeNotification(TSVGElement* Listener) {
+  if (!FLinks) FLinks = std::make_shared<LinkBlock>();
+  if (!Listener->FLinks) Listener->FLinks = std::make_shared<LinkBlock>();
+  AddOnce(FLinks->Listeners, Listener);
+  AddOnce(Listener->FLinks->Sources, this);
+}
+
+void TSVGElement::RemoveChangeNotification(TSVGElement* Listener) {
+  if (FLinks) std::erase(FLinks->Listeners, Listener);
+  if (Listener->FLinks) std::erase(Listener->FLinks->Sources, this);
+}
+
+void TSVGElement::DropLinks() {
+  if (!FLinks) return;
+  for (TSVGElement* Listener : FLinks->Listeners) std::erase(Listener->FLinks->Sources, this);
+  for (TSVGElement* Source : FLinks->Sources) std::erase(Source->FLinks->Listeners, this);
+  FLinks->Listeners.clear();
+  FLinks->Sources.clear();
+}
+
+void TSVGElement::Reset() {
+  for (std::int32_t I = 0; I < FItems.Count(); ++I) FItems[I]->Reset();
+}
+
+}  // namespace qxsvg
