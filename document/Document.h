@@ -30,6 +30,7 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   static const TSVGElementClass Class;
   const TSVGElementClass& ClassType() const override { return Class; }
   TSVGElementTypes ChildSVGTypes() const override;
+  TSVGDocument* AsDocument() override { return this; }
 
   // --- Loading. Each replaces the whole tree. What cannot be read raises EStreamError or EXMLError,
   // a document without root or with another root than `svg` raises ESVGException; in these cases the

@@ -18,7 +18,7 @@ void TSVGElement::Clear() {
       List->Clear();
   }
   FItems.Clear();
-  while (!Listeners().empty()) RemoveChangeNotification(Listeners().back());
+  RemoveAllListeners();
 }
 
 void TSVGElement::AssignProperties(const TSVGElement* Source) {

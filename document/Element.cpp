@@ -226,11 +226,16 @@ void TSVGElement::RemoveChangeNotification(TSVGElement* Listener) {
   if (Listener->FLinks) std::erase(Listener->FLinks->Sources, this);
 }
 
-void TSVGElement::DropLinks() {
+void TSVGElement::RemoveAllListeners() {
   if (!FLinks) return;
   for (TSVGElement* Listener : FLinks->Listeners) std::erase(Listener->FLinks->Sources, this);
-  for (TSVGElement* Source : FLinks->Sources) std::erase(Source->FLinks->Listeners, this);
   FLinks->Listeners.clear();
+}
+
+void TSVGElement::DropLinks() {
+  if (!FLinks) return;
+  RemoveAllListeners();
+  for (TSVGElement* Source : FLinks->Sources) std::erase(Source->FLinks->Listeners, this);
   FLinks->Sources.clear();
 }
 

@@ -17,6 +17,7 @@ namespace qxsvg {
 class IXMLNode;
 class TSVGCustomViewBox;
 class TSVGDocument;
+class TSVGGraphicElement;
 
 // Holds what every SVG element has, whether or not it paints: identifier, texts, conditional
 // processing, children, and the links to parent and document.
@@ -64,6 +65,13 @@ class QXSVG_API TSVGElement : public TPersistent {
   // The XML name of the type, or the class name where there is none.
   String SVGTypeName() const;
   virtual TSVGElementTypes ChildSVGTypes() const;
+
+  // The element as one of these kinds, or null: what walks over a tree ask.
+  virtual TSVGGraphicElement* AsGraphicElement() { return nullptr; }
+  virtual TSVGCustomViewBox* AsCustomViewBox() { return nullptr; }
+  virtual TSVGDocument* AsDocument() { return nullptr; }
+  // A placeholder may stand anywhere.
+  virtual bool IsPlaceholder() const { return false; }
 
   virtual void ApplyStyles();
   // Back to an empty element: values, children and listeners go, the identifier stays.
@@ -120,6 +128,7 @@ class QXSVG_API TSVGElement : public TPersistent {
   TPointF ScreenToLocal(TPointF Point, const TRectF& Rect);
 
   void BeginUpdate() { ++FUpdateCount; }
+  bool IsUpdating() const { return FUpdateCount > 0; }
   // Calls Change(nullptr) when the outermost update ends.
   void EndUpdate();
   // Tells that Element changed (null: many things did). Goes up the class chain, dropping caches, and
@@ -170,6 +179,8 @@ class QXSVG_API TSVGElement : public TPersistent {
 
  protected:
   void AssignTo(TPersistent* Dest) const override;
+  // What the children are created with.
+  virtual TSVGDocument* DocumentOfChildren() { return FOwner; }
   virtual void DoLoadFromXML(IXMLNode& Node);
   virtual void DoSaveToXML(IXMLNode& Node);
   virtual bool DoShouldDraw();
@@ -204,6 +215,7 @@ class QXSVG_API TSVGElement : public TPersistent {
   void ItemsNotify(TSVGElementList* List, TSVGElement* Item, TCollectionNotification Action);
   void RegisterFirstID();
   void CheckDepth(TSVGElement* Item);
+  void RemoveAllListeners();
   void DropLinks();
 
   String FID;
