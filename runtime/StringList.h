@@ -107,4 +107,26 @@ static_assert(sizeof(TStrings) <= 48);
 
 using TStringList = TStrings;
 
+// A row of the published-property table for a list that an owner holds, from its readers for
+// looking and for changing: StringListProperty<T, &T::Classes, &T::Classes>(u"Classes"). What the
+// row reads is to be looked at only, since owners may share one empty list; writing assigns into
+// the owner's list, and nothing (null) clears it. Stored unless empty.
+template <class Owner, const TStrings& (Owner::*Reader)() const, TStrings& (Owner::*Writer)()>
+constexpr TProperty StringListProperty(StringView Name) {
+  return {Name, TPropertyKind::Object,
+          [](const TPersistent& Self) -> TPropertyValue {
+            return const_cast<TStrings*>(&(static_cast<const Owner&>(Self).*Reader)());
+          },
+          [](TPersistent& Self, const TPropertyValue& Value) {
+            TStrings& List = (static_cast<Owner&>(Self).*Writer)();
+            if (const auto* Source = detail::FromPropertyValue<TPersistent*>(Value))
+              List.Assign(Source);
+            else
+              List.Clear();
+          },
+          [](const TPersistent& Self) {
+            return !(static_cast<const Owner&>(Self).*Reader)().IsEmpty();
+          }};
+}
+
 }  // namespace qxsvg
