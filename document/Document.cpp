@@ -31,7 +31,7 @@ TSVGDocument::TSVGDocument(TSVGDocument* Outer)
   SetWidth(100);
   ViewBox().SetRect(QXRect(0, 0, 100, 100));
   for (const String& Tag : PreferredUILanguages()) FPrefLanguages.Add(Tag);
-  FPrefLanguages.OnChange = Notice;
+  FPrefLanguages.SetOnChange(Notice);
 }
 
 TSVGDocument::~TSVGDocument() {

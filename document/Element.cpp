@@ -25,18 +25,18 @@ constexpr TProperty Properties[] = {
         [](const TPersistent& Self) {
           return !static_cast<const TSVGElement&>(Self).Title().empty();
         }),
-    StringListProperty<&TSVGElement::Description, &TSVGElement::Description>(u"Description"),
-    StringListProperty<&TSVGElement::Classes, &TSVGElement::Classes>(u"Classes"),
+    StringListProperty<TSVGElement, &TSVGElement::Description, &TSVGElement::Description>(u"Description"),
+    StringListProperty<TSVGElement, &TSVGElement::Classes, &TSVGElement::Classes>(u"Classes"),
     Property<&TSVGElement::Language, &TSVGElement::SetLanguage>(
         u"Language",
         [](const TPersistent& Self) {
           return !static_cast<const TSVGElement&>(Self).Language().empty();
         }),
-    StringListProperty<&TSVGElement::RequiredExtensions, &TSVGElement::RequiredExtensions>(
+    StringListProperty<TSVGElement, &TSVGElement::RequiredExtensions, &TSVGElement::RequiredExtensions>(
         u"RequiredExtensions"),
-    StringListProperty<&TSVGElement::RequiredFeatures, &TSVGElement::RequiredFeatures>(
+    StringListProperty<TSVGElement, &TSVGElement::RequiredFeatures, &TSVGElement::RequiredFeatures>(
         u"RequiredFeatures"),
-    StringListProperty<&TSVGElement::SystemLanguages, &TSVGElement::SystemLanguages>(
+    StringListProperty<TSVGElement, &TSVGElement::SystemLanguages, &TSVGElement::SystemLanguages>(
         u"SystemLanguages"),
     Property<&TSVGElement::Tag, &TSVGElement::SetTag>(u"Tag", StoredUnless<&TSVGElement::Tag, 0>),
 };
@@ -159,7 +159,7 @@ TSVGElement::TextBlock& TSVGElement::TextsForWriting() {
     const auto Notice = TNotifyMethod::Bind<&TSVGElement::ObjectPropChange>(this);
     for (TStrings* List : {&FTexts->Description, &FTexts->Classes, &FTexts->SystemLanguages,
                            &FTexts->RequiredFeatures, &FTexts->RequiredExtensions})
-      List->OnChange = Notice;
+      List->SetOnChange(Notice);
   }
   return *FTexts;
 }

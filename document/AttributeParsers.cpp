@@ -1,0 +1,137 @@
+#include "document/AttributeParsers.h"
+
+#include "runtime/StringList.h"
+#include "runtime/UpdateLock.h"
+
+namespace qxsvg {
+
+namespace {
+
+// The attribute in the namespace of a prefix, or null.
+const StringView* FindInNamespace(const IXMLNode& Node, StringView Name, StringView Prefix,
+                                  StringView& Value) {
+  const String Namespace = Prefix.empty() ? String() : Node.FindNamespaceURI(Prefix);
+  return Node.FindAttributeNS(Name, Namespace, Value) ? &Value : nullptr;
+}
+
+// What Parse makes of the attribute, or Default without it.
+template <class Result, class Parser>
+Result FromAttribute(const IXMLNode& Node, StringView Name, Result Default, Parser Parse) {
+  StringView Value;
+  return Node.FindAttribute(Name, Value) ? Parse(Value) : Default;
+}
+
+void AddCleaned(TStrings& List, StringView Text, StringView Delimiters) {
+  for (const StringView Item : CleanArray(SplitString(Text, Delimiters))) List.Add(Item);
+}
+
+}  // namespace
+
+String ParseAttrString(const IXMLNode& Node, StringView Name) {
+  StringView Value;
+  return Node.FindAttribute(Name, Value) ? String(Value) : String();
+}
+
+String ParseAttrString(const IXMLNode& Node, StringView Name, StringView Prefix,
+                       StringView Default) {
+  StringView Value;
+  return String(FindInNamespace(Node, Name, Prefix, Value) ? Value : Default);
+}
+
+String ParseString(const IXMLNode& Node, StringView ChildName, StringView Default) {
+  const IXMLNode* Child = Node.FindChild(ChildName);
+  return Child ? Child->Text() : String(Default);
+}
+
+void ParseStringList(TStrings& List, StringView Text, StringView Delimiters) {
+  const StringView Trimmed = Trim(Text);
+  if (Trimmed.empty()) {
+    List.Clear();
+    return;
+  }
+  const TUpdateLock Lock(List);
+  AddCleaned(List, Trimmed, Delimiters);
+}
+
+void ParseRequiredStringList(const IXMLNode& Node, StringView Name, TStrings& List,
+                             StringView Delimiters) {
+  const TUpdateLock Lock(List);
+  List.Clear();
+  StringView Value;
+  if (!Node.FindAttribute(Name, Value)) return;
+  Value = Trim(Value);
+  if (Value.empty())
+    List.Add(StringView());
+  else
+    AddCleaned(List, Value, Delimiters);
+}
+
+std::vector<float> ParseNumbers(const IXMLNode& Node, StringView Name,
+                                const std::vector<float>& Defaults) {
+  return FromAttribute(Node, Name, std::vector<float>(),
+                       [&](StringView Text) { return ParseNumbers(Text, Defaults); });
+}
+
+TQXPoints ParsePoints(const IXMLNode& Node, StringView Name) {
+  return FromAttribute(Node, Name, TQXPoints(), [](StringView Text) { return ParsePoints(Text); });
+}
+
+String ParseURI(const IXMLNode& Node, StringView Name, StringView Default, StringView Prefix) {
+  StringView Value;
+  const bool IsThere = Prefix.empty() ? Node.FindAttribute(Name, Value)
+                                      : FindInNamespace(Node, Name, Prefix, Value) != nullptr;
+  return IsThere ? String(ParseURI(Value)) : String(Default);
+}
+
+float ParseLength(const IXMLNode& Node, StringView Name, float Default, TSVGUnit& Unit,
+                  const TSVGUnitFactors& Factors) {
+  return FromAttribute(Node, Name, Default, [&](StringView Text) {
+    return ParseLength(Text, Default, Unit, Factors);
+  });
+}
+
+float ParseLength(const IXMLNode& Node, StringView Name, float Default, bool& Inherit,
+                  TSVGUnit& Unit, const TSVGUnitFactors& Factors) {
+  return FromAttribute(Node, Name, Default, [&](StringView Text) {
+    return ParseLength(Text, Default, Inherit, Unit, Factors);
+  });
+}
+
+TSVGLengths* ParseLengths(const IXMLNode& Node, StringView Name, TSVGLengths* Lengths,
+                          const TSVGLengthCreator& Creator, float Minimum, float Maximum) {
+  StringView Value;
+  if (Node.FindAttribute(Name, Value))
+    return ParseLengths(Value, Lengths, Creator, Minimum, Maximum);
+  if (Lengths) Lengths->Clear();
+  return Lengths;
+}
+
+float ParsePercent(const IXMLNode& Node, StringView Name, float Default, bool& Inherit,
+                   TSVGUnit& Unit, const TSVGUnitFactors& Factors, float Minimum, float Maximum) {
+  return FromAttribute(Node, Name, Default, [&](StringView Text) {
+    return ParsePercent(Text, Default, Inherit, Unit, Factors, Minimum, Maximum);
+  });
+}
+
+float ParsePercent(const IXMLNode& Node, StringView Name, float Default, TSVGUnit& Unit,
+                   const TSVGUnitFactors& Factors, float Minimum, float Maximum) {
+  return FromAttribute(Node, Name, Default, [&](StringView Text) {
+    return ParsePercent(Text, Default, Unit, Factors, Minimum, Maximum);
+  });
+}
+
+TSVGLength* ParsePercent(const IXMLNode& Node, StringView Name, TSVGLength* Length, bool& Inherit,
+                         float Minimum, float Maximum) {
+  return FromAttribute(Node, Name, Length, [&](StringView Text) {
+    return ParsePercent(Text, Length, Inherit, Minimum, Maximum);
+  });
+}
+
+TSVGLength* ParsePercent(const IXMLNode& Node, StringView Name, TSVGLength* Length, float Minimum,
+                         float Maximum) {
+  return FromAttribute(Node, Name, Length, [&](StringView Text) {
+    return ParsePercent(Text, Length, Minimum, Maximum);
+  });
+}
+
+}  // namespace qxsvg

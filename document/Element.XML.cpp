@@ -1,0 +1,103 @@
+// An element's way in from XML and out to it.
+#include "document/AttributeParsers.h"
+#include "document/Document.h"
+#include "document/Element.h"
+#include "document/NodeWriters.h"
+#include "runtime/Services.h"
+#include "runtime/UpdateLock.h"
+
+namespace qxsvg {
+
+namespace {
+
+constexpr StringView ListDelimiters = u", ";
+
+}  // namespace
+
+// --- Reading --------------------------------------------------------------------------------------
+
+void TSVGElement::LoadFromXML(IXMLNode& Node) {
+  const TUpdateLock Lock(*this);
+  DoOnParsingNode(this, Node);
+  DoLoadFromXML(Node);
+  DoOnParsedNode(this);
+}
+
+void TSVGElement::DoLoadFromXML(IXMLNode& Node) {
+  if (StringView ID; Node.FindAttribute(u"id", ID)) SetID(ID);
+  SetLanguage(ParseAttrString(Node, u"lang"));
+  String Title = ParseString(Node, u"title", StringView());
+  if (Title.empty()) Title = ParseAttrString(Node, u"title");
+  SetTitle(Title);
+  // An element without these texts, as most are, stays without the lists for them.
+  const String Text = ParseString(Node, u"desc", StringView());
+  if (!Text.empty() || Texts().Description.Count() > 0) Description().SetText(Text);
+  StringView Names;
+  if (Node.FindAttribute(u"class", Names) || Texts().Classes.Count() > 0)
+    ParseStringList(Classes(), Names, ListDelimiters);
+  const auto ReadRequired = [&](StringView Name, const TStrings& Held, auto Target) {
+    if (StringView Text; Held.Count() > 0 || Node.FindAttribute(Name, Text))
+      ParseRequiredStringList(Node, Name, Target(), ListDelimiters);
+  };
+  ReadRequired(u"requiredFeatures", Texts().RequiredFeatures,
+               [this]() -> TStrings& { return RequiredFeatures(); });
+  ReadRequired(u"requiredExtensions", Texts().RequiredExtensions,
+               [this]() -> TStrings& { return RequiredExtensions(); });
+  ReadRequired(u"systemLanguage", Texts().SystemLanguages,
+               [this]() -> TStrings& { return SystemLanguages(); });
+}
+
+void TSVGElement::DoOnParsingNode(TSVGElement* Element, IXMLNode& Node) {
+  if (FOwner) FOwner->DoOnParsingNode(Element, Node);
+  FElementState.Include(TSVGElementStateFlag::esReading);
+}
+
+void TSVGElement::DoOnParsedNode(TSVGElement* Element) {
+  if (FOwner) FOwner->DoOnParsedNode(Element);
+  FElementState.Exclude(TSVGElementStateFlag::esReading);
+}
+
+// --- Writing --------------------------------------------------------------------------------------
+
+void TSVGElement::SaveToXML(IXMLNode& Node) {
+  if (!DoOnSavingElement(this, Node)) return;
+  DoSaveToXML(Node);
+  DoOnSavedElement(this, Node);
+}
+
+void TSVGElement::DoSaveToXML(IXMLNode& Node) {
+  constexpr char16_t Blank = u' ';
+  SaveAttrString(Node, u"id", FID, FID.empty() || HasMadeUpID(), true);
+  const TextBlock& T = Texts();
+  SaveAttrString(Node, u"lang", T.Language, T.Language.empty(), true);
+  SaveNodeString(Node, u"title", T.Title, T.Title.empty(), true);
+  SaveNodeString(Node, u"desc", T.Description.Text(), T.Description.Count() == 0, true);
+  const auto Save = [&Node](StringView Name, const TStrings& List) {
+    SaveAttrString(Node, Name, List, List.Count() == 0, true, Blank);
+  };
+  Save(u"class", T.Classes);
+  Save(u"requiredFeatures", T.RequiredFeatures);
+  Save(u"requiredExtensions", T.RequiredExtensions);
+  Save(u"systemLanguage", T.SystemLanguages);
+}
+
+bool TSVGElement::DoOnSavingElement(TSVGElement* Element, IXMLNode& Node) {
+  const bool IsWanted = Element->IsEnabled() ||
+                        (FOwner && GetOptions().Has(TSVGOption::soExportDisabled));
+  const bool DoSave = IsWanted && (!FOwner || FOwner->DoOnSavingElement(Element, Node));
+  if (DoSave) FElementState.Include(TSVGElementStateFlag::esWriting);
+  return DoSave;
+}
+
+void TSVGElement::DoOnSavedElement(TSVGElement* Element, IXMLNode& Node) {
+  if (FOwner) FOwner->DoOnSavedElement(Element, Node);
+  FElementState.Exclude(TSVGElementStateFlag::esWriting);
+}
+
+String TSVGElement::ToString() {
+  const auto XML = Services().XML.Get()->NewDocument();
+  SaveToXML(*XML->CreateRoot(SVGTypeName(), SVGNamespace));
+  return XML->ToText();
+}
+
+}  // namespace qxsvg
