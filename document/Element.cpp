@@ -17,7 +17,9 @@ constexpr StringView MadeUpPrefix = u"ID#";
 constexpr TProperty Properties[] = {
     Property<&TSVGElement::ID, &TSVGElement::SetID>(
         u"ID",
-        [](const TPersistent& Self) { return !static_cast<const TSVGElement&>(Self).ID().empty(); }),
+        [](const TPersistent& Self) {
+          return !static_cast<const TSVGElement&>(Self).ID().empty();
+        }),
     Property<&TSVGElement::Enabled, &TSVGElement::SetEnabled>(
         u"Enabled", StoredUnless<&TSVGElement::Enabled, true>),
     Property<&TSVGElement::Title, &TSVGElement::SetTitle>(
@@ -25,15 +27,16 @@ constexpr TProperty Properties[] = {
         [](const TPersistent& Self) {
           return !static_cast<const TSVGElement&>(Self).Title().empty();
         }),
-    StringListProperty<TSVGElement, &TSVGElement::Description, &TSVGElement::Description>(u"Description"),
+    StringListProperty<TSVGElement, &TSVGElement::Description, &TSVGElement::Description>(
+        u"Description"),
     StringListProperty<TSVGElement, &TSVGElement::Classes, &TSVGElement::Classes>(u"Classes"),
     Property<&TSVGElement::Language, &TSVGElement::SetLanguage>(
         u"Language",
         [](const TPersistent& Self) {
           return !static_cast<const TSVGElement&>(Self).Language().empty();
         }),
-    StringListProperty<TSVGElement, &TSVGElement::RequiredExtensions, &TSVGElement::RequiredExtensions>(
-        u"RequiredExtensions"),
+    StringListProperty<TSVGElement, &TSVGElement::RequiredExtensions,
+                       &TSVGElement::RequiredExtensions>(u"RequiredExtensions"),
     StringListProperty<TSVGElement, &TSVGElement::RequiredFeatures, &TSVGElement::RequiredFeatures>(
         u"RequiredFeatures"),
     StringListProperty<TSVGElement, &TSVGElement::SystemLanguages, &TSVGElement::SystemLanguages>(
@@ -71,9 +74,12 @@ TSVGElement::~TSVGElement() {
   if (FOwner && FOwner->AllItems().ContainsKey(FID)) FOwner->AllItems().Remove(FID);
 }
 
-TPersistent* TSVGElement::GetOwner() const { return FOwner; }
+TPersistent* TSVGElement::GetOwner() const {
+  return FOwner;
+}
 
-// --- Tree -----------------------------------------------------------------------------------------
+// --- Tree
+// -----------------------------------------------------------------------------------------
 
 void TSVGElement::SetParent(TSVGElement* Parent) {
   if (Parent == this) throw EInvalidOperation(SElementParentSetToSelf);
@@ -116,7 +122,8 @@ void TSVGElement::CheckDepth(TSVGElement* Item) {
     E->FHeight = static_cast<std::uint16_t>(Height++);
 }
 
-// --- Identifier -----------------------------------------------------------------------------------
+// --- Identifier
+// -----------------------------------------------------------------------------------
 
 void TSVGElement::RegisterFirstID() {
   if (!FOwner) return;
@@ -126,7 +133,9 @@ void TSVGElement::RegisterFirstID() {
   SetID(String(MadeUpPrefix).append(Digits.begin(), Digits.end()));
 }
 
-bool TSVGElement::HasMadeUpID() const { return FID.starts_with(MadeUpPrefix); }
+bool TSVGElement::HasMadeUpID() const {
+  return FID.starts_with(MadeUpPrefix);
+}
 
 void TSVGElement::SetID(StringView Value) {
   if (Value == FID) return;
@@ -146,7 +155,8 @@ void TSVGElement::SetID(StringView Value) {
   FID = std::move(Name);
 }
 
-// --- Setters --------------------------------------------------------------------------------------
+// --- Setters
+// --------------------------------------------------------------------------------------
 
 const TSVGElement::TextBlock& TSVGElement::NoTexts() {
   static const TextBlock Empty;
@@ -182,7 +192,8 @@ void TSVGElement::SetLanguage(StringView Value) {
   Change(this);
 }
 
-// --- News of changes ------------------------------------------------------------------------------
+// --- News of changes
+// ------------------------------------------------------------------------------
 
 void TSVGElement::EndUpdate() {
   if (--FUpdateCount == 0) Change(nullptr);
@@ -192,16 +203,22 @@ void TSVGElement::Change(TSVGElement* Element) {
   if (FOwner && static_cast<TSVGElement*>(FOwner) != this) FOwner->Change(Element);
 }
 
-void TSVGElement::EnableChange() { Change(this); }
+void TSVGElement::EnableChange() {
+  Change(this);
+}
 
-void TSVGElement::ObjectPropChange(TPersistent*) { Change(this); }
+void TSVGElement::ObjectPropChange(TPersistent*) {
+  Change(this);
+}
 
 void TSVGElement::PropagateObjectPropChange(TPersistent* Sender) {
   Change(this);
   for (std::int32_t I = 0; I < FItems.Count(); ++I) FItems[I]->PropagateObjectPropChange(Sender);
 }
 
-void TSVGElement::NotifyListener(TSVGElement*) { Change(this); }
+void TSVGElement::NotifyListener(TSVGElement*) {
+  Change(this);
+}
 
 void TSVGElement::NotifyListeners() {
   if (!FLinks) return;
