@@ -14,9 +14,9 @@ namespace qxsvg {
 
 class IXMLNode;
 
-// Maps names of properties and attributes to the texts given for them. Names are exact; a later text
-// for a name replaces the earlier one. Nothing is parsed here: what a text means is decided where it
-// is applied to an element.
+// Maps names of properties and attributes to the texts given for them. Names are exact; a later
+// text for a name replaces the earlier one. Nothing is parsed here: what a text means is decided
+// where it is applied to an element.
 //
 // The visible order of the entries is that of the slots of a keyed table made for 64 names
 // (document/HashTable.h). The entries themselves are kept so that asking for one of the known
@@ -39,11 +39,12 @@ class QXSVG_API TSVGStyle : public TPersistent {
   virtual void Change();
   // Whether the name stands for several properties and is therefore no attribute: "marker" alone.
   virtual bool IsShorthandProperty(StringView Name) const;
-  // Adds the attributes of a node under their local names, shorthands excepted. Gives the properties
-  // that were named, with ipNone for each name that is none.
+  // Adds the attributes of a node under their local names, shorthands excepted. Gives the
+  // properties that were named, with ipNone for each name that is none.
   virtual TSVGStyleProperties AddStyle(const IXMLNode& Node);
-  // Adds a declaration list, "name: value; name: value"; comments are taken out. Gives the properties
-  // that were named, with ipNone for each name that is none. "!important" stays in the value.
+  // Adds a declaration list, "name: value; name: value"; comments are taken out. Gives the
+  // properties that were named, with ipNone for each name that is none. "!important" stays in the
+  // value.
   virtual TSVGStyleProperties AddStyle(StringView Text);
   // Lines of the form name=value, ended by CR LF except for the last, in the order of the entries.
   virtual String StylesToString() const;
