@@ -100,6 +100,13 @@ class QXSVG_API IXMLNode {
   bool HasAttribute(StringView LocalName, StringView URI) const {
     return FindAttributeNS(LocalName, URI) != nullptr;
   }
+  // The same with the value in Value, which stays as it is when there is no such attribute.
+  bool FindAttribute(StringView Name, StringView& Value) const {
+    return Take(FindAttribute(Name), Value);
+  }
+  bool FindAttributeNS(StringView LocalName, StringView URI, StringView& Value) const {
+    return Take(FindAttributeNS(LocalName, URI), Value);
+  }
   // The value, or an empty text when there is no such attribute.
   StringView GetAttribute(StringView Name) const {
     const TXMLAttribute* Found = FindAttribute(Name);
@@ -131,6 +138,12 @@ class QXSVG_API IXMLNode {
   // The node as it was read, without indentation: entities expanded, and with those namespace
   // declarations added that it uses from its ancestors, so that the text can stand by itself.
   virtual String XML() const = 0;
+
+ private:
+  static bool Take(const TXMLAttribute* Found, StringView& Value) {
+    if (Found) Value = Found->Value;
+    return Found != nullptr;
+  }
 };
 
 // What stands around the root element (declaration, document type, comments) is not kept.
@@ -140,10 +153,10 @@ class QXSVG_API IXMLDocument {
 
   // The root element; null in an empty document.
   virtual IXMLNode* DocumentElement() const = 0;
-  // Makes the root element, in place of one that was there.
-  virtual IXMLNode& AddDocumentElement(StringView Name) = 0;
+  // Makes the root element, in place of one that was there, and declares the namespace, if any.
+  virtual IXMLNode* CreateRoot(StringView Name, StringView URI = {}) = 0;
 
-  // On: XML and Save put each element on a line of its own, two blanks deeper than its parent.
+  // On: The three below put each element on a line of its own, two blanks deeper than its parent.
   // Where characters count (mixed content, text elements, xml:space) nothing is added. Off at
   // first.
   virtual bool NodeAutoIndent() const = 0;
@@ -152,7 +165,7 @@ class QXSVG_API IXMLDocument {
   // The whole document in UTF-8 with its declaration.
   virtual std::string ToUtf8() const = 0;
   // The same in UTF-16; the declaration then names no encoding.
-  virtual String XML() const = 0;
+  virtual String ToText() const = 0;
   // Writes ToUtf8 at the stream's position. Raises EStreamError.
   void SaveToStream(TStream& Stream) const;
 };
@@ -172,15 +185,11 @@ class QXSVG_API IXMLVendor {
   virtual std::unique_ptr<IXMLDocument> LoadFromBytes(std::string_view Bytes) = 0;
   // An encoding that the text declares is ignored.
   virtual std::unique_ptr<IXMLDocument> LoadFromText(StringView Text) = 0;
+  // From the stream's position to its end. Raises EStreamError as the stream does.
+  std::unique_ptr<IXMLDocument> LoadFromStream(TStream& Stream);
 };
 
 // An empty document to write on. Needs no vendor.
 QXSVG_API std::unique_ptr<IXMLDocument> CreateXMLDocument();
-
-// Read with the vendor of the services table; EInvalidOperation where there is none.
-QXSVG_API std::unique_ptr<IXMLDocument> LoadXMLFromBytes(std::string_view Bytes);
-QXSVG_API std::unique_ptr<IXMLDocument> LoadXMLFromText(StringView Text);
-// From the stream's position to its end. Raises EReadError as the stream does.
-QXSVG_API std::unique_ptr<IXMLDocument> LoadXMLFromStream(TStream& Stream);
 
 }  // namespace qxsvg
