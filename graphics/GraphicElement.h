@@ -271,6 +271,9 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   bool DoShouldDraw() override;
   void AssignTo(TPersistent* Dest) const override;
   void DefineProperties(TFiler& Filer) override;
+  // Applies the element's own style and those enabled rules of Sheet (may be null) that match, by
+  // rising priority; to this element alone.
+  void ApplyCascade(TSVGDocument* Sheet);
   // Reads one child node; the index of the child that it made, or -1.
   virtual std::int32_t ReadChild(IXMLNode& Node);
   virtual void ReadChildren(IXMLNode& Node);
