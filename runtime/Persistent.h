@@ -180,6 +180,20 @@ bool StoredUnless(const TPersistent& Self) {
   using Owner = typename detail::PropertyTraits<decltype(Reader)>::Class;
   return !((static_cast<const Owner&>(Self).*Reader)() == Default);
 }
+// A row for an object that its owner holds: ObjectProperty<TThing, TPart, &TThing::Part>(u"Part").
+// Reading gives the owner's object, which may be made by that; writing assigns into it.
+template <class Owner, class Object, Object& (Owner::*Reader)()>
+constexpr TProperty ObjectProperty(StringView Name, bool (*IsStored)(const TPersistent&) = nullptr) {
+  return {Name, TPropertyKind::Object,
+          [](const TPersistent& Self) -> TPropertyValue {
+            return &(const_cast<Owner&>(static_cast<const Owner&>(Self)).*Reader)();
+          },
+          [](TPersistent& Self, const TPropertyValue& Value) {
+            if (const auto* Source = detail::FromPropertyValue<TPersistent*>(Value))
+              (static_cast<Owner&>(Self).*Reader)().Assign(Source);
+          },
+          IsStored};
+}
 inline bool NeverStored(const TPersistent&) {
   return false;
 }

@@ -15,7 +15,7 @@ class QXSVG_API TSVGCustomEllipse : public TSVGGraphicElement {
   using TSVGGraphicElement::GetBoundsRect;
   // Inverted where a radius is negative.
   TRectF GetBoundsRect() override;
-  TQXGPPath& GetShape() override;
+  TQXGPPath* GetShape() override;
 
  protected:
   // A shape of a negative radius has no cached path and is drawn by its own box. The answer is then

@@ -22,8 +22,8 @@ class QXSVG_API TSVGLine : public TSVGGraphicElement {
   TSVGLength& EndY() { return HeightU(); }
 
   // The distance of the ends along the axis, never negative.
-  float GetWidth() const override;
-  float GetHeight() const override;
+  float GetWidth() override;
+  float GetHeight() override;
   // These move the end.
   void SetWidth(float Value) override;
   void SetHeight(float Value) override;
@@ -32,7 +32,7 @@ class QXSVG_API TSVGLine : public TSVGGraphicElement {
   // From start to end, not put in order; a side of no extent is one unit long, so that paints of the
   // bounding box and hit tests have something to work with.
   TRectF GetBoundsRect() override;
-  TQXGPPath& GetShape() override;
+  TQXGPPath* GetShape() override;
 
  protected:
   void DoLoadFromXML(IXMLNode& Node) override;

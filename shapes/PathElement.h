@@ -33,7 +33,7 @@ class QXSVG_API TSVGPath : public TSVGGraphicElement {
 
   using TSVGGraphicElement::GetBoundsRect;
   TRectF GetBoundsRect() override;
-  TQXGPPath& GetShape() override;
+  TQXGPPath* GetShape() override;
 
  protected:
   void DoLoadFromXML(IXMLNode& Node) override;

@@ -29,7 +29,7 @@ class QXSVG_API TSVGPolyline : public TSVGGraphicElement {
 
   using TSVGGraphicElement::GetBoundsRect;
   TRectF GetBoundsRect() override;
-  TQXGPPath& GetShape() override;
+  TQXGPPath* GetShape() override;
 
  protected:
   void DoLoadFromXML(IXMLNode& Node) override;

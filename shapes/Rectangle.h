@@ -32,7 +32,7 @@ class QXSVG_API TSVGRectangle : public TSVGGraphicElement {
   void SetRX(const TSVGLength* Value);
   void SetRY(const TSVGLength* Value);
 
-  TQXGPPath& GetShape() override;
+  TQXGPPath* GetShape() override;
 
  protected:
   void DoLoadFromXML(IXMLNode& Node) override;

@@ -32,7 +32,7 @@ class QXSVG_API TSVGUse : public TSVGGraphicElement {
   TRectF GetBoundsRect() override;
   TRectF GetBoundsRect(const TMatrix& Matrix) override;
   // The target's shape.
-  TQXGPPath& GetShape() override;
+  TQXGPPath* GetShape() override;
   bool HasChild(const TSVGElement* Element) const override;
   bool HasDescendant(const TSVGElement* Element) const override;
 

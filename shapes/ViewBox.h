@@ -60,8 +60,8 @@ class QXSVG_API TSVGViewBox : public TPersistent {
   void EndUpdate();
 
   TSVGUnitFactors GetUnitFactors() const { return FX.GetUnitFactors(); }
-  const TSVGUnitFactorsMethod& OnUnitFactors() const { return FX.OnUnitFactors; }
-  void SetOnUnitFactors(const TSVGUnitFactorsMethod& Value);
+  const TSVGUnitFactorsEvent& OnUnitFactors() const { return FX.OnUnitFactors; }
+  void SetOnUnitFactors(const TSVGUnitFactorsEvent& Value);
 
   TNotifyMethod OnChange;
 
