@@ -6,7 +6,7 @@
 namespace qxsvg {
 
 // Language tags ("de-CH"), the most preferred first, at least one. They come from the environment
-// (LANGUAGE, LC_ALL, LC_MESSAGES, LANG, in that order) as it is at the time of the call, without
+// (the list of LANGUAGE, then the first of LC_ALL, LC_MESSAGES and LANG) as it is now, without
 // touching the program's locale; an environment that names none gives "en-US", the language of a
 // program that nobody translated.
 QXSVG_API std::vector<String> PreferredUILanguages();

@@ -183,7 +183,8 @@ bool StoredUnless(const TPersistent& Self) {
 // A row for an object that its owner holds: ObjectProperty<TThing, TPart, &TThing::Part>(u"Part").
 // Reading gives the owner's object, which may be made by that; writing assigns into it.
 template <class Owner, class Object, Object& (Owner::*Reader)()>
-constexpr TProperty ObjectProperty(StringView Name, bool (*IsStored)(const TPersistent&) = nullptr) {
+constexpr TProperty ObjectProperty(StringView Name,
+                                   bool (*IsStored)(const TPersistent&) = nullptr) {
   return {Name, TPropertyKind::Object,
           [](const TPersistent& Self) -> TPropertyValue {
             return &(const_cast<Owner&>(static_cast<const Owner&>(Self)).*Reader)();

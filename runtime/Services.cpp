@@ -1,12 +1,14 @@
 #include "runtime/Services.h"
 
 #include "runtime/Exceptions.h"
+#include "runtime/FileResolver.h"
 
 namespace qxsvg {
 
 TServices& Services() {
   static TServices& Table = []() -> TServices& {
     static TServices Made;
+    Made.Files.Install([] { return std::make_shared<TFileResolver>(); });
     InstallDefaultServices(Made);
     return Made;
   }();

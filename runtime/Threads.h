@@ -108,7 +108,6 @@ class QXSVG_API TThread {
 
   std::thread FThread;
   std::exception_ptr FFatal;
-  TSimpleEvent FEnded;
   std::atomic<bool> FIsTerminated = false, FIsFinished = false;
   std::atomic<TThreadPriority> FPriority = TThreadPriority::tpNormal;
 };
