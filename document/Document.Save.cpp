@@ -7,7 +7,23 @@
 namespace qxsvg {
 
 void TSVGDocument::SaveToXML(IXMLDocument& XMLDocument) {
-  SaveToXML(*XMLDocument.CreateRoot(u"svg", SVGNamespace));
+  SaveToXML(*XMLDocument.CreateRoot(u"svg"));
+}
+
+void TSVGDocument::DoSaveToXML(IXMLNode& Node) {
+  Node.DeclareNamespace(StringView(), SVGNamespace);
+  Node.DeclareNamespace(u"xlink", XLinkNamespace);
+  TSVGCustomViewBox::DoSaveToXML(Node);
+  const bool IsCompact = IsCompactXML();
+  const auto Save = [&](StringView Name, const TSVGLength& Length) {
+    SaveAttrString(Node, Name, SVGLengthToString(&Length, GetFormatStr(), 0, 100),
+                   IsCompact && Length.Raw() == 0, IsCompact);
+  };
+  Save(u"x", Xu());
+  Save(u"y", Yu());
+  Save(u"width", WidthU());
+  Save(u"height", HeightU());
+  SaveAttrString(Node, u"version", u"1.1", false, false);
 }
 
 bool TSVGDocument::DoOnSavingElement(TSVGElement* Element, IXMLNode& Node) {

@@ -132,11 +132,10 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   }
 
  protected:
-  using TSVGElement::DoShouldDraw;
+  using TSVGCustomViewBox::DoShouldDraw;
   void DoSaveToXML(IXMLNode& Node) override;
   void ElementNotification(TSVGElement* Sender, TSVGElement* Item,
                            TCollectionNotification Action) override;
-  std::int32_t ReadChild(IXMLNode& Node) override;
   TSVGDocument* DocumentOfChildren() override { return this; }
   void DoOnParsingNode(TSVGElement* Element, IXMLNode& Node) override;
   void DoOnParsedNode(TSVGElement* Element) override;

@@ -3,7 +3,6 @@
 #include "document/Document.h"
 #include "document/Element.h"
 #include "document/NodeWriters.h"
-#include "runtime/Services.h"
 #include "runtime/UpdateLock.h"
 
 namespace qxsvg {
@@ -95,7 +94,8 @@ void TSVGElement::DoOnSavedElement(TSVGElement* Element, IXMLNode& Node) {
 }
 
 String TSVGElement::ToString() {
-  const auto XML = Services().XML.Get()->NewDocument();
+  const auto XML = CreateXMLDocument();
+  XML->SetNodeAutoIndent(true);
   SaveToXML(*XML->CreateRoot(SVGTypeName(), SVGNamespace));
   return XML->ToText();
 }

@@ -39,10 +39,10 @@ bool SaveAttrString(IXMLNode& Node, StringView Name, const TStrings& List, bool 
 bool SaveNodeString(IXMLNode& Node, StringView Name, StringView Value, bool Omit, bool Remove) {
   IXMLNode* Child = Node.FindChild(Name);
   if (!Omit) {
-    if (!Child) Child = Node.AddChild(Name, SVGNamespace);
+    if (!Child) Child = &Node.AddChild(Name);
     Child->SetText(Value);
   } else if (Remove && Child) {
-    Node.RemoveChild(Child);
+    Node.RemoveChild(*Child);
   }
   return !Omit;
 }
@@ -51,11 +51,11 @@ bool SaveStyleProperty(IXMLNode& Node, TSVGStyleProperty Property, StringView Va
                        StringView Default, bool AsStyle, bool Inherited, bool Compact) {
   constexpr StringView None = u"none", Inherit = u"inherit";
   if (Default == None && Value.empty()) Value = None;
-  const bool InheritsByItself = SVGInheritedProperties.Has(Property);
+  const bool InheritsByItself = SVGInheritedStyleProperties.Has(Property);
   if (Inherited && InheritsByItself) return false;
   if (!Inherited && Compact && Value == Default && !InheritsByItself) return false;
   if (Inherited) Value = Inherit;
-  const StringView Name = GetSVGStyleName(Property);
+  const StringView Name = SVGStylePropertyRowOf(Property).Name;
   if (AsStyle)
     AddStyleEntry(Node, Name, Value);
   else
