@@ -14,8 +14,8 @@ namespace qxsvg {
 enum class TQXPathPointKind : std::uint8_t { pkMove, pkLine, pkCurve, pkClose };
 
 // Both spans have the same length and belong to the path they were taken from; they are void after
-// its next change. Every figure begins with a move, every curve has its three points, and all points
-// are finite: the classes that build paths see to that.
+// its next change. Every figure begins with a move, every curve has its three points, and all
+// points are finite: the classes that build paths see to that.
 struct TQXPathView {
   std::span<const TPointF> Points;
   std::span<const TQXPathPointKind> Kinds;
