@@ -209,7 +209,7 @@ inline constexpr auto DefaultSVGStylePropertyValues =
 
 // The properties that inherit unless an element says otherwise: SVG 1.1 appendix N. ipNone counts
 // among them.
-inline constexpr TSVGStyleProperties SVGInheritedStyleProperties = [] {
+inline constexpr TSVGStyleProperties SVGInheritedProperties = [] {
   TSVGStyleProperties Result;
   for (const TSVGStylePropertyRow& Row : SVGStylePropertyRows)
     Result.Set(Row.Property, Row.IsInherited);

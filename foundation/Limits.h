@@ -1,0 +1,84 @@
+// The limits that keep bad input from costing more than it is worth, each with its reason.
+//
+// What is over a limit while a document loads raises an exception; what is over a limit while it is
+// drawn is left out, and the draw goes on.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace qxsvg::Limits {
+
+// --- Loading
+
+// Elements of one document. An element takes less than a kilobyte, so that the largest tree stays
+// within a few gigabytes; drawings of maps and circuits reach a few hundred thousand.
+inline constexpr std::int32_t Elements = 4'000'000;
+
+// Levels of a tree. Every walk over a tree recurses, and 512 levels of the deepest call chain fit
+// the smallest stacks that threads are given (a megabyte, half of that with sanitizers).
+inline constexpr std::int32_t NestingDepth = 512;
+
+// Blanks in an identifier made unique. The rule adds one with each round, so that copies of copies
+// would make names, and the time to compare them, grow with the square of their number.
+inline constexpr std::int32_t UniqueNameBlanks = 8192;
+
+// Bytes of a document's text. Offsets of the XML reader are 32-bit.
+inline constexpr std::size_t DocumentBytes = std::size_t{1} << 30;
+
+// Bytes of one attribute or text node. Images inside a document as data URIs are the long ones.
+inline constexpr std::size_t AttributeBytes = std::size_t{256} << 20;
+
+// Bytes that all references to entities may expand to. Real documents keep namespaces and a style
+// in entities, a few kilobytes; what goes beyond is an attack that doubles text at each level.
+inline constexpr std::size_t EntityBytes = std::size_t{10} << 20;
+// Levels of entities within entities, for the same reason.
+inline constexpr std::int32_t EntityDepth = 20;
+// Entities that a document type declares.
+inline constexpr std::int32_t EntityCount = 1000;
+
+// Bytes that a compressed document may expand to: compressed zeros shrink a thousandfold.
+inline constexpr std::size_t DecompressedBytes = std::size_t{512} << 20;
+
+// Rules of the style sheets of one document: each is matched against each element.
+inline constexpr std::int32_t StyleRules = 65'536;
+
+// --- Geometry
+
+// Segments of one path, as given and after flattening or repeating; a segment takes at most 32
+// bytes here.
+inline constexpr std::size_t PathSegments = 10'000'000;
+
+// Dashes of one stroke: a dash of a thousandth of a pixel along a long path gives millions that no
+// one can see. Over this the line is drawn solid.
+inline constexpr std::size_t DashCount = 1'000'000;
+
+// Stops of a gradient after it was repeated over the area that it fills.
+inline constexpr std::size_t GradientPoints = 65'536;
+
+// --- Pixels
+
+// Width or height of a bitmap: products with four bytes a pixel and fixed-point coordinates stay
+// within 32 bits.
+inline constexpr std::int32_t BitmapSide = 32'767;
+// Pixels of a bitmap, which takes four bytes for each; a tile of a pattern is one too.
+inline constexpr std::int64_t BitmapPixels = std::int64_t{1} << 28;
+// Bytes of an image after decoding, asked of the header before memory is taken.
+inline constexpr std::size_t ImageBytes = std::size_t{1} << 30;
+
+// --- Text
+
+// UTF-16 units of one text run: layout takes about a hundred bytes for each.
+inline constexpr std::size_t TextRun = 1'000'000;
+
+// --- References
+
+// Levels of references within references (use, pattern, marker, gradient, clip path) while drawing.
+// Each level costs several stack frames.
+inline constexpr std::int32_t ReferenceDepth = 64;
+// Elements drawn through references in one draw: use within use doubles the work at each level.
+inline constexpr std::int64_t DrawnReferences = 1'000'000;
+// Pixels of tiles painted in one draw.
+inline constexpr std::int64_t TilePixels = std::int64_t{1} << 30;
+
+}  // namespace qxsvg::Limits
