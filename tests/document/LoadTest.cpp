@@ -1,0 +1,264 @@
+// From text to tree: the order of events, what is kept and what is refused, and what stands after a
+// failure.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "document/QXSVG.h"
+#include "document/XML.h"
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Streams.h"
+#include "shapes/QXSVG.BasicShapes.h"
+
+namespace qxsvg {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::string_view Drawing = R"(<?xml version="1.0"?>
+<svg xmlns="http://www.w3.org/2000/svg" width="120" height="80" viewBox="0 0 60 40">
+  <title>A title</title><desc>A description</desc>
+  <defs><linearGradient id="grad"><stop offset="0"/></linearGradient><marker id="m"/></defs>
+  <g id="top" class="a, b" lang="de"><rect id="r" x="1" y="2" width="3" height="4"/></g>
+  <filter id="f"><feFlood/></filter>
+  <foo/>
+</svg>)";
+
+// One line an element: depth, type, identifier.
+void Dump(const TSVGElement& Element, std::string Indent, std::string& Out) {
+  Out += Indent + ToUtf8(Element.SVGTypeName());
+  if (!Element.ID().empty() && !Element.HasMadeUpID()) Out += "#" + ToUtf8(Element.ID());
+  Out += "\n";
+  for (std::int32_t I = 0; I < Element.Items().Count(); ++I)
+    Dump(*Element.Items()[I], Indent + " ", Out);
+}
+std::string Dump(const TSVGElement& Element) {
+  std::string Out;
+  Dump(Element, "", Out);
+  return Out;
+}
+
+TEST(Load, MakesATypedTree) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(Drawing);
+  EXPECT_EQ(Dump(Doc),
+            "svg\n"
+            " defs\n"
+            "  linearGradient#grad\n"
+            "   stop\n"
+            "  marker#m\n"
+            " g#top\n"
+            "  rect#r\n"
+            " filter#f\n");
+  EXPECT_EQ(Doc.Title(), u"A title");
+  EXPECT_EQ(Doc.Description().Text(), u"A description\r\n");
+  TSVGElement* Top = Doc.FindElement(u"top");
+  ASSERT_TRUE(Top);
+  EXPECT_EQ(Top->Language(), u"de");
+  EXPECT_THAT(std::vector<String>(Top->Classes().begin(), Top->Classes().end()),
+              ElementsAre(u"a", u"b"));
+  EXPECT_EQ(&Doc.FindElement(u"f")->ClassType(), &TSVGPlaceholder::Class);
+  ASSERT_EQ(Doc.Gradients().size(), 1u);
+  EXPECT_EQ(Doc.Gradients()[0]->ID(), u"grad");
+  EXPECT_EQ(Doc.Markers().size(), 1u);
+  EXPECT_TRUE(Doc.Patterns().empty());
+}
+
+TEST(Load, TellsInOrder) {
+  TSVGDocument Doc;
+  std::vector<String> Heard;
+  Doc.OnLoading = [&](TPersistent*) { Heard.push_back(u"loading"); };
+  Doc.OnLoaded = [&](TPersistent*) { Heard.push_back(u"loaded"); };
+  Doc.OnChange = [&](TPersistent* Sender) { Heard.push_back(Sender ? u"change!" : u"change"); };
+  Doc.OnParsingNode = [&](TPersistent*, IXMLNode& Node) {
+    Heard.push_back(u"<" + String(Node.LocalName()));
+  };
+  Doc.OnParsedNode = [&](TPersistent*, TSVGElement* Element) {
+    Heard.push_back(Element->SVGTypeName() + u">");
+  };
+  Doc.LoadFromText(std::string_view("<svg><g><rect/></g></svg>"));
+  EXPECT_THAT(Heard, ElementsAre(u"loading", u"<svg", u"<g", u"<rect", u"rect>", u"g>", u"svg>",
+                                 u"loaded", u"change"));
+  Heard.clear();
+  EXPECT_THROW(Doc.LoadFromText(std::string_view("<svg><path><rect/></path><g/></svg>")),
+               Exception);
+}
+
+TEST(Load, FailuresBeforeTheTreeKeepTheOldOne) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(Drawing);
+  const std::string Before = Dump(Doc);
+  bool HasHeard = false;
+  Doc.OnLoading = [&](TPersistent*) { HasHeard = true; };
+  EXPECT_THROW(Doc.LoadFromText(std::string_view("<svg><g></svg>")), EXMLError);
+  EXPECT_THROW(Doc.LoadFromText(std::string_view("")), Exception);
+  EXPECT_THROW(Doc.LoadFromText(std::string_view("<html/>")), ESVGException);
+  EXPECT_THROW(Doc.LoadFromFile(std::string_view("/nowhere/at/all.svg")), EStreamError);
+  EXPECT_THROW(Doc.LoadFromFile(std::string_view("/")), EStreamError);
+  EXPECT_FALSE(HasHeard);
+  EXPECT_EQ(Dump(Doc), Before);
+}
+
+TEST(Load, FailuresWithinTheTreeLeaveWhatWasRead) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(Drawing);
+  std::vector<String> Heard;
+  Doc.OnLoaded = [&](TPersistent*) { Heard.push_back(u"loaded"); };
+  Doc.OnChange = [&](TPersistent*) { Heard.push_back(u"change"); };
+  EXPECT_THROW(Doc.LoadFromText(std::string_view("<svg><rect id='a'/><stop/><rect id='b'/></svg>")),
+               ESVGException);
+  EXPECT_EQ(Dump(Doc), "svg\n rect#a\n");
+  EXPECT_THAT(Heard, ElementsAre(u"loaded", u"change"));
+}
+
+TEST(Load, UnknownElementsGoByTheOption) {
+  const std::string_view Unknown = "<svg><g><foo/></g></svg>";
+  const std::string_view Unsupported = "<svg><filter/></svg>";
+  const std::string_view Editors = "<svg><rect><namedview/><perspective/></rect><namedview/></svg>";
+  TSVGDocument Doc;
+  EXPECT_NO_THROW(Doc.LoadFromText(Unknown));
+  EXPECT_NO_THROW(Doc.LoadFromText(Unsupported));
+  Doc.SetOptions(Doc.GetOptions() - TSVGOptions{TSVGOption::soSkipUnknownXML});
+  EXPECT_THROW(Doc.LoadFromText(Unknown), ESVGException);
+  EXPECT_THROW(Doc.LoadFromText(Unsupported), ESVGException);
+  EXPECT_NO_THROW(Doc.LoadFromText(Editors));
+}
+
+TEST(Load, FormsOfXmlThatFilesHave) {
+  struct Row {
+    const char* What;
+    std::string Text;
+    std::string Tree;
+  };
+  const Row Rows[] = {
+      {"prefixed names", "<x:svg xmlns:x='http://www.w3.org/2000/svg'><x:g/></x:svg>", "svg\n g\n"},
+      {"entity reference in content",
+       "<!DOCTYPE svg [<!ENTITY two '<rect id=\"a\"/><rect id=\"b\"/>'>]><svg>&two;</svg>",
+       "svg\n g\n  rect#a\n  rect#b\n"},
+      {"entity in an attribute",
+       "<!DOCTYPE svg [<!ENTITY name 'r'>]><svg><rect id='&name;1'/></svg>", "svg\n rect#r1\n"},
+      {"Latin-1", "<?xml version='1.0' encoding='ISO-8859-1'?><svg><g id='\xE9'/></svg>",
+       "svg\n g#\xC3\xA9\n"},
+      {"a nested document", "<svg><svg id='inner'><rect id='r'/></svg></svg>",
+       "svg\n svg#inner\n  rect#r\n"},
+      {"duplicates", "<svg><g id='a'/><g id='a'/></svg>", "svg\n g#a\n g#a Copy\n"},
+  };
+  for (const Row& R : Rows) {
+    TSVGDocument Doc;
+    ASSERT_NO_THROW(Doc.LoadFromText(std::string_view(R.Text))) << R.What;
+    EXPECT_EQ(Dump(Doc), R.Tree) << R.What;
+  }
+}
+
+TEST(Load, TextIgnoresTheEncodingThatItDeclares) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(StringView(u"<?xml version='1.0' encoding='ISO-8859-1'?><svg id='\u00E9\u20AC'/>"));
+  EXPECT_EQ(Doc.ID(), u"\u00E9\u20AC");
+  Doc.LoadFromText(StringView(u"\uFEFF<svg id='b'/>"));
+  EXPECT_EQ(Doc.ID(), u"b");
+}
+
+TEST(Load, ANestedDocumentHasTablesOfItsOwn) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view("<svg><svg id='inner'><rect id='r'/></svg></svg>"));
+  auto* Inner = dynamic_cast<TSVGDocument*>(Doc.FindElement(u"inner"));
+  ASSERT_TRUE(Inner);
+  EXPECT_FALSE(Doc.FindElement(u"r"));
+  EXPECT_TRUE(Inner->FindElement(u"r"));
+  // The inner document answers with the outer one's options.
+  Doc.SetOptions(Doc.GetOptions() + TSVGOptions{TSVGOption::soExportDisabled});
+  EXPECT_TRUE(Inner->GetOptions().Has(TSVGOption::soExportDisabled));
+}
+
+TEST(Load, ANodeOfAnotherNameDoesNothing) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(Drawing);
+  const std::string Before = Dump(Doc);
+  const auto XML = CreateXMLDocument();
+  Doc.LoadFromXML(*XML->CreateRoot(u"g"));
+  EXPECT_EQ(Dump(Doc), Before);
+}
+
+TEST(Load, NestingIsBounded) {
+  std::string Text = "<svg>";
+  for (int I = 0; I < Limits::NestingDepth + 10; ++I) Text += "<g>";
+  for (int I = 0; I < Limits::NestingDepth + 10; ++I) Text += "</g>";
+  Text += "</svg>";
+  TSVGDocument Doc;
+  EXPECT_THROW(Doc.LoadFromText(std::string_view(Text)), ESVGException);
+}
+
+TEST(Load, StyleSheetsGoIntoTheTable) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view(
+      "<svg><style>rect { fill: red } /* c */ rect { stroke: blue } a, b { x: 1 }</style>"
+      "<style><![CDATA[ .c { opacity: 1 } open { ]]></style></svg>"));
+  EXPECT_EQ(Doc.Styles().Count(), 4);
+  ASSERT_TRUE(Doc.Styles().Find(u"rect"));
+  const TSVGStyle& Rect = **Doc.Styles().Find(u"rect");
+  EXPECT_EQ(Rect.GetStyleProp(TSVGStyleProperty::ipFill), u"red");
+  EXPECT_EQ(Rect.GetStyleProp(TSVGStyleProperty::ipStroke), u"blue");
+  EXPECT_TRUE(Doc.Styles().ContainsKey(u"b"));
+  EXPECT_TRUE(Doc.Styles().ContainsKey(u".c"));
+  int Removed = 0;
+  Doc.OnRemoveStyle = [&](TPersistent*, TSVGStyle*) { ++Removed; };
+  Doc.Clear();
+  EXPECT_EQ(Doc.Styles().Count(), 0);
+  EXPECT_EQ(Removed, 0) << "a clear of the document is silent about its rules";
+  Doc.ReadStyles(StringView(u"g { fill: red }"));
+  Doc.Styles().Remove(u"g");
+  EXPECT_EQ(Removed, 1);
+}
+
+TEST(Document, StartsWithItsDefaults) {
+  TSVGDocument Doc;
+  EXPECT_EQ(Doc.DPI(), 96);
+  EXPECT_EQ(Doc.GetWidth(), 100);
+  EXPECT_EQ(Doc.GetHeight(), 100);
+  EXPECT_EQ(Doc.GetOptions().Mask(), 443u);
+  EXPECT_EQ(Doc.ViewBox().GetRect(), QXRect(0, 0, 100, 100));
+  Doc.SetDPI(5);
+  EXPECT_EQ(Doc.DPI(), 10);
+  Doc.SetDPI(72);
+  EXPECT_FLOAT_EQ(Doc.CalcUnitFactors()[static_cast<std::size_t>(TSVGUnit::suPoints)], 1);
+  EXPECT_THROW(Doc.SetFormatStr(u""), EConvertError);
+  EXPECT_EQ(Doc.FormatStr(), u"0.###");
+}
+
+TEST(Document, IsValidSVGNeverRaises) {
+  const auto Shallow = [](StringView Text) { return TSVGDocument::IsValidSVG(false, Text); };
+  const auto Deep = [](StringView Text) { return TSVGDocument::IsValidSVG(true, Text); };
+  EXPECT_FALSE(Shallow(u""));
+  EXPECT_FALSE(Shallow(u"<svg>"));
+  EXPECT_FALSE(Shallow(u"<html/>"));
+  EXPECT_TRUE(Shallow(u"<svg><filter/></svg>"));
+  EXPECT_TRUE(Deep(u"<svg><filter/></svg>"));
+  EXPECT_TRUE(Shallow(u"<svg><stop/></svg>"));
+  EXPECT_FALSE(Deep(u"<svg><stop/></svg>"));
+  EXPECT_FALSE(TSVGDocument::IsValidSVG(StringView(u"/nowhere.svg"), true));
+}
+
+// The walk that a memory checker should see: load, copy, change, listen, clear.
+TEST(Document, ALifeFromLoadToClear) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(Drawing);
+  int Changes = 0;
+  Doc.OnChange = [&](TPersistent*) { ++Changes; };
+  TSVGElement* Top = Doc.FindElement(u"top");
+  Doc.Items().Add(Top->Clone(&Doc));
+  Top->SetTitle(u"t");
+  Top->ChangeNotification(Doc.FindElement(u"r"));
+  TSVGDocument Copy;
+  Copy.Assign(&Doc);
+  EXPECT_EQ(Dump(Copy), Dump(Doc));
+  Doc.Items().Remove(Top);
+  EXPECT_GT(Changes, 2);
+  Doc.LoadFromText(Drawing);
+  Doc.Clear();
+  EXPECT_EQ(Doc.AllItems().Count(), 0);
+  EXPECT_EQ(Doc.Items().Count(), 0);
+}
+
+}  // namespace
+}  // namespace qxsvg
