@@ -7,11 +7,8 @@ namespace qxsvg {
 
 namespace {
 
-// The attribute in the namespace of a prefix, or null.
-const StringView* FindInNamespace(const IXMLNode& Node, StringView Name, StringView Prefix,
-                                  StringView& Value) {
-  const String Namespace = Prefix.empty() ? String() : Node.FindNamespaceURI(Prefix);
-  return Node.FindAttributeNS(Name, Namespace, Value) ? &Value : nullptr;
+bool FindInNamespace(const IXMLNode& Node, StringView Name, StringView Prefix, StringView& Value) {
+  return Node.FindAttributeNS(Name, Node.FindNamespaceURI(Prefix), Value);
 }
 
 // What Parse makes of the attribute, or Default without it.
@@ -79,7 +76,7 @@ TQXPoints ParsePoints(const IXMLNode& Node, StringView Name) {
 String ParseURI(const IXMLNode& Node, StringView Name, StringView Default, StringView Prefix) {
   StringView Value;
   const bool IsThere = Prefix.empty() ? Node.FindAttribute(Name, Value)
-                                      : FindInNamespace(Node, Name, Prefix, Value) != nullptr;
+                                      : FindInNamespace(Node, Name, Prefix, Value);
   return IsThere ? String(ParseURI(Value)) : String(Default);
 }
 

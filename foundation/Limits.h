@@ -19,9 +19,9 @@ inline constexpr std::int32_t Elements = 4'000'000;
 // the smallest stacks that threads are given (a megabyte, half of that with sanitizers).
 inline constexpr std::int32_t NestingDepth = 512;
 
-// Blanks in an identifier made unique. The rule adds one with each round, so that copies of copies
-// would make names, and the time to compare them, grow with the square of their number.
-inline constexpr std::int32_t UniqueNameBlanks = 8192;
+// Blanks in an identifier made unique. The rule adds one with each round, so that the names of many
+// equal identifiers would take memory with the square of their number.
+inline constexpr std::int32_t UniqueNameBlanks = 128;
 
 // Bytes of a document's text. Offsets of the XML reader are 32-bit.
 inline constexpr std::size_t DocumentBytes = std::size_t{1} << 30;
