@@ -97,6 +97,8 @@ class QXSVG_API TSVGStyle : public TPersistent {
   void AssignTo(TPersistent* Dest) const override;
 
  private:
+  static constexpr std::uint32_t FirstCapacity = 64;
+
   // Order is the place in the sequence of additions, which the visible order depends on.
   struct KnownEntry {
     std::uint32_t Order;
@@ -116,6 +118,7 @@ class QXSVG_API TSVGStyle : public TPersistent {
     return FProperties[RankOf(Property)].Value;
   }
   TSVGStyleProperty Store(StringView Name, StringView Value);
+  void NoteStore();
   void StoreKnown(TSVGStyleProperty Property, StringView Value);
   void StoreOther(StringView Name, StringView Value);
   std::int64_t FindOther(StringView Name) const;
@@ -130,6 +133,9 @@ class QXSVG_API TSVGStyle : public TPersistent {
   std::vector<OtherEntry> FOthers;
   // Where in FOthers a name is; made when there are too many to search.
   std::unique_ptr<NameIndex> FIndex;
+  // The slots that a table with these entries would have had when it was last emptied, and has now.
+  std::uint32_t FFirstSlots = FirstCapacity;
+  std::uint32_t FSlots = FirstCapacity;
   String FName;
   TNotifyMethod FOnChange;
   std::int32_t FUpdateCount = 0;

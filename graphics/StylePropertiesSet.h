@@ -10,6 +10,8 @@ namespace qxsvg {
 // Its published properties are one boolean a style property, named as the enumerator without "ip".
 class QXSVG_API TSVGStylePropertiesSet : public TPersistent {
  public:
+  static constexpr std::uint32_t IndexLimit = 64;
+
   TSVGStylePropertiesSet() = default;
   explicit TSVGStylePropertiesSet(const TSVGStyleProperties& Value) : FValue(Value) {}
 
@@ -25,7 +27,7 @@ class QXSVG_API TSVGStylePropertiesSet : public TPersistent {
   bool Has(TSVGStyleProperty Property) const { return FValue.Has(Property); }
   // Membership by ordinal; 64 and above are never members, and setting them does nothing.
   bool GetSet(std::uint32_t Index) const {
-    return FValue.Has(static_cast<TSVGStyleProperty>(Index)) && Index < 64;
+    return Index < IndexLimit && FValue.Has(static_cast<TSVGStyleProperty>(Index));
   }
   void SetSet(std::uint32_t Index, bool IsMember);
   void Set(TSVGStyleProperty Property, bool IsMember) {

@@ -1,0 +1,265 @@
+// Entries of a style: storing, finding and ordering them, and their texts.
+#include "document/Style.h"
+
+#include <bit>
+
+#include "document/StringHashTable.h"
+#include "document/XML.h"
+#include "foundation/Lookups.h"
+#include "foundation/ParseText.h"
+#include "runtime/StringList.h"
+#include "runtime/UpdateLock.h"
+
+namespace qxsvg {
+
+namespace {
+
+constexpr StringView MarkerName = u"marker";
+constexpr StringView LineEnd = u"\r\n";
+
+// More other names than this are searched through an index: attributes that are no properties are
+// few on honest elements, and a hostile declaration list must not cost the square of its length.
+constexpr std::size_t SearchedNames = 16;
+
+constexpr TProperty Properties[] = {
+    Property<&TSVGStyle::Enabled, &TSVGStyle::SetEnabled>(u"Enabled",
+                                                          StoredUnless<&TSVGStyle::Enabled, true>),
+    Property<&TSVGStyle::Name, &TSVGStyle::SetName>(u"Name"),
+};
+
+}  // namespace
+
+constinit const TClass TSVGStyle::Class{
+    u"TSVGStyle", &TPersistent::Class, Properties,
+    [] { return std::unique_ptr<TPersistent>(std::make_unique<TSVGStyle>()); }};
+
+TSVGStyle::TSVGStyle() = default;
+
+TSVGStyle::TSVGStyle(StringView Name, StringView Style) : FName(Name) {
+  SetStyle(Style);
+}
+
+TSVGStyle::~TSVGStyle() = default;
+
+// --- Entries
+// --------------------------------------------------------------------------------------
+
+std::size_t TSVGStyle::RankOf(TSVGStyleProperty Property) const {
+  const std::uint64_t Below = (std::uint64_t{1} << Ordinal(Property)) - 1;
+  return static_cast<std::size_t>(std::popcount(FPresent.Mask() & Below));
+}
+
+std::int64_t TSVGStyle::FindOther(StringView Name) const {
+  if (FIndex) {
+    const auto At = FIndex->find(String(Name));
+    return At == FIndex->end() ? -1 : std::int64_t{At->second};
+  }
+  for (std::size_t I = 0; I < FOthers.size(); ++I)
+    if (FOthers[I].Name == Name) return static_cast<std::int64_t>(I);
+  return -1;
+}
+
+StringView TSVGStyle::GetText(StringView Name) const {
+  if (const TSVGStyleProperty Known = GetSVGStyleProperty(Name); Known != TSVGStyleProperty::ipNone)
+    return GetStyleProp(Known);
+  const std::int64_t At = FindOther(Name);
+  return At < 0 ? StringView() : StringView(FOthers[static_cast<std::size_t>(At)].Value);
+}
+
+// A table grows before it looks whether the name is new.
+void TSVGStyle::NoteStore() {
+  if (FProperties.size() + FOthers.size() >= FSlots / 4 * 3) FSlots *= 2;
+}
+
+void TSVGStyle::StoreKnown(TSVGStyleProperty Property, StringView Value) {
+  const std::size_t Rank = RankOf(Property);
+  if (FPresent.Has(Property)) {
+    FProperties[Rank].Value = Value;
+    return;
+  }
+  const auto Order = static_cast<std::uint32_t>(Count());
+  FProperties.insert(FProperties.begin() + static_cast<std::ptrdiff_t>(Rank),
+                     KnownEntry{Order, String(Value)});
+  FPresent.Include(Property);
+}
+
+void TSVGStyle::StoreOther(StringView Name, StringView Value) {
+  if (const std::int64_t At = FindOther(Name); At >= 0) {
+    FOthers[static_cast<std::size_t>(At)].Value = Value;
+    return;
+  }
+  const auto Order = static_cast<std::uint32_t>(Count());
+  FOthers.push_back({Order, String(Name), String(Value)});
+  if (FIndex) {
+    FIndex->emplace(Name, static_cast<std::uint32_t>(FOthers.size() - 1));
+  } else if (FOthers.size() > SearchedNames) {
+    FIndex = std::make_unique<NameIndex>();
+    for (std::size_t I = 0; I < FOthers.size(); ++I)
+      FIndex->emplace(FOthers[I].Name, static_cast<std::uint32_t>(I));
+  }
+}
+
+TSVGStyleProperty TSVGStyle::Store(StringView Name, StringView Value) {
+  const TSVGStyleProperty Property = GetSVGStyleProperty(Name);
+  NoteStore();
+  if (Property == TSVGStyleProperty::ipNone)
+    StoreOther(Name, Value);
+  else
+    StoreKnown(Property, Value);
+  TellChange();
+  return Property;
+}
+
+void TSVGStyle::SetStyleProp(TSVGStyleProperty Property, StringView Value) {
+  // ipNone has no name; its text is the one under the empty name.
+  Store(SVGStylePropertyRowOf(Property).Name, Value);
+}
+
+void TSVGStyle::SetText(StringView Name, StringView Value) {
+  Store(Name, Value);
+}
+
+void TSVGStyle::RemoveAll() {
+  FPresent = {};
+  FProperties.clear();
+  FOthers.clear();
+  FIndex.reset();
+  FFirstSlots = FSlots;
+}
+
+void TSVGStyle::Clear() {
+  RemoveAll();
+  TellChange();
+}
+
+std::vector<TSVGStyle::EntryView> TSVGStyle::InOrder() const {
+  std::vector<EntryView> Added(static_cast<std::size_t>(Count()));
+  std::size_t Rank = 0;
+  for (const TSVGStyleProperty Property : FPresent) {
+    const KnownEntry& Entry = FProperties[Rank++];
+    Added[Entry.Order] = {SVGStylePropertyRowOf(Property).Name, Entry.Value};
+  }
+  for (const OtherEntry& Entry : FOthers) Added[Entry.Order] = {Entry.Name, Entry.Value};
+
+  TQXDictionary<StringView, StringView, TStringComparer> Table(
+      static_cast<std::int32_t>(FFirstSlots));
+  for (const EntryView& Entry : Added) Table.Add(Entry.Name, Entry.Value);
+  if (Table.Slots() < FSlots) Table.SetCapacity(static_cast<std::int32_t>(FSlots));
+  std::vector<EntryView> Result;
+  Result.reserve(Added.size());
+  Table.ForEach([&Result](const auto& Entry) { Result.push_back({Entry.FKey, Entry.FValue}); });
+  return Result;
+}
+
+// --- Reading
+// --------------------------------------------------------------------------------------
+
+bool TSVGStyle::IsShorthandProperty(StringView Name) const {
+  return Name == MarkerName;
+}
+
+TSVGStyleProperties TSVGStyle::AddStyle(const IXMLNode& Node) {
+  const TUpdateLock Lock(*this);
+  TSVGStyleProperties Named;
+  for (const TXMLAttribute& Attribute : Node.Attributes())
+    if (!IsShorthandProperty(Attribute.LocalName()))
+      Named.Include(Store(Attribute.LocalName(), Attribute.Value));
+  return Named;
+}
+
+TSVGStyleProperties TSVGStyle::AddStyle(StringView Text) {
+  Text = Trim(Text);
+  if (Text.empty()) return {};
+  String WithoutComments;
+  if (Text.find(u"/*") != StringView::npos) {
+    WithoutComments = RemoveComments(Text);
+    Text = WithoutComments;
+  }
+  const TUpdateLock Lock(*this);
+  TSVGStyleProperties Named;
+  TSVGDeclarations Declarations(Text);
+  TSVGDeclaration Declaration;
+  while (Declarations.Next(Declaration)) Named.Include(Store(Declaration.Name, Declaration.Value));
+  return Named;
+}
+
+void TSVGStyle::SetStyle(StringView Text) {
+  // The text may be a view of one of the entries that go.
+  const String Kept(Text);
+  const TUpdateLock Lock(*this);
+  RemoveAll();
+  AddStyle(Kept);
+}
+
+void TSVGStyle::LoadFromXML(const IXMLNode& Node) {
+  const TUpdateLock Lock(*this);
+  RemoveAll();
+  AddStyle(Node);
+}
+
+// --- Copies and texts
+// -----------------------------------------------------------------------------
+
+void TSVGStyle::Assign(const TPersistent* Source) {
+  if (Source == this) return;
+  if (const auto* Style = dynamic_cast<const TSVGStyle*>(Source)) {
+    const TUpdateLock Lock(*this);
+    FName = Style->FName;
+    RemoveAll();
+    Style->ForEach([this](StringView Name, StringView Value) { Store(Name, Value); });
+  } else if (const auto* List = dynamic_cast<const TStrings*>(Source)) {
+    const TUpdateLock Lock(*this);
+    for (int I = 0; I < List->Count(); ++I) Store(List->Names(I), List->ValueFromIndex(I));
+  } else {
+    TPersistent::Assign(Source);
+  }
+}
+
+void TSVGStyle::AssignTo(TPersistent* Dest) const {
+  if (auto* List = dynamic_cast<TStrings*>(Dest))
+    List->SetText(StylesToString());
+  else
+    TPersistent::AssignTo(Dest);
+}
+
+String TSVGStyle::StylesToString() const {
+  String Result;
+  ForEach([&Result](StringView Name, StringView Value) {
+    Result.append(Name).append(u"=").append(Value).append(LineEnd);
+  });
+  while (!Result.empty() && Result.back() <= u' ') Result.pop_back();
+  return Result;
+}
+
+String TSVGStyle::ToString() const {
+  return FName + u" { " + StylesToString() + u" }";
+}
+
+// --- Changes
+// --------------------------------------------------------------------------------------
+
+void TSVGStyle::SetName(StringView Value) {
+  if (Value == FName) return;
+  FName = Value;
+  Change();
+}
+
+void TSVGStyle::SetEnabled(bool Value) {
+  if (Value == FEnabled) return;
+  FEnabled = Value;
+  Change();
+}
+
+void TSVGStyle::EndUpdate() {
+  if (--FUpdateCount == 0) Change();
+}
+
+void TSVGStyle::TellChange() {
+  if (FUpdateCount == 0) Change();
+}
+
+void TSVGStyle::Change() {
+  if (FOnChange) FOnChange(this);
+}
+
+}  // namespace qxsvg
