@@ -63,8 +63,11 @@ inline constexpr std::size_t GradientPoints = 65'536;
 inline constexpr std::int32_t BitmapSide = 32'767;
 // Pixels of a bitmap, which takes four bytes for each; a tile of a pattern is one too.
 inline constexpr std::int64_t BitmapPixels = std::int64_t{1} << 28;
-// Bytes of an image after decoding, asked of the header before memory is taken.
-inline constexpr std::size_t ImageBytes = std::size_t{1} << 30;
+// Bytes of an image after decoding, asked of the header before memory is taken. Four bytes a pixel,
+// so that the pictures of the largest phone cameras (108 million pixels) fit.
+inline constexpr std::size_t ImageBytes = std::size_t{440} << 20;
+// Bytes of an image before decoding, which is done in memory.
+inline constexpr std::size_t ImageFileBytes = std::size_t{256} << 20;
 
 // --- Text
 
