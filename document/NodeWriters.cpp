@@ -51,7 +51,7 @@ bool SaveStyleProperty(IXMLNode& Node, TSVGStyleProperty Property, StringView Va
                        StringView Default, bool AsStyle, bool Inherited, bool Compact) {
   constexpr StringView None = u"none", Inherit = u"inherit";
   if (Default == None && Value.empty()) Value = None;
-  const bool InheritsByItself = SVGInheritedStyleProperties.Has(Property);
+  const bool InheritsByItself = SVGInheritedProperties.Has(Property);
   if (Inherited && InheritsByItself) return false;
   if (!Inherited && Compact && Value == Default && !InheritsByItself) return false;
   if (Inherited) Value = Inherit;

@@ -1,6 +1,7 @@
 // Splits the text of number lists into tokens, in place.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "runtime/String.h"
@@ -24,6 +25,9 @@ class QXSVG_API TNumberTokens {
   // The same, passing over tokens of nothing but characters of U+0020 and below, and without these
   // at a token's ends.
   bool NextClean(StringView& Token);
+  // The same, reading the token as a number on the way: IsNumber says whether it is one, and Value
+  // is of no meaning otherwise. The fastest way through a number list.
+  bool NextNumber(StringView& Token, float& Value, bool& IsNumber);
 
  private:
   bool IsDelimiter(char16_t C) const;
@@ -31,7 +35,9 @@ class QXSVG_API TNumberTokens {
 
   const char16_t* FNext;
   const char16_t* FLast;
-  StringView FDelimiters;
+  // The delimiters below U+0040, a bit each; all of them where there are others.
+  std::uint64_t FDelimiterBits = 0;
+  StringView FOtherDelimiters;
 };
 
 // All tokens of Text as views into it.
