@@ -1,0 +1,36 @@
+// Draws an SVG file into a PNG file: draw_to_png IN.svg OUT.png [WIDTH]
+#include <cmath>
+#include <iostream>
+
+#include "qxsvg.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Streams.h"
+
+using namespace qxsvg;
+
+int main(int Count, char** Arguments) {
+  if (Count < 3) {
+    std::cerr << "usage: draw_to_png IN.svg OUT.png [WIDTH]\n";
+    return 2;
+  }
+  try {
+    TSVGDocument Drawing;
+    Drawing.LoadFromFile(std::string_view(Arguments[1]));
+
+    // The size of the root element, in pixels, gives the proportions of the picture.
+    const double Width = Count > 3 ? std::stod(Arguments[3]) : Drawing.GetWidth();
+    const double Height = Width * Drawing.GetHeight() / Drawing.GetWidth();
+    TQXGPBitmap Picture(static_cast<std::int32_t>(std::ceil(Width)),
+                        static_cast<std::int32_t>(std::ceil(Height)));
+    Drawing.Draw(Picture.GetCanvas(), QXRect(0, 0, static_cast<float>(Picture.GetWidth()),
+                                             static_cast<float>(Picture.GetHeight())));
+
+    // The file appears under its name only when it is whole.
+    TAtomicFile File(FromUtf8(Arguments[2]));
+    Picture.SaveToStream(File, u"png");
+    File.Finish();
+  } catch (const std::exception& Error) {
+    std::cerr << Arguments[1] << ": " << Error.what() << "\n";
+    return 1;
+  }
+}
