@@ -39,8 +39,14 @@ enum class TQXDiagnostic : std::uint8_t {
 using TQXDiagnosticEvent = std::function<void(TQXDiagnostic Kind, StringView Text)>;
 
 // A mark to come back to; see TQXGPCanvas::SaveState.
-struct TQXGPCanvasSaveState {
-  std::uint32_t Depth = 0;
+class TQXGPCanvasSaveState {
+ public:
+  TQXGPCanvasSaveState() = default;
+
+ private:
+  friend class TQXGPCanvas;
+  // How many states lie below and with it; 0 is no state.
+  std::uint32_t FDepth = 0;
 };
 
 // The quality settings that a saved state holds.

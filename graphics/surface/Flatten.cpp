@@ -18,7 +18,7 @@ float Clamped(double V) {
   return V < Huge ? static_cast<float>(V) : Huge;
 }
 
-// Cuts lines and curves to a box.
+// Leaves out what a box does not show.
 class TFigureClipper {
  public:
   TFigureClipper(const TRectF& Clip, float Tolerance, TQXLineBuffer& Target)
@@ -29,6 +29,7 @@ class TFigureClipper {
 
  private:
   void Put(TPointF A, TPointF B);
+  void PutFar(TPointF A, TPointF B);
   bool IsOutside(float Top, float Bottom, float Left) const {
     return Bottom <= FClip.Top || Top >= FClip.Bottom || Left >= FClip.Right;
   }
@@ -41,6 +42,10 @@ class TFigureClipper {
   bool FIsOpen = false;
 };
 
+bool IsNear(TPointF P) {
+  return std::abs(P.X) <= QXFarthestPixel && std::abs(P.Y) <= QXFarthestPixel;
+}
+
 void TFigureClipper::Put(TPointF A, TPointF B) {
   if (!FIsOpen || !(FEnd == A)) FTarget.MoveTo(A);
   FTarget.LineTo(B);
@@ -51,43 +56,46 @@ void TFigureClipper::Put(TPointF A, TPointF B) {
 void TFigureClipper::Line(TPointF A, TPointF B) {
   if (IsOutside(std::min(A.Y, B.Y), std::max(A.Y, B.Y), std::min(A.X, B.X))) return;
   if (A.Y == B.Y) return;
-  const double DX = double{B.X} - A.X, DY = double{B.Y} - A.Y;
-  const auto CutAtY = [&](TPointF& P, float Y) {
-    P = {Clamped(A.X + DX * ((double{Y} - A.Y) / DY)), Y};
-  };
-  TPointF P = A, Q = B;
-  if (P.Y < FClip.Top) CutAtY(P, FClip.Top);
-  if (P.Y > FClip.Bottom) CutAtY(P, FClip.Bottom);
-  if (Q.Y < FClip.Top) CutAtY(Q, FClip.Top);
-  if (Q.Y > FClip.Bottom) CutAtY(Q, FClip.Bottom);
+  if (std::max(A.X, B.X) <= FClip.Left) A.X = B.X = FClip.Left;
+  if (IsNear(A) && IsNear(B))
+    Put(A, B);
+  else
+    PutFar(A, B);
+}
 
-  const auto CutAtX = [&](float X) {
+// Cuts the line at the farthest rows and moves what is beyond the farthest columns onto them.
+void TFigureClipper::PutFar(TPointF A, TPointF B) {
+  constexpr float Far = QXFarthestPixel;
+  const double DX = double{B.X} - A.X, DY = double{B.Y} - A.Y;
+  const auto AtY = [&](float Y) {
+    return TPointF{Clamped(A.X + DX * ((double{Y} - A.Y) / DY)), Y};
+  };
+  const TPointF P = std::abs(A.Y) > Far ? AtY(std::copysign(Far, A.Y)) : A;
+  const TPointF Q = std::abs(B.Y) > Far ? AtY(std::copysign(Far, B.Y)) : B;
+  const auto AtX = [&](float X) {
     const double Y = A.Y + DY * ((double{X} - A.X) / DX);
     return TPointF{X, std::clamp(Clamped(Y), std::min(P.Y, Q.Y), std::max(P.Y, Q.Y))};
   };
-  if (P.X < FClip.Left) {
-    if (Q.X <= FClip.Left) return Put({FClip.Left, P.Y}, {FClip.Left, Q.Y});
-    const TPointF Cut = CutAtX(FClip.Left);
-    Put({FClip.Left, P.Y}, Cut);
-    P = Cut;
+  const auto Near = [](float X) { return std::clamp(X, -Far, Far); };
+  TPointF From{Near(P.X), P.Y};
+  const TPointF To{Near(Q.X), Q.Y};
+  if (From.X != To.X) {
+    const auto Through = [&](TPointF Next) {
+      Put(From, Next);
+      From = Next;
+    };
+    if (P.X != From.X) Through(AtX(From.X));
+    if (Q.X != To.X) Through(AtX(To.X));
   }
-  const bool EndsLeft = Q.X < FClip.Left;
-  const TPointF End = Q;
-  if (EndsLeft) Q = CutAtX(FClip.Left);
-  if (P.X > FClip.Right) {
-    if (Q.X >= FClip.Right) return;
-    P = CutAtX(FClip.Right);
-  }
-  Put(P, Q.X > FClip.Right ? CutAtX(FClip.Right) : Q);
-  if (EndsLeft) Put(Q, {FClip.Left, End.Y});
+  Put(From, To);
 }
 
-// Halves what reaches out of the box, so that the hidden halves cost nothing. The stack holds one
-// waiting half a level.
+// A curve of very many steps is halved first, so that the hidden halves cost nothing. Where the
+// halves lie does not depend on the box. The stack holds one waiting half a level.
 void TFigureClipper::Curve(TPointF P0, TPointF P1, TPointF P2, TPointF P3) {
   constexpr std::uint32_t Levels = 24;
-  std::array<std::array<TPointF, 4>, Levels + 1> Stack;
-  std::array<std::uint8_t, Levels + 1> Depths;
+  std::array<std::array<TPointF, 4>, Levels + 2> Stack;
+  std::array<std::uint8_t, Levels + 2> Depths;
   std::uint32_t Count = 1;
   Stack[0] = {P0, P1, P2, P3};
   Depths[0] = 0;
@@ -102,17 +110,20 @@ void TFigureClipper::Curve(TPointF P0, TPointF P1, TPointF P2, TPointF P3) {
       continue;
     }
     const std::uint32_t Steps = QXCurveSteps(A, B, C, D, FTolerance);
-    const bool IsInside =
-        Left >= FClip.Left && Right <= FClip.Right && Top >= FClip.Top && Bottom <= FClip.Bottom;
-    if (Steps <= 16 || IsInside || Depth == Levels) {
+    if (Steps <= TQXLineBuffer::MaxReserve || Depth == Levels) {
+      std::array<TPointF, TQXLineBuffer::MaxReserve> Points;
       const TQXCubic Cubic = TQXCubic::FromControls(A, B, C, D);
       TPointF Last = A;
-      for (std::uint32_t I = 1; I <= Steps; ++I) {
-        const TPointF Next =
-            I == Steps ? D : Cubic.At(static_cast<float>(I) / static_cast<float>(Steps));
-        Line(Last, Next);
-        Last = Next;
+      for (std::uint32_t At = 1; At < Steps;) {
+        const std::uint32_t Part = std::min(Steps - At, TQXLineBuffer::MaxReserve);
+        Cubic.Sample(At, Part, Steps, Points.data());
+        for (std::uint32_t I = 0; I < Part; ++I) {
+          Line(Last, Points[I]);
+          Last = Points[I];
+        }
+        At += Part;
       }
+      Line(Last, D);
       continue;
     }
     const TPointF AB = Middle(A, B), BC = Middle(B, C), CD = Middle(C, D);

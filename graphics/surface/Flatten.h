@@ -121,10 +121,15 @@ QXSVG_API std::uint32_t QXCurveSteps(TPointF P0, TPointF P1, TPointF P2, TPointF
 QXSVG_API TRectF QXTransformPoints(std::span<const TPointF> Points, const TMatrix& M, TPointF* Out);
 QXSVG_API TRectF QXPointsBox(std::span<const TPointF> Points);
 
-// Writes the lines of all figures, each closed, to Target. Only what lies within Clip is kept
-// right: lines above, below and right of it are left out and those left of it moved to its left
-// side, which changes no winding inside. IsInside says that Clip is known to hold every point; then
-// nothing is tested. Work and output are bounded by what Clip shows, however far a curve reaches.
+// Coordinates beyond this many pixels are cut off before they become fixed-point numbers.
+inline constexpr float QXFarthestPixel = 2097152.0f;
+
+// Writes the lines of all figures, each closed, to Target. Lines and curves that lie wholly above,
+// below or right of Clip are left out and those wholly left of it moved to its left side, which
+// changes no winding inside; what is partly inside keeps its exact place, so that a picture does
+// not depend on the clip it is drawn with. IsInside says that Clip is known to hold every point;
+// then nothing is tested. Every point that comes out is within QXFarthestPixel, and the work is
+// bounded by what Clip shows, however far a curve reaches.
 QXSVG_API void QXFlattenFigures(const TQXPathView& Path, const TRectF& Clip, bool IsInside,
                                 float Tolerance, TQXLineBuffer& Target);
 

@@ -66,6 +66,11 @@ class QXSVG_API TQXPathGeometry {
   friend class TQXPathParser;
   void Open(std::size_t Points);
   void Put(TPointF P, TQXPathPointKind Kind);
+  // Entries that go on from the last, which the caller made right; the last move stays with it too.
+  void AppendRaw(const TQXPathView& Entries);
+  void FindFigure();
+  // Raises where that many more entries are over the limit.
+  void CheckGrowth(std::size_t Points) const;
 
   std::vector<TPointF> FPoints;
   std::vector<TQXPathPointKind> FKinds;

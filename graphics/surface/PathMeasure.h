@@ -12,7 +12,7 @@ namespace qxsvg {
 class TQXPathGeometry;
 
 // The exact box of the geometry, the extremes of curves included, after M; the zero rectangle for
-// an empty path. Moves without a segment count too.
+// an empty path. A move without a segment counts only where the path has nothing else.
 QXSVG_API TRectF QXPathBounds(const TQXPathView& Path);
 QXSVG_API TRectF QXPathBounds(const TQXPathView& Path, const TMatrix& M);
 // The box of all points, controls included: cheaper, and never smaller than the exact one.
