@@ -123,17 +123,18 @@ class QXSVG_API IXMLNode {
   virtual void RemoveAttribute(StringView Name) = 0;
   // The default namespace for an empty Prefix.
   virtual void DeclareNamespace(StringView Prefix, StringView URI) = 0;
-  // Each adds a last child and gives it. Raise EXMLError on a node that holds no children, AddChild
-  // also for a text that is no XML name.
-  virtual IXMLNode& AddChild(StringView Name) = 0;
-  virtual IXMLNode& AddText(StringView Text) = 0;
-  virtual IXMLNode& AddCData(StringView Text) = 0;
-  virtual IXMLNode& AddComment(StringView Text) = 0;
+  // Each adds a last child and gives it, never null. Raise EXMLError on a node that holds no
+  // children, AddChild also for a text that is no XML name. With a URI, AddChild declares that
+  // namespace on the child unless the child's prefix stands for it already.
+  virtual IXMLNode* AddChild(StringView Name, StringView URI = {}) = 0;
+  virtual IXMLNode* AddText(StringView Text) = 0;
+  virtual IXMLNode* AddCData(StringView Text) = 0;
+  virtual IXMLNode* AddComment(StringView Text) = 0;
   // Adds a copy of a node, which may be of another document, with all that is in it, as the last
   // child.
-  virtual IXMLNode& AddCopy(const IXMLNode& Source) = 0;
+  virtual IXMLNode* AddCopy(const IXMLNode& Source) = 0;
   // Does nothing when Child is no child of this node.
-  virtual void RemoveChild(IXMLNode& Child) = 0;
+  virtual void RemoveChild(IXMLNode* Child) = 0;
 
   // The node as it was read, without indentation: entities expanded, and with those namespace
   // declarations added that it uses from its ancestors, so that the text can stand by itself.
@@ -156,7 +157,7 @@ class QXSVG_API IXMLDocument {
   // Makes the root element, in place of one that was there, and declares the namespace, if any.
   virtual IXMLNode* CreateRoot(StringView Name, StringView URI = {}) = 0;
 
-  // On: The three below put each element on a line of its own, two blanks deeper than its parent.
+  // On, the three below put each element on a line of its own, two blanks deeper than its parent.
   // Where characters count (mixed content, text elements, xml:space) nothing is added. Off at
   // first.
   virtual bool NodeAutoIndent() const = 0;

@@ -1,8 +1,8 @@
 // The tree of nodes that every XML document of the system is, wherever it came from.
 //
-// Nodes, names and texts live in one arena, which goes with the document: a load allocates a few large
-// pieces and frees as many. A reader of XML (an IXMLVendor) fills the tree through the operations of
-// TXMLDocument and TXMLNode that are not in the contract.
+// Nodes, names and texts live in one arena, which goes with the document: a load allocates a few
+// large pieces and frees as many. A reader of XML (an IXMLVendor) fills the tree through the
+// operations of TXMLDocument and TXMLNode that are not in the contract.
 #pragma once
 
 #include <unordered_map>
@@ -25,8 +25,8 @@ class TXMLArena {
   T* Allocate(std::size_t Count) {
     return static_cast<T*>(Take(Count * sizeof(T), alignof(T)));
   }
-  // Text is what the last Allocate or Grow of characters gave, Used of them in use: gives a place with
-  // room for More behind them, the same one if possible.
+  // Text is what the last Allocate or Grow of characters gave, Used of them in use: gives a place
+  // with room for More behind them, the same one if possible.
   char16_t* Grow(char16_t* Text, std::size_t Used, std::size_t More);
   // Gives back the end of what was allocated last, so that [Text, Text + Used) stays.
   void Shrink(const char16_t* Text, std::size_t Used);

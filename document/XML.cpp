@@ -1,0 +1,51 @@
+#include "document/XML.h"
+
+#include <array>
+
+#include "document/XMLTree.h"
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Streams.h"
+
+namespace qxsvg {
+
+IXMLNode::~IXMLNode() = default;
+IXMLDocument::~IXMLDocument() = default;
+IXMLVendor::~IXMLVendor() = default;
+
+StringView XMLNodeTypeName(TXMLNodeType Type) {
+  constexpr std::array<StringView, 6> Names = {
+      u"ntElement", u"ntText", u"ntCData", u"ntEntityRef", u"ntProcessingInstr", u"ntComment"};
+  return Names[static_cast<std::size_t>(Type)];
+}
+
+void IXMLDocument::SaveToStream(TStream& Stream) const {
+  Stream.WriteBytes(BytesOf(ToUtf8()));
+}
+
+std::unique_ptr<IXMLDocument> IXMLVendor::LoadFromStream(TStream& Stream) {
+  if (const TBytesView Rest = Stream.Rest(); !Rest.empty()) {
+    auto Document = LoadFromBytes(CharsOf(Rest));
+    Stream.Seek(0, TSeekOrigin::soEnd);
+    return Document;
+  }
+  // Read in steps: the size that a stream tells is not to be trusted with memory.
+  constexpr std::size_t Step = std::size_t{1} << 18;
+  std::string Bytes;
+  while (true) {
+    const std::size_t Old = Bytes.size();
+    Bytes.resize(Old + Step);
+    const std::size_t Count = Stream.Read(Bytes.data() + Old, Step);
+    Bytes.resize(Old + Count);
+    if (Count == 0) break;
+    if (Bytes.size() > Limits::DocumentBytes) throw ESVGException(SDocumentSizeLimit);
+  }
+  return LoadFromBytes(Bytes);
+}
+
+std::unique_ptr<IXMLDocument> CreateXMLDocument() {
+  return std::make_unique<TXMLDocument>();
+}
+
+}  // namespace qxsvg
