@@ -1,0 +1,65 @@
+// Exact signed area and cover for each pixel of a box.
+//
+// A cell holds the change of coverage from its left neighbour: the running sum along a row is the
+// area that the lines wind around in that pixel, times CellFull. Lines may come in any order. All
+// arithmetic is in integers, so that the sum over a closed outline is exactly zero and what a line
+// leaves in a pixel does not depend on the box it was asked for.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "graphics/surface/Flatten.h"
+
+namespace qxsvg {
+
+// Coordinates have 8 bits of fraction; a pixel that is wound around once sums up to CellFull.
+inline constexpr std::int32_t SubpixelBits = 8, SubpixelScale = 1 << SubpixelBits;
+inline constexpr std::int32_t CellFullBits = 2 * SubpixelBits + 1, CellFull = 1 << CellFullBits;
+// Cells are swept in groups; a byte for each group says whether a line touched it.
+inline constexpr std::int32_t GroupCells = 8, MarkBlock = 32;
+
+class TCellGrid final : public ILineConsumer {
+ public:
+  // The widest and the largest box that one grid takes. The largest bounds the memory: what is
+  // bigger is drawn in bands.
+  static constexpr std::int32_t MaxWidth = 16384;
+  static constexpr std::int64_t MaxCells = std::int64_t{1} << 22;
+
+  // The most rows that a box of this width may have.
+  static std::int32_t MaxRows(std::int32_t Width);
+
+  // All cells are zero, as they are before and after a sweep. Box is not empty and within the
+  // bounds above. IsInside says that every line lies in it.
+  void Begin(const TRect& Box, bool IsInside);
+  void Consume(std::span<const TPointF> Points, std::span<const TQXPolyline> Lines) override;
+
+  const TRect& Box() const { return FBox; }
+  std::int32_t* Cells(std::int32_t Row) { return FCells.get() + Row * FStride; }
+  std::uint8_t* Marks(std::int32_t Row) { return FMarks.get() + Row * FMarkStride; }
+  std::ptrdiff_t MarkStride() const { return FMarkStride; }
+  // Zeroes what lines have left, for a drawing that is given up.
+  void Abandon();
+
+ private:
+  struct TFixedPoint {
+    std::int32_t X, Y;
+  };
+  void Grow(std::int64_t Cells, std::int64_t Marks);
+  void Convert(std::span<const TPointF> Points);
+  void Line(TFixedPoint A, TFixedPoint B);
+  void ClippedLine(TFixedPoint A, TFixedPoint B);
+  void ClippedRow(std::int32_t Row, std::int64_t XA, std::int64_t XB, std::int32_t Cover,
+                  float Rate);
+
+  TRect FBox;
+  std::ptrdiff_t FStride = 0, FMarkStride = 0;
+  std::int32_t FWidth = 0, FHeight = 0;
+  bool FIsInside = false;
+  std::int64_t FCellRoom = 0, FMarkRoom = 0;
+  std::unique_ptr<std::int32_t[]> FCells;
+  std::unique_ptr<std::uint8_t[]> FMarks;
+  std::array<TFixedPoint, TQXLineBuffer::Capacity> FFixed;
+};
+
+}  // namespace qxsvg
