@@ -1,7 +1,6 @@
 // Points and rectangles.
 #pragma once
 
-#include <array>
 #include <optional>
 
 #include "foundation/Geometry.h"
@@ -11,19 +10,12 @@
 
 namespace qxsvg {
 
-class TSVGLength;
-
 // The points of a polyline, in user space. An odd last number is ignored. Raises EConvertError for
 // a token that is no number.
 QXSVG_API TQXPoints ParsePoints(StringView Text);
 
 // "left top width height" as lengths, in pixels; the zero rectangle unless there are four.
 QXSVG_API TRectF ParseRect(StringView Text, const TSVGUnitFactors& Factors);
-
-// Reads up to four lengths, the text of a view box, into Lengths in their order: x, y, width,
-// height. Those that the text lacks stay as they are. Gives how many there were, no more than four;
-// 0 says that the text is blank.
-QXSVG_API int ParseRect(StringView Text, const std::array<TSVGLength*, 4>& Lengths);
 
 // "auto" is the zero rectangle; "rect(top right bottom left)" gives these lengths in pixels, which
 // only blanks separate. Any other text gives the default. Inherit: see TakesValue.

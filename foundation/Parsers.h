@@ -5,6 +5,7 @@
 #include "foundation/ParseGeometry.h"
 #include "foundation/ParseInherit.h"
 #include "foundation/ParseKeywords.h"
+#include "foundation/ParseLengthObjects.h"
 #include "foundation/ParseLengths.h"
 #include "foundation/ParseNumbers.h"
 #include "foundation/ParseText.h"
