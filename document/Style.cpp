@@ -205,6 +205,7 @@ void TSVGStyle::Assign(const TPersistent* Source) {
   if (const auto* Style = dynamic_cast<const TSVGStyle*>(Source)) {
     const TUpdateLock Lock(*this);
     FName = Style->FName;
+    FSelector.reset();
     RemoveAll();
     Style->ForEach([this](StringView Name, StringView Value) { Store(Name, Value); });
   } else if (const auto* List = dynamic_cast<const TStrings*>(Source)) {
@@ -241,7 +242,13 @@ String TSVGStyle::ToString() const {
 void TSVGStyle::SetName(StringView Value) {
   if (Value == FName) return;
   FName = Value;
+  FSelector.reset();
   Change();
+}
+
+const TSVGSelectorTokens& TSVGStyle::SelectorTokens() const {
+  if (!FSelector) FSelector = std::make_unique<TSVGSelectorTokens>(TokenizeSelector(FName));
+  return *FSelector;
 }
 
 void TSVGStyle::SetEnabled(bool Value) {

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "foundation/SelectorTokens.h"
 #include "foundation/StyleProperties.h"
 #include "runtime/Method.h"
 #include "runtime/Persistent.h"
@@ -79,6 +80,9 @@ class QXSVG_API TSVGStyle : public TPersistent {
   const String& Name() const { return FName; }
   // The key of a rule in its document's table does not follow.
   void SetName(StringView Value);
+  // The selector cut into tokens, kept until the name changes. Raises ESVGException for a bracket that
+  // is malformed.
+  const TSVGSelectorTokens& SelectorTokens() const;
   // A rule that is not enabled is left out of the cascade.
   bool Enabled() const { return FEnabled; }
   void SetEnabled(bool Value);
@@ -137,6 +141,7 @@ class QXSVG_API TSVGStyle : public TPersistent {
   std::uint32_t FFirstSlots = FirstCapacity;
   std::uint32_t FSlots = FirstCapacity;
   String FName;
+  mutable std::unique_ptr<TSVGSelectorTokens> FSelector;
   TNotifyMethod FOnChange;
   std::int32_t FUpdateCount = 0;
   bool FEnabled = true;

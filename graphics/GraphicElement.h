@@ -14,12 +14,12 @@
 #include "foundation/DrawingEnums.h"
 #include "foundation/Keywords.h"
 #include "foundation/Length.h"
+#include "foundation/SelectorTokens.h"
 #include "graphics/StylePropertiesSet.h"
 
 namespace qxsvg {
 
 class TQXGPCanvas;
-class TQXGPCanvasSaveState;
 class TQXGPPath;
 class TQXGPRegion;
 class TQXPathData;
@@ -73,6 +73,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // that cannot be read clears the mark and keeps the value.
   virtual void ApplyStyle(const TSVGStyle& Style);
   std::int32_t Matches(StringView Selector) override;
+  // The same for a selector that is cut already.
+  std::int32_t Matches(const TSVGSelectorTokens& Selector);
   TSVGStyle& Style() { return FStyle; }
   const TSVGStyle& Style() const { return FStyle; }
   void SetStyle(const TSVGStyle* Value) { FStyle.Assign(Value); }
@@ -81,8 +83,6 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   TSVGStylePropertiesSet& Inherits() { return FInherits; }
   const TSVGStylePropertiesSet& Inherits() const { return FInherits; }
   void SetInherits(const TSVGStylePropertiesSet* Value) { FInherits.Assign(Value); }
-  // Every property but the fifteen that are not inherited.
-  static const TSVGStyleProperties DefaultInherits;
   // The properties that are written in the style attribute: the parent's set, or the own one once
   // it was written.
   TSVGStylePropertiesSet& GetPreferredStyles();
@@ -271,9 +271,6 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   bool DoShouldDraw() override;
   void AssignTo(TPersistent* Dest) const override;
   void DefineProperties(TFiler& Filer) override;
-  // Applies the element's own style and those enabled rules of Sheet (may be null) that match, by
-  // rising priority; to this element alone.
-  void ApplyCascade(TSVGDocument* Sheet);
   // Reads one child node; the index of the child that it made, or -1.
   virtual std::int32_t ReadChild(IXMLNode& Node);
   virtual void ReadChildren(IXMLNode& Node);
@@ -319,16 +316,17 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   virtual void DoBakeTransformation(const TMatrix& Matrix);
   virtual void BakeTransformationChildren(const TMatrix& Matrix);
 
-  // --- Lengths of elements. Callbacks may be empty.
-  void WireLength(TSVGLength& Length, TSVGLengthRangeEvent OnRange,
-                  TSVGUnitFactorsEvent OnUnitFactors);
-  std::unique_ptr<TSVGLength> CreateLength(TSVGLengthRangeEvent OnRange,
-                                           TSVGUnitFactorsEvent OnUnitFactors);
-  TSVGLengthRangeEvent ViewBoxWidthRange();
-  TSVGLengthRangeEvent ViewBoxHeightRange();
+  // Applies the rules of Sheet (null: none) that match, and the element's own style among them, by
+  // rising specificity. Drops the element's caches; those of its children are dropped with theirs.
+  void ApplyCascade(TSVGDocument* Sheet);
+
+  // --- Wirings for the lengths that an element holds, as in Length.Wire(this, WidthLength). A
+  // change of such a length is a change of the element, em and ex are those of its font, and a
+  // percentage is one of the width or height of the nearest view box; with PlainLength it stays a
+  // fraction.
+  static const TSVGLengthEventsOf<TSVGGraphicElement> PlainLength, WidthLength, HeightLength;
+  // The unit factors of this element, for objects that hold lengths themselves.
   TSVGUnitFactorsEvent OwnUnitFactors();
-  void LengthRangeViewBoxWidth(TSVGLength* Sender, float& Min, float& Max, bool& DoRange);
-  void LengthRangeViewBoxHeight(TSVGLength* Sender, float& Min, float& Max, bool& DoRange);
 
   // For classes that build their shape into the element's own path: made when missing.
   TQXGPPath& Shape();
@@ -340,15 +338,24 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   void SetClippingChanged(bool Value) { FClippingChanged = Value; }
   // Overflow without the steps of the setter, for classes that start with another value.
   void InitOverflow(bool Value) { FOverflow = Value; }
+  // The same for what a document has defaults of.
+  void InitRendering(TSVGColorInterpolation Interpolation, TSVGColorRendering Color,
+                     TSVGShapeRendering Shape, TSVGTextRendering Text) {
+    FColorInterpolation = Interpolation;
+    FColorRendering = Color;
+    FShapeRendering = Shape;
+    FTextRendering = Text;
+  }
   void ResourceGetInherited(TPersistent* Sender, TSVGStyleProperty Property, bool& IsInherited);
 
  private:
-  friend struct TSVGAppearance;
   struct References;
   struct Box;
   struct Spacings;
-  class StyleApplier;
-  class PaintResolver;
+  // What changed while styles were applied and has still to be told to the children.
+  enum Stale : std::uint8_t { stBrush = 1, stPen = 2, stFont = 4, stOther = 8 };
+  class StylingLock;
+  friend class StyleApplier;
 
   template <class Row>
   auto Effective(const Row& Property) const;
@@ -361,15 +368,26 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   const String& EffectiveReference(TSVGReference Which) const;
   void StoreReference(TSVGReference Which, StringView Value);
   void MarkPaintsChanged();
+  std::uint8_t StaleBySender(const TPersistent* Sender) const;
+  // The size of the font in force, without making a font object for it.
+  float EffectiveFontSize();
+  TSVGElement* FindByID(StringView ID) const;
+  bool MatchesToken(const TSVGSelectorTokens& Tokens, std::size_t At, TSVGGraphicElement*& Current,
+                    std::int32_t (&Counts)[3]);
+  bool MatchesAttribute(StringView Name, TSVGSelectorTokenType Type, StringView Value);
   const References& ReadReferences() const;
   References& WriteReferences();
   Box& WriteBox();
   Spacings& WriteSpacings();
-  void WireStyleLength(TSVGStylePropertyLength& Length, TSVGLengthRangeEvent OnRange,
-                       TSVGUnitFactorsEvent OnUnitFactors);
+  void LengthChanged(TPersistent* Sender) { ObjectPropChange(Sender); }
+  float LengthUnitFactor(TSVGUnit Unit);
+  void LengthUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);
+  void LengthRangeViewBoxWidth(TSVGLength* Sender, float& Min, float& Max, bool& DoRange);
+  void LengthRangeViewBoxHeight(TSVGLength* Sender, float& Min, float& Max, bool& DoRange);
   void LengthGetInherited(TSVGStylePropertyLength* Sender, bool& IsInherited);
   void LengthSetInherited(TSVGStylePropertyLength* Sender, bool IsInherited);
   void LengthParent(TSVGStylePropertyLength* Sender, TSVGStylePropertyLength*& Parent);
+  static const TSVGLengthEventsOf<TSVGGraphicElement> SpacingLength, BaselineShiftEvents;
   TSVGBrush& OwnBrush();
   TSVGPen& OwnPen();
   TSVGFont& OwnFont();
@@ -388,8 +406,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // The region that a clip path built; other elements point at it.
   std::unique_ptr<TQXGPRegion> FClipRegion;
   TQXGPRegion* FClipPath = nullptr;
-  // What BeginDraw saved, until EndDraw.
-  TQXGPCanvasSaveState* FCanvasState = nullptr;
+  // The mark of what BeginDraw saved, until EndDraw.
+  std::uint32_t FCanvasState = 0;
   TMatrix FMatrix;
   float FOpacity = 1;
   TQXGPColor FColor = 0;
@@ -420,6 +438,9 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   bool FBrushChanged = true;
   bool FClippingChanged = true;
   bool FShapeCacheChanged = true;
+  // Notices of held objects are gathered and not passed on.
+  bool FIsStyling = false;
+  std::uint8_t FStale = 0;
 };
 
 }  // namespace qxsvg
