@@ -26,6 +26,8 @@ class QXSVG_API TQXPathGeometry {
   // Gives the memory back too.
   void Release();
   void Reserve(std::size_t Points);
+  // Gives back memory where the points leave a good part of it unused.
+  void Trim();
 
   void MoveTo(TPointF P);
   void LineTo(TPointF P);
@@ -71,6 +73,7 @@ class QXSVG_API TQXPathGeometry {
   void FindFigure();
   // Raises where that many more entries are over the limit.
   void CheckGrowth(std::size_t Points) const;
+  void Grow(std::size_t Points);
 
   std::vector<TPointF> FPoints;
   std::vector<TQXPathPointKind> FKinds;
