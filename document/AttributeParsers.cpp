@@ -19,7 +19,7 @@ Result FromAttribute(const IXMLNode& Node, StringView Name, Result Default, Pars
 }
 
 void AddCleaned(TStrings& List, StringView Text, StringView Delimiters) {
-  for (const StringView Item : CleanArray(SplitString(Text, Delimiters))) List.Add(Item);
+  for (const StringView Item : SplitClean(Text, Delimiters)) List.Add(Item);
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ void ParseRequiredStringList(const IXMLNode& Node, StringView Name, TStrings& Li
 }
 
 std::vector<float> ParseNumbers(const IXMLNode& Node, StringView Name,
-                                const std::vector<float>& Defaults) {
+                                std::span<const float> Defaults) {
   return FromAttribute(Node, Name, std::vector<float>(),
                        [&](StringView Text) { return ParseNumbers(Text, Defaults); });
 }
@@ -75,16 +75,15 @@ TQXPoints ParsePoints(const IXMLNode& Node, StringView Name) {
 
 String ParseURI(const IXMLNode& Node, StringView Name, StringView Default, StringView Prefix) {
   StringView Value;
-  const bool IsThere = Prefix.empty() ? Node.FindAttribute(Name, Value)
-                                      : FindInNamespace(Node, Name, Prefix, Value);
+  const bool IsThere =
+      Prefix.empty() ? Node.FindAttribute(Name, Value) : FindInNamespace(Node, Name, Prefix, Value);
   return IsThere ? String(ParseURI(Value)) : String(Default);
 }
 
 float ParseLength(const IXMLNode& Node, StringView Name, float Default, TSVGUnit& Unit,
                   const TSVGUnitFactors& Factors) {
-  return FromAttribute(Node, Name, Default, [&](StringView Text) {
-    return ParseLength(Text, Default, Unit, Factors);
-  });
+  return FromAttribute(Node, Name, Default,
+                       [&](StringView Text) { return ParseLength(Text, Default, Unit, Factors); });
 }
 
 float ParseLength(const IXMLNode& Node, StringView Name, float Default, bool& Inherit,
@@ -94,12 +93,12 @@ float ParseLength(const IXMLNode& Node, StringView Name, float Default, bool& In
   });
 }
 
-TSVGLengths* ParseLengths(const IXMLNode& Node, StringView Name, TSVGLengths* Lengths,
-                          const TSVGLengthCreator& Creator, float Minimum, float Maximum) {
+TSVGLengths& ParseLengths(const IXMLNode& Node, StringView Name, TSVGLengths& Lengths,
+                          const TSVGLengthCreateEvent& Creator, float Minimum, float Maximum) {
   StringView Value;
   if (Node.FindAttribute(Name, Value))
     return ParseLengths(Value, Lengths, Creator, Minimum, Maximum);
-  if (Lengths) Lengths->Clear();
+  Lengths.Clear();
   return Lengths;
 }
 
@@ -117,18 +116,17 @@ float ParsePercent(const IXMLNode& Node, StringView Name, float Default, TSVGUni
   });
 }
 
-TSVGLength* ParsePercent(const IXMLNode& Node, StringView Name, TSVGLength* Length, bool& Inherit,
+TSVGLength& ParsePercent(const IXMLNode& Node, StringView Name, TSVGLength& Length, bool& Inherit,
                          float Minimum, float Maximum) {
-  return FromAttribute(Node, Name, Length, [&](StringView Text) {
-    return ParsePercent(Text, Length, Inherit, Minimum, Maximum);
-  });
+  StringView Value;
+  return Node.FindAttribute(Name, Value) ? ParsePercent(Value, Length, Inherit, Minimum, Maximum)
+                                         : Length;
 }
 
-TSVGLength* ParsePercent(const IXMLNode& Node, StringView Name, TSVGLength* Length, float Minimum,
+TSVGLength& ParsePercent(const IXMLNode& Node, StringView Name, TSVGLength& Length, float Minimum,
                          float Maximum) {
-  return FromAttribute(Node, Name, Length, [&](StringView Text) {
-    return ParsePercent(Text, Length, Minimum, Maximum);
-  });
+  StringView Value;
+  return Node.FindAttribute(Name, Value) ? ParsePercent(Value, Length, Minimum, Maximum) : Length;
 }
 
 }  // namespace qxsvg

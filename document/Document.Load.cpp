@@ -64,7 +64,9 @@ void TSVGDocument::LoadFromText(std::string_view TextUtf8) {
   LoadFromStream(Stream);
 }
 
-void TSVGDocument::LoadFromStream(TStream& Stream) { LoadFromXML(*ReadXML(Stream)); }
+void TSVGDocument::LoadFromStream(TStream& Stream) {
+  LoadFromXML(*ReadXML(Stream));
+}
 
 void TSVGDocument::LoadFromXML(IXMLDocument& XMLDocument) {
   IXMLNode* Root = XMLDocument.DocumentElement();

@@ -15,8 +15,9 @@ void TSVGDocument::DoSaveToXML(IXMLNode& Node) {
   Node.DeclareNamespace(u"xlink", XLinkNamespace);
   TSVGCustomViewBox::DoSaveToXML(Node);
   const bool IsCompact = IsCompactXML();
+  const TFloatFormat Format(GetFormatStr());
   const auto Save = [&](StringView Name, const TSVGLength& Length) {
-    SaveAttrString(Node, Name, SVGLengthToString(&Length, GetFormatStr(), 0, 100),
+    SaveAttrString(Node, Name, SVGLengthToString(Length, GetFormatStr(), 0, 100),
                    IsCompact && Length.Raw() == 0, IsCompact);
   };
   Save(u"x", Xu());

@@ -4,6 +4,7 @@
 #include "document/Style.h"
 #include "foundation/Lookups.h"
 #include "foundation/Parsers.h"
+#include "graphics/SVGFont.h"
 #include "runtime/Languages.h"
 #include "runtime/Numbers.h"
 #include "runtime/UpdateLock.h"
@@ -22,7 +23,8 @@ TSVGDocument::TSVGDocument(TSVGDocument* Outer)
       FDefaultAspectRatio(TSVGAlign::saXMidYMid, false, false),
       FUnitFactors(CalcUnitFactors()),
       FFormatStr(DefaultSVGFormatStr) {
-  FAllItems.OnValueNotify = TSVGElementTable::ValueNotifyMethod::Bind<&TSVGDocument::AllItemsNotify>(this);
+  FAllItems.OnValueNotify =
+      TSVGElementTable::ValueNotifyMethod::Bind<&TSVGDocument::AllItemsNotify>(this);
   FStyles.OnValueNotify = TSVGStyleTable::ValueNotifyMethod::Bind<&TSVGDocument::StyleNotify>(this);
   CopyRenderingDefaults();
   const auto Notice = TNotifyMethod::Bind<&TSVGDocument::ObjectPropChange>(this);
@@ -42,10 +44,8 @@ TSVGDocument::~TSVGDocument() {
 }
 
 void TSVGDocument::CopyRenderingDefaults() {
-  FColorInterpolation = FDefaultColorInterpolation;
-  FColorRendering = FDefaultColorRendering;
-  FShapeRendering = FDefaultShapeRendering;
-  FTextRendering = FDefaultTextRendering;
+  InitRendering(FDefaultColorInterpolation, FDefaultColorRendering, FDefaultShapeRendering,
+                FDefaultTextRendering);
 }
 
 void TSVGDocument::Clear() {
@@ -63,7 +63,8 @@ void TSVGDocument::DestroyStyles() {
   for (TSVGStyle* Style : Styles) std::default_delete<TSVGStyle>()(Style);
 }
 
-// --- Settings -------------------------------------------------------------------------------------
+// --- Settings
+// -------------------------------------------------------------------------------------
 
 TSVGOptions TSVGDocument::GetOptions() const {
   return Document() ? Document()->GetOptions() : FOptions;
@@ -90,25 +91,29 @@ void TSVGDocument::SetFormatStr(StringView Value) {
 
 void TSVGDocument::SetDefaultColorInterpolation(TSVGColorInterpolation Value) {
   if (Value == FDefaultColorInterpolation) return;
-  FDefaultColorInterpolation = FColorInterpolation = Value;
+  FDefaultColorInterpolation = Value;
+  CopyRenderingDefaults();
   Change(this);
 }
 
 void TSVGDocument::SetDefaultColorRendering(TSVGColorRendering Value) {
   if (Value == FDefaultColorRendering) return;
-  FDefaultColorRendering = FColorRendering = Value;
+  FDefaultColorRendering = Value;
+  CopyRenderingDefaults();
   Change(this);
 }
 
 void TSVGDocument::SetDefaultShapeRendering(TSVGShapeRendering Value) {
   if (Value == FDefaultShapeRendering) return;
-  FDefaultShapeRendering = FShapeRendering = Value;
+  FDefaultShapeRendering = Value;
+  CopyRenderingDefaults();
   Change(this);
 }
 
 void TSVGDocument::SetDefaultTextRendering(TSVGTextRendering Value) {
   if (Value == FDefaultTextRendering) return;
-  FDefaultTextRendering = FTextRendering = Value;
+  FDefaultTextRendering = Value;
+  CopyRenderingDefaults();
   Change(this);
 }
 
@@ -116,8 +121,12 @@ void TSVGDocument::SetDefaultAspectRatio(const TSVGPreserveAspectRatio* Value) {
   FDefaultAspectRatio.Assign(Value);
 }
 
-String TSVGDocument::PreferredLanguage() const { return FPrefLanguages.CommaText(); }
-void TSVGDocument::SetPreferredLanguage(StringView Value) { FPrefLanguages.SetCommaText(Value); }
+String TSVGDocument::PreferredLanguage() const {
+  return FPrefLanguages.CommaText();
+}
+void TSVGDocument::SetPreferredLanguage(StringView Value) {
+  FPrefLanguages.SetCommaText(Value);
+}
 
 void TSVGDocument::SetIgnoreTransformMatrix(StringView) {}
 
@@ -146,13 +155,15 @@ TSVGUnitFactors TSVGDocument::GetUnitFactors() {
   return Factors;
 }
 
-// --- Conditional processing -----------------------------------------------------------------------
+// --- Conditional processing
+// -----------------------------------------------------------------------
 
-bool TSVGDocument::SupportsFeature(StringView Feature) const { return GetSVGFeatureSupport(Feature); }
+bool TSVGDocument::SupportsFeature(StringView Feature) const {
+  return GetSVGFeatureSupport(Feature);
+}
 
 bool TSVGDocument::SupportsLanguage(StringView Language) const {
-  const auto Pieces = SplitString(Language, u", ");
-  const std::vector<StringView> Parts = CleanArray(Pieces);
+  const std::vector<StringView> Parts = SplitClean(Language, u", ");
   const auto Accepts = [&Parts](StringView Candidate) {
     for (const StringView Part : Parts)
       if (StartsText(Part, Candidate)) return true;

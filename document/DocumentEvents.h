@@ -1,9 +1,11 @@
 // The callbacks of a document. Sender and every other pointer is valid during the call only.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 #include "foundation/Geometry.h"
+#include "runtime/String.h"
 
 namespace qxsvg {
 

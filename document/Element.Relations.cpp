@@ -1,6 +1,6 @@
 // What an element answers about its place: relations, conditions, types, options and views.
-#include "document/Document.h"
 #include "document/Element.h"
+#include "document/Document.h"
 #include "foundation/Lookups.h"
 #include "foundation/Parsers.h"
 #include "shapes/CustomViewBox.h"
@@ -13,17 +13,25 @@ TSVGElementTypes TSVGElement::ChildSVGTypes() const {
 
 String TSVGElement::SVGTypeName() const {
   const TSVGElementType Type = GetSVGType();
-  return String(Type == TSVGElementType::etNone ? ClassName()
-                                                : SVGElementTypeNames[static_cast<std::size_t>(Type)]);
+  return String(Type == TSVGElementType::etNone
+                    ? ClassName()
+                    : SVGElementTypeNames[static_cast<std::size_t>(Type)]);
 }
 
-bool TSVGElement::IsEnabled() const { return FEnabled && (!FParent || FParent->IsEnabled()); }
+bool TSVGElement::IsEnabled() const {
+  return FEnabled && (!FParent || FParent->IsEnabled());
+}
 
-std::int32_t TSVGElement::Matches(StringView) { return -1; }
+std::int32_t TSVGElement::Matches(StringView) {
+  return -1;
+}
 
-// --- Relations ------------------------------------------------------------------------------------
+// --- Relations
+// ------------------------------------------------------------------------------------
 
-bool TSVGElement::HasChild(const TSVGElement* Element) const { return Element->FParent == this; }
+bool TSVGElement::HasChild(const TSVGElement* Element) const {
+  return Element->FParent == this;
+}
 
 bool TSVGElement::HasDescendant(const TSVGElement* Element) const {
   // The same as asking depth first whether any element below has the child, without the walk.
@@ -46,7 +54,8 @@ bool TSVGElement::HasPreceding(const TSVGElement* Element) const {
   return FParent->FItems.IndexOf(Element) < FParent->FItems.IndexOf(this);
 }
 
-// --- Conditional processing -----------------------------------------------------------------------
+// --- Conditional processing
+// -----------------------------------------------------------------------
 
 bool TSVGElement::HasFeatures() const {
   if (!FOwner) return true;
@@ -56,7 +65,9 @@ bool TSVGElement::HasFeatures() const {
   return true;
 }
 
-bool TSVGElement::HasExtensions() const { return RequiredExtensions().Count() == 0; }
+bool TSVGElement::HasExtensions() const {
+  return RequiredExtensions().Count() == 0;
+}
 
 bool TSVGElement::HasLanguages() const {
   bool Result = true;
@@ -74,25 +85,30 @@ bool TSVGElement::HasLanguages() const {
 }
 
 bool TSVGElement::HasLanguage(StringView Language) const {
-  for (const StringView Part : CleanArray(SplitString(this->Language(), u", ")))
+  for (const StringView Part : SplitClean(this->Language(), u", "))
     if (StartsText(Language, Part)) return true;
   return false;
 }
 
-bool TSVGElement::DoShouldDraw() { return HasFeatures() && HasExtensions() && HasLanguages(); }
+bool TSVGElement::DoShouldDraw() {
+  return HasFeatures() && HasExtensions() && HasLanguages();
+}
 
 bool TSVGElement::ShouldDraw() {
   const bool Result = DoShouldDraw();
   return FOwner ? FOwner->DoShouldDraw(this, Result) : Result;
 }
 
-// --- What the document decides --------------------------------------------------------------------
+// --- What the document decides
+// --------------------------------------------------------------------
 
 TSVGOptions TSVGElement::GetOptions() const {
   return FOwner ? FOwner->GetOptions() : DefaultSVGOptions;
 }
 
-bool TSVGElement::IsCompactXML() const { return GetOptions().Has(TSVGOption::soCompactExport); }
+bool TSVGElement::IsCompactXML() const {
+  return GetOptions().Has(TSVGOption::soCompactExport);
+}
 
 String TSVGElement::GetFormatStr() const {
   return FOwner ? FOwner->FormatStr() : String(DefaultSVGFormatStr);
@@ -106,21 +122,26 @@ void TSVGElement::UnitFactorsHandler(TPersistent*, TSVGUnitFactors& Factors) {
   Factors = GetUnitFactors();
 }
 
-// --- Views ----------------------------------------------------------------------------------------
+// --- Views
+// ----------------------------------------------------------------------------------------
 
-TRectF TSVGElement::GetBoundsRect() { return TRectF(); }
+TRectF TSVGElement::GetBoundsRect() {
+  return TRectF();
+}
 
 TRectF TSVGElement::GetBoundsRect(const TMatrix& Matrix) {
   const TRectF Bounds = GetBoundsRect();
-  return QXMatrixEquals(Matrix, QXIdentityMatrix, MatrixTolerance) ? Bounds
-                                                                   : QXTransformRect(Bounds, Matrix);
+  // What differs from the identity by less than this moves nothing that can be seen.
+  constexpr float Tolerance = 1e-5f;
+  return QXMatrixEquals(Matrix, QXIdentityMatrix, Tolerance) ? Bounds
+                                                             : QXMatrixTransform(Matrix, Bounds);
 }
 
 TMatrix TSVGElement::FitToRect(const TRectF& Source, const TRectF& Dest) {
   if (Source.Width() == 0 || Source.Height() == 0) return QXIdentityMatrix;
   TMatrix Result = CreateTranslateQXMatrix(-Source.Left, -Source.Top);
-  Result = QXMatrixMultiply(Result, CreateScaleQXMatrix(Dest.Width() / Source.Width(),
-                                                        Dest.Height() / Source.Height()));
+  Result = QXMatrixMultiply(
+      Result, CreateScaleQXMatrix(Dest.Width() / Source.Width(), Dest.Height() / Source.Height()));
   return QXMatrixMultiply(Result, CreateTranslateQXMatrix(Dest.Left, Dest.Top));
 }
 
@@ -132,7 +153,9 @@ TMatrix TSVGElement::GetViewMatrix(const TRectF& Rect) {
   return GetViewMatrix(QXIdentityMatrix, Rect);
 }
 
-TMatrix TSVGElement::GetViewMatrix(const TMatrix&, const TRectF& Rect) { return FitToRect(Rect); }
+TMatrix TSVGElement::GetViewMatrix(const TMatrix&, const TRectF& Rect) {
+  return FitToRect(Rect);
+}
 
 TSVGCustomViewBox* TSVGElement::GetNearestViewBox() {
   return FParent ? FParent->GetNearestViewBox() : nullptr;

@@ -39,10 +39,10 @@ bool SaveAttrString(IXMLNode& Node, StringView Name, const TStrings& List, bool 
 bool SaveNodeString(IXMLNode& Node, StringView Name, StringView Value, bool Omit, bool Remove) {
   IXMLNode* Child = Node.FindChild(Name);
   if (!Omit) {
-    if (!Child) Child = &Node.AddChild(Name);
+    if (!Child) Child = Node.AddChild(Name, SVGNamespace);
     Child->SetText(Value);
   } else if (Remove && Child) {
-    Node.RemoveChild(*Child);
+    Node.RemoveChild(Child);
   }
   return !Omit;
 }

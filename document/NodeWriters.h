@@ -18,7 +18,7 @@ QXSVG_API bool SaveAttrString(IXMLNode& Node, StringView Name, StringView Value,
 // The same with the texts of a list, joined with Delimiter.
 QXSVG_API bool SaveAttrString(IXMLNode& Node, StringView Name, const TStrings& List, bool Omit,
                               bool Remove, char16_t Delimiter);
-// The same for a child node of that name, made when missing.
+// The same for a child node of that name, made in the SVG namespace when missing.
 QXSVG_API bool SaveNodeString(IXMLNode& Node, StringView Name, StringView Value, bool Omit,
                               bool Remove);
 // Writes a presentation property as an attribute, or as an entry of the style attribute, unless the

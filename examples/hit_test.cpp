@@ -36,8 +36,8 @@ int main(int Count, char** Arguments) {
       std::cout << '\n';
     }
     for (const auto& [Element, Letter] : Letters)
-      std::cout << Letter << "  " << ToUtf8(Element->SVGTypeName()) << "  "
-                << ToUtf8(Element->ID()) << '\n';
+      std::cout << Letter << "  " << ToUtf8(Element->SVGTypeName()) << "  " << ToUtf8(Element->ID())
+                << '\n';
   } catch (const std::exception& Error) {
     std::cerr << Arguments[1] << ": " << Error.what() << "\n";
     return 1;

@@ -259,8 +259,8 @@ TEST(ElementConditions, FollowFeaturesExtensionsAndLanguages) {
     bool Expected;
   };
   const Row Rows[] = {
-      {u"en", {}, true},          {u"en-GB", {}, true},       {u"en-US", {}, false},
-      {u"fr", {}, false},         {u"fr", {u"de"}, true},     {u"", {u"fr"}, false},
+      {u"en", {}, true},           {u"en-GB", {}, true},         {u"en-US", {}, false},
+      {u"fr", {}, false},          {u"fr", {u"de"}, true},       {u"", {u"fr"}, false},
       {u"", {u"fr", u"DE"}, true}, {u"", {u"en-GB-oed"}, false}, {u"fr, en", {}, true},
   };
   for (const Row& R : Rows) {

@@ -59,7 +59,8 @@ TEST(HashTable, OrderOfSlotsIsFixed) {
   for (const StringView Key : {u"g", u"path"}) Insert(Order, String(Key));
   std::erase(Order, String());
   EXPECT_EQ(Keys(T), Order);
-  for (int I = 0; I < T.Count(); ++I) EXPECT_EQ(T.GetKeyByIndex(I), Order[static_cast<std::size_t>(I)]);
+  for (int I = 0; I < T.Count(); ++I)
+    EXPECT_EQ(T.GetKeyByIndex(I), Order[static_cast<std::size_t>(I)]);
 }
 
 TEST(HashTable, AgreesWithAModelUnderRandomUse) {
