@@ -7,6 +7,8 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# What an adapter's folder finds, the library at the top links.
+set(CMAKE_FIND_PACKAGE_TARGETS_GLOBAL ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 find_package(Threads REQUIRED)
 
@@ -40,6 +42,12 @@ target_precompile_headers(qxsvg_pch PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Std.h)
 function(qxsvg_target_defaults target)
   target_link_libraries(${target} PRIVATE qxsvg_flags)
   target_precompile_headers(${target} REUSE_FROM qxsvg_pch)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "EXECUTABLE")
+    # The precompiled header serves one kind of code only, and the library's is -fPIC.
+    set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${target} PRIVATE -fPIC)
+  endif()
 endfunction()
 
 # qxsvg_folder(runtime) makes the object library qxsvg_runtime of all sources in that folder; a
