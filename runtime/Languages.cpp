@@ -35,10 +35,11 @@ std::vector<String> PreferredUILanguages(std::string_view Language, std::string_
     if (!Tag.empty() && std::find(Tags.begin(), Tags.end(), Tag) == Tags.end())
       Tags.push_back(std::move(Tag));
   };
-  const auto Locale = TagOf(FromUtf8(!All.empty() ? All : !Messages.empty() ? Messages : Lang));
+  const String List = FromUtf8(Language);
+  const String Locale = TagOf(FromUtf8(!All.empty() ? All : !Messages.empty() ? Messages : Lang));
   // The list counts only for those who chose a language at all.
   if (!Locale.empty())
-    for (const StringView Item : SplitString(FromUtf8(Language), u":")) Add(Item);
+    for (const StringView Item : SplitString(List, u":")) Add(Item);
   Add(Locale);
   if (Tags.empty()) Tags.emplace_back(u"en-US");
   return Tags;

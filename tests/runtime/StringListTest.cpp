@@ -1,0 +1,143 @@
+// Lists of texts.
+#include "runtime/StringList.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "runtime/Exceptions.h"
+#include "runtime/UpdateLock.h"
+
+namespace qxsvg {
+namespace {
+
+std::vector<String> Items(const TStrings& List) {
+  return {List.begin(), List.end()};
+}
+
+TEST(StringList, DelimitedTextIsReadByBothRules) {
+  struct TCase {
+    StringView Text;
+    bool IsStrict;
+    std::vector<String> Items;
+  };
+  const TCase Cases[] = {
+      {u"a,b,c", true, {u"a", u"b", u"c"}},
+      {u"a, b c", true, {u"a", u" b c"}},
+      {u"a, b c", false, {u"a", u"b", u"c"}},
+      {u"a,,b", false, {u"a", u"", u"b"}},
+      {u"a,", true, {u"a", u""}},
+      {u",", true, {u"", u""}},
+      {u"", true, {}},
+      {u"\"a,b\",c", true, {u"a,b", u"c"}},
+      {u"\"say \"\"hi\"\"\",c", false, {u"say \"hi\"", u"c"}},
+      {u"\"open, end", true, {u"open, end"}},
+  };
+  for (const TCase& Case : Cases) {
+    SCOPED_TRACE(ToUtf8(Case.Text));
+    TStrings List;
+    List.SetStrictDelimiter(Case.IsStrict);
+    List.SetDelimitedText(Case.Text);
+    EXPECT_EQ(Items(List), Case.Items);
+  }
+}
+
+TEST(StringList, DelimitedTextReadsBackAsItWas) {
+  const unsigned Seed = 20240615;
+  SCOPED_TRACE(Seed);
+  std::mt19937 Random(Seed);
+  constexpr StringView Characters = u"ab\",; \t\n=";
+  for (int Round = 0; Round < 2000; ++Round) {
+    TStrings List, Copy;
+    for (TStrings* Each : {&List, &Copy}) {
+      Each->SetDelimiter(Round % 2 ? u',' : u';');
+      Each->SetStrictDelimiter(Round % 3 == 0);
+    }
+    for (unsigned I = 1 + Random() % 4; I > 0; --I) {
+      String Item;
+      for (unsigned J = Random() % 5; J > 0; --J) Item += Characters[Random() % Characters.size()];
+      List.Add(Item);
+    }
+    Copy.SetDelimitedText(List.DelimitedText());
+    // One empty item and no item are the same text.
+    if (List.Count() == 1 && List[0].empty() && Copy.IsEmpty()) continue;
+    ASSERT_TRUE(Copy.Equals(List)) << ToUtf8(List.DelimitedText());
+  }
+}
+
+TEST(StringList, TextSplitsAtEveryKindOfLineEnd) {
+  TStrings List;
+  List.SetText(u"one\r\ntwo\nthree\r\rfive\n");
+  EXPECT_EQ(Items(List), (std::vector<String>{u"one", u"two", u"three", u"", u"five"}));
+  List.SetText(List[4]);  // a text that dies while it is set
+  EXPECT_EQ(Items(List), std::vector<String>{u"five"});
+}
+
+TEST(StringList, NamesAndValues) {
+  TStrings List;
+  List.SetValue(u"fill", u"red");
+  List.Add(u"no value");
+  List.SetValue(u"FILL", u"a=b");
+  EXPECT_EQ(Items(List), (std::vector<String>{u"FILL=a=b", u"no value"}));
+  EXPECT_EQ(List.Values(u"fill"), u"a=b");
+  EXPECT_EQ(List.Names(1), u"");
+  List.SetValue(u"fill", u"");
+  EXPECT_EQ(List.IndexOfName(u"fill"), -1);
+}
+
+TEST(StringList, OneNoticeForALockedChange) {
+  TStrings List;
+  int Notices = 0;
+  auto Count = [&Notices](TPersistent*) { ++Notices; };
+  List.SetOnChange(TNotifyMethod::To(Count));
+  List.Add(u"a");
+  EXPECT_EQ(Notices, 1);
+  {
+    const TUpdateLock Lock(List);
+    List.Add(u"b");
+    List.Delete(0);
+    EXPECT_EQ(Notices, 1);
+  }
+  EXPECT_EQ(Notices, 2);
+  { const TUpdateLock Nothing(List); }
+  EXPECT_EQ(Notices, 2);
+  TStrings Source;
+  Source.SetCommaText(u"x,y,z");
+  List.Assign(&Source);
+  EXPECT_EQ(Notices, 3);
+  EXPECT_THROW(List.EndUpdate(), EInvalidOperation);
+}
+
+TEST(StringList, AHandlerThatThrowsLeavesTheListUsable) {
+  TStrings List;
+  auto Throw = [](TPersistent*) { throw EAbort(u"enough"); };
+  List.SetOnChange(TNotifyMethod::To(Throw));
+  const auto AddTwo = [&List] {
+    const TUpdateLock Lock(List);
+    List.Add(u"a");
+    List.Add(u"b");
+  };
+  EXPECT_THROW(AddTwo(), EAbort);
+  EXPECT_EQ(List.UpdateCount(), 0);
+  EXPECT_EQ(List.Count(), 2);
+  // An exception of the block wins over the one of the handler that the unwinding calls.
+  const auto Fail = [&List] {
+    const TUpdateLock Lock(List);
+    List.Clear();
+    throw EInvalidOperation(u"first");
+  };
+  EXPECT_THROW(Fail(), EInvalidOperation);
+}
+
+TEST(StringList, RefusesIndicesOutOfRange) {
+  TStrings List;
+  EXPECT_THROW(List.Get(0), EListError);
+  EXPECT_THROW(List.Delete(-1), EListError);
+  EXPECT_THROW(List.Insert(1, u"a"), EListError);
+  List.Add(u"Ab");
+  EXPECT_EQ(List.IndexOf(u"aB"), 0);
+  EXPECT_THROW(List.Set(1, u"a"), EListError);
+}
+
+}  // namespace
+}  // namespace qxsvg
