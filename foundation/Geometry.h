@@ -199,6 +199,8 @@ constexpr TPointF QXMatrixTransform(const TMatrix& M, TPointF P) {
 QXSVG_API TRectF QXMatrixTransform(const TMatrix& M, const TRectF& R);
 // No entry differs by more than Epsilon.
 QXSVG_API bool QXMatrixEquals(const TMatrix& A, const TMatrix& B, float Epsilon);
+// What the system allows where it asks whether a matrix does anything.
+inline constexpr float MatrixTolerance = 1e-5f;
 constexpr bool IsIdentityMatrix(const TMatrix& M) {
   return M == QXIdentityMatrix;
 }

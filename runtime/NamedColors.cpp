@@ -212,4 +212,16 @@ std::uint32_t StringToAlphaColor(StringView Text) {
   return Color;
 }
 
+String AlphaColorToString(std::uint32_t Color) {
+  if ((Color & Opaque) == Opaque) {
+    const std::uint32_t RGB = Color & ~Opaque;
+    const auto At = std::find_if(NamedColors.begin(), NamedColors.end(),
+                                 [RGB](const TNamedColor& Named) { return Named.RGB == RGB; });
+    if (At != NamedColors.end()) return String(At->Name);
+  }
+  String Result = u"#";
+  for (int Shift = 28; Shift >= 0; Shift -= 4) Result += u"0123456789ABCDEF"[Color >> Shift & 15];
+  return Result;
+}
+
 }  // namespace qxsvg

@@ -20,4 +20,8 @@ QXSVG_API bool IdentToAlphaColor(StringView Ident, std::uint32_t& Color);
 // EConvertError for any other text.
 QXSVG_API std::uint32_t StringToAlphaColor(StringView Text);
 
+// The keyword of an opaque colour that has one, "#AARRGGBB" in capitals for any other. Of two
+// keywords for one colour it is the first in the alphabet.
+QXSVG_API String AlphaColorToString(std::uint32_t Color);
+
 }  // namespace qxsvg
