@@ -55,20 +55,27 @@ struct TRowPiece {
   }
 };
 
+// A pixel that is wound around more often than the sum can hold shows a wrong coverage, and no
+// more.
+inline void Add(std::int32_t& Cell, std::int32_t Change) {
+  Cell = static_cast<std::int32_t>(static_cast<std::uint32_t>(Cell) +
+                                   static_cast<std::uint32_t>(Change));
+}
+
 void AddWide(std::int32_t* Cells, std::uint8_t* Marks, const TRowPiece& Piece) {
   const std::int32_t First = Piece.LeftCell(), Last = Piece.RightCell();
   std::int32_t Before = Piece.First();
-  Cells[First] += Before;
+  Add(Cells[First], Before);
   const float Rate = Piece.Rate * static_cast<float>(Double);
   std::int32_t Distance = (First + 1) * SubpixelScale + SubpixelScale / 2 - Piece.Left;
   for (std::int32_t I = First + 1; I < Last; ++I, Distance += SubpixelScale) {
     const std::int32_t Now = Truncate(Rate * static_cast<float>(Distance));
-    Cells[I] += Now - Before;
+    Add(Cells[I], Now - Before);
     Before = Now;
   }
   const std::int32_t Now = Piece.Last();
-  Cells[Last] += Now - Before;
-  Cells[Last + 1] += Piece.Full() - Now;
+  Add(Cells[Last], Now - Before);
+  Add(Cells[Last + 1], Piece.Full() - Now);
   for (std::int32_t Group = First / GroupCells; Group <= (Last + 1) / GroupCells; ++Group)
     Marks[Group] = 1;
 }
@@ -81,9 +88,9 @@ inline void AddPiece(std::int32_t* Cells, std::uint8_t* Marks, const TRowPiece& 
   const std::int32_t Full = Piece.Full(), Within = Piece.Within(), Start = Piece.First(),
                      End = Piece.Last();
   const std::int32_t A = IsOne ? Within : Start, B = IsOne ? Full : End;
-  Cells[First] += A;
-  Cells[First + 1] += B - A;
-  Cells[First + 2] += Full - B;
+  Add(Cells[First], A);
+  Add(Cells[First + 1], B - A);
+  Add(Cells[First + 2], Full - B);
   Marks[First / GroupCells] = 1;
   Marks[(First + 2) / GroupCells] = 1;
 }
@@ -271,7 +278,7 @@ void TCellGrid::ClippedRow(std::int32_t Row, std::int64_t XA, std::int64_t XB, s
   if (Piece.Left >= Right) return;
   if (Piece.Left >= 0 && Piece.Right <= Right) return AddPiece(Cells, Marks, Piece);
   if (Piece.Right <= 0) {
-    Cells[0] += Piece.Full();
+    Add(Cells[0], Piece.Full());
     Marks[0] = 1;
     return;
   }
@@ -282,12 +289,12 @@ void TCellGrid::ClippedRow(std::int32_t Row, std::int64_t XA, std::int64_t XB, s
                              : I == First  ? Piece.First()
                              : I == Last   ? Piece.Last()
                                            : Piece.Between(I);
-    Cells[I] += Now - Before;
+    Add(Cells[I], Now - Before);
     Before = Now;
     Marks[I / GroupCells] = 1;
   }
   if (Last < FWidth) {
-    Cells[Last + 1] += Piece.Full() - Before;
+    Add(Cells[Last + 1], Piece.Full() - Before);
     Marks[(Last + 1) / GroupCells] = 1;
   }
 }

@@ -7,7 +7,7 @@ namespace qxsvg {
 
 namespace {
 
-constexpr float Huge = 1e30f;
+constexpr float Huge = 1e30f, Far = QXFarthestPixel;
 
 TPointF Middle(TPointF A, TPointF B) {
   return {A.X * 0.5f + B.X * 0.5f, A.Y * 0.5f + B.Y * 0.5f};
@@ -65,7 +65,6 @@ void TFigureClipper::Line(TPointF A, TPointF B) {
 
 // Cuts the line at the farthest rows and moves what is beyond the farthest columns onto them.
 void TFigureClipper::PutFar(TPointF A, TPointF B) {
-  constexpr float Far = QXFarthestPixel;
   const double DX = double{B.X} - A.X, DY = double{B.Y} - A.Y;
   const auto AtY = [&](float Y) {
     return TPointF{Clamped(A.X + DX * ((double{Y} - A.Y) / DY)), Y};

@@ -1,0 +1,126 @@
+#include "raster/Kernels.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+
+#include "raster/KernelsPlain.h"
+
+namespace qxsvg {
+
+namespace {
+
+std::atomic<const TKernels*> Chosen{nullptr};
+
+const TKernels& KernelsOf(TSimdLevel Level) {
+#if defined(__x86_64__)
+  if (Level == TSimdLevel::AVX2 && BestSimdLevel() == TSimdLevel::AVX2) return AVX2Kernels;
+#endif
+  static_cast<void>(Level);
+  return PlainKernels;
+}
+
+template <bool EvenOdd>
+std::size_t Sweep(const TSweepRow& Row) {
+  TSpanWriter Spans(Row);
+  std::int32_t Sum = 0;
+  for (std::ptrdiff_t Block = 0; Block < Row.MarkCount; Block += 8) {
+    std::uint64_t Marked;
+    std::memcpy(&Marked, Row.Marks + Block, sizeof Marked);
+    if (Marked == 0) continue;
+    std::memset(Row.Marks + Block, 0, sizeof Marked);
+    for (std::int32_t I = 0; I < 8; ++I) {
+      if ((Marked >> (8 * I) & 1) == 0) continue;
+      const auto Group = static_cast<std::int32_t>(Block) + I;
+      Spans.Skip(Group, CoverOf<EvenOdd>(Sum));
+      std::int32_t* Cells = Row.Cells + Group * GroupCells;
+      std::uint8_t* Covers = Row.Covers + Group * GroupCells;
+      for (std::int32_t J = 0; J < GroupCells; ++J) {
+        Sum = static_cast<std::int32_t>(static_cast<std::uint32_t>(Sum) +
+                                        static_cast<std::uint32_t>(Cells[J]));
+        Covers[J] = static_cast<std::uint8_t>(CoverOf<EvenOdd>(Sum));
+        Cells[J] = 0;
+      }
+      Spans.Group();
+    }
+  }
+  return Spans.Finish(CoverOf<EvenOdd>(Sum));
+}
+
+void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color) {
+  std::fill_n(Target, Count, Color);
+}
+
+}  // namespace
+
+void PlainBlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
+                     const std::uint8_t* Covers, std::uint32_t Color) {
+  for (const TCoverSpan& Span : Spans) {
+    std::uint32_t* P = Target + Span.X;
+    if (Span.IsEven()) {
+      const std::uint32_t Source = ScalePixel(Color, Span.Cover);
+      for (std::int32_t I = 0; I < Span.Length; ++I) P[I] = OverPixel(P[I], Source);
+    } else {
+      const std::uint8_t* C = Span.Covers(Covers);
+      for (std::int32_t I = 0; I < Span.Length; ++I)
+        P[I] = OverPixel(P[I], ScalePixel(Color, C[I]));
+    }
+  }
+}
+
+void PlainBlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
+                      std::uint32_t Cover) {
+  for (std::int32_t I = 0; I < Count; ++I)
+    Target[I] = OverPixel(Target[I], ScalePixel(Source[I], Cover));
+}
+
+void PlainBlendCovered(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
+                       const std::uint8_t* Covers) {
+  for (std::int32_t I = 0; I < Count; ++I)
+    Target[I] = OverPixel(Target[I], ScalePixel(Source[I], Covers[I]));
+}
+
+void PlainMultiplyCovers(std::uint8_t* Target, const std::uint8_t* A, const std::uint8_t* B,
+                         std::int32_t Count) {
+  for (std::int32_t I = 0; I < Count; ++I)
+    Target[I] = static_cast<std::uint8_t>(MultiplyBytes(A[I], B[I]));
+}
+
+void PlainScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::uint32_t Cover,
+                      std::int32_t Count) {
+  for (std::int32_t I = 0; I < Count; ++I)
+    Target[I] = static_cast<std::uint8_t>(MultiplyBytes(A[I], Cover));
+}
+
+const TKernels PlainKernels = {Sweep<false>,        Sweep<true>,      Fill,
+                               PlainBlendColor,     PlainBlendPixels, PlainBlendCovered,
+                               PlainMultiplyCovers, PlainScaleCovers};
+
+TSimdLevel BestSimdLevel() {
+#if defined(__x86_64__)
+  static const bool HasAVX2 =
+      __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0;
+  return HasAVX2 ? TSimdLevel::AVX2 : TSimdLevel::Plain;
+#else
+  return TSimdLevel::Plain;
+#endif
+}
+
+TSimdLevel SimdLevel() {
+  return &Kernels() == &PlainKernels ? TSimdLevel::Plain : TSimdLevel::AVX2;
+}
+
+void SetSimdLevel(TSimdLevel Level) {
+  Chosen.store(&KernelsOf(Level), std::memory_order_relaxed);
+}
+
+const TKernels& Kernels() {
+  const TKernels* Known = Chosen.load(std::memory_order_relaxed);
+  if (!Known) {
+    Known = &KernelsOf(BestSimdLevel());
+    Chosen.store(Known, std::memory_order_relaxed);
+  }
+  return *Known;
+}
+
+}  // namespace qxsvg

@@ -1,0 +1,89 @@
+// The inner loops that have a form for each instruction set, all giving the same bits.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "raster/Spans.h"
+
+namespace qxsvg {
+
+enum class TSimdLevel : std::uint8_t { Plain, AVX2 };
+
+// What a swept row is written to.
+struct TSweepRow {
+  std::int32_t* Cells = nullptr;
+  std::uint8_t* Marks = nullptr;
+  // Bytes of Marks, a multiple of MarkBlock.
+  std::ptrdiff_t MarkCount = 0;
+  // Where the row begins, and its pixels.
+  std::int32_t Left = 0, Width = 0;
+  // One byte a cell, and room for as many spans as there are groups and one more.
+  std::uint8_t* Covers = nullptr;
+  TCoverSpan* Spans = nullptr;
+};
+
+struct TKernels {
+  // Sums the marked cells up to coverage, zeroes them and their marks, and gives the number of
+  // spans.
+  std::size_t (*SweepNonZero)(const TSweepRow& Row);
+  std::size_t (*SweepEvenOdd)(const TSweepRow& Row);
+
+  // Every pixel becomes Color.
+  void (*Fill)(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color);
+  // One row of spans in one premultiplied colour over Target, the row's pixel 0.
+  void (*BlendColor)(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
+                     const std::uint8_t* Covers, std::uint32_t Color);
+  // Premultiplied pixels over the target with one coverage, or with one each.
+  void (*BlendPixels)(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
+                      std::uint32_t Cover);
+  void (*BlendCovered)(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
+                       const std::uint8_t* Covers);
+  // Target becomes the product of both coverages.
+  void (*MultiplyCovers)(std::uint8_t* Target, const std::uint8_t* A, const std::uint8_t* B,
+                         std::int32_t Count);
+  void (*ScaleCovers)(std::uint8_t* Target, const std::uint8_t* A, std::uint32_t Cover,
+                      std::int32_t Count);
+};
+
+extern const TKernels PlainKernels;
+#if defined(__x86_64__)
+extern const TKernels AVX2Kernels;
+#endif
+
+// The best that this machine has, unless a test chose another.
+const TKernels& Kernels();
+TSimdLevel BestSimdLevel();
+TSimdLevel SimdLevel();
+// For tests: takes effect for all drawing that begins afterwards. Levels that the machine does not
+// have become the best it has.
+void SetSimdLevel(TSimdLevel Level);
+
+// A * B / 255, rounded to the nearest. Exact for products up to 255 * 255.
+constexpr std::uint32_t MultiplyBytes(std::uint32_t A, std::uint32_t B) {
+  const std::uint32_t Product = A * B + 128;
+  return (Product + (Product >> 8)) >> 8;
+}
+// All four parts of a pixel by one byte.
+constexpr std::uint32_t ScalePixel(std::uint32_t Pixel, std::uint32_t By) {
+  constexpr std::uint32_t Even = 0x00ff00ff;
+  std::uint32_t Low = (Pixel & Even) * By + 0x00800080;
+  std::uint32_t High = (Pixel >> 8 & Even) * By + 0x00800080;
+  Low = (Low + (Low >> 8 & Even)) >> 8 & Even;
+  High = (High + (High >> 8 & Even)) & ~Even;
+  return Low | High;
+}
+constexpr std::uint32_t AddPixels(std::uint32_t A, std::uint32_t B) {
+  // Saturates by part, for sources whose colours exceed their alpha.
+  std::uint32_t Result = 0;
+  for (int Shift = 0; Shift < 32; Shift += 8) {
+    const std::uint32_t Sum = (A >> Shift & 255) + (B >> Shift & 255);
+    Result |= (Sum > 255 ? 255 : Sum) << Shift;
+  }
+  return Result;
+}
+constexpr std::uint32_t OverPixel(std::uint32_t Target, std::uint32_t Source) {
+  return AddPixels(Source, ScalePixel(Target, 255 - (Source >> 24)));
+}
+
+}  // namespace qxsvg

@@ -1,0 +1,236 @@
+// The kernels for processors with AVX2. The functions carry the instruction set themselves, so that
+// nothing else of this file is compiled for it.
+#include "raster/KernelsPlain.h"
+
+#if defined(__x86_64__)
+
+#include <immintrin.h>
+
+#include <cstring>
+
+namespace qxsvg {
+
+namespace {
+
+#define QXSVG_AVX2 [[gnu::target("avx2,bmi")]]
+
+QXSVG_AVX2 inline __m256i Load(const void* P) {
+  return _mm256_loadu_si256(static_cast<const __m256i*>(P));
+}
+QXSVG_AVX2 inline void Store(void* P, __m256i V) {
+  _mm256_storeu_si256(static_cast<__m256i*>(P), V);
+}
+
+// The running sums of eight cells.
+QXSVG_AVX2 inline __m256i RunningSums(__m256i V) {
+  V = _mm256_add_epi32(V, _mm256_slli_si256(V, 4));
+  V = _mm256_add_epi32(V, _mm256_slli_si256(V, 8));
+  const __m256i Low = _mm256_permute2x128_si256(V, V, 0x08);
+  return _mm256_add_epi32(V, _mm256_shuffle_epi32(Low, 0xff));
+}
+
+template <bool EvenOdd>
+QXSVG_AVX2 inline __m256i CoversOf(__m256i Sum) {
+  __m256i Area;
+  const __m256i Full = _mm256_set1_epi32(CellFull);
+  if constexpr (EvenOdd) {
+    Area = _mm256_and_si256(Sum, _mm256_set1_epi32(2 * CellFull - 1));
+    Area = _mm256_min_epi32(Area, _mm256_sub_epi32(_mm256_set1_epi32(2 * CellFull), Area));
+  } else {
+    Area = _mm256_min_epu32(_mm256_abs_epi32(Sum), Full);
+  }
+  const __m256i Scaled = _mm256_sub_epi32(_mm256_slli_epi32(Area, 8), Area);
+  return _mm256_srli_epi32(_mm256_add_epi32(Scaled, _mm256_set1_epi32(CellFull / 2)), CellFullBits);
+}
+
+template <bool EvenOdd>
+QXSVG_AVX2 std::size_t Sweep(const TSweepRow& Row) {
+  TSpanWriter Spans(Row);
+  const __m256i Zero = _mm256_setzero_si256(), Last = _mm256_set1_epi32(7);
+  const __m256i Gather = _mm256_setr_epi32(0, 4, 1, 1, 1, 1, 1, 1);
+  const __m256i LowBytes = _mm256_set1_epi64x(0x0c080400);
+  __m256i Sum = Zero;
+  for (std::ptrdiff_t Block = 0; Block < Row.MarkCount; Block += MarkBlock) {
+    const __m256i Marks = Load(Row.Marks + Block);
+    auto Bits = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(Marks, Zero)));
+    if (Bits == 0) continue;
+    Store(Row.Marks + Block, Zero);
+    do {
+      const auto First = static_cast<std::int32_t>(_tzcnt_u32(Bits));
+      const auto Count = static_cast<std::int32_t>(_tzcnt_u64(~(std::uint64_t{Bits} >> First)));
+      Bits &= static_cast<std::uint32_t>(~(((std::uint64_t{1} << Count) - 1) << First));
+      const std::int32_t Group = static_cast<std::int32_t>(Block) + First;
+      Spans.Skip(Group, CoverOf<EvenOdd>(_mm256_cvtsi256_si32(Sum)));
+      std::int32_t* Cells = Row.Cells + Group * GroupCells;
+      std::uint8_t* Covers = Row.Covers + Group * GroupCells;
+      for (std::int32_t I = 0; I < Count; ++I, Cells += GroupCells, Covers += GroupCells) {
+        const __m256i Sums = _mm256_add_epi32(RunningSums(Load(Cells)), Sum);
+        Store(Cells, Zero);
+        Sum = _mm256_permutevar8x32_epi32(Sums, Last);
+        const __m256i Wide = _mm256_shuffle_epi8(CoversOf<EvenOdd>(Sums), LowBytes);
+        const __m256i Packed = _mm256_permutevar8x32_epi32(Wide, Gather);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(Covers), _mm256_castsi256_si128(Packed));
+      }
+      Spans.Group(Count);
+    } while (Bits != 0);
+  }
+  return Spans.Finish(CoverOf<EvenOdd>(_mm256_cvtsi256_si32(Sum)));
+}
+
+QXSVG_AVX2 void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color) {
+  const __m256i V = _mm256_set1_epi32(static_cast<int>(Color));
+  if (Count < 8) {
+    for (std::int32_t I = 0; I < Count; ++I) Target[I] = Color;
+    return;
+  }
+  std::int32_t I = 0;
+  for (; I + 32 <= Count; I += 32) {
+    Store(Target + I, V);
+    Store(Target + I + 8, V);
+    Store(Target + I + 16, V);
+    Store(Target + I + 24, V);
+  }
+  for (; I + 8 <= Count; I += 8) Store(Target + I, V);
+  Store(Target + Count - 8, V);
+}
+
+// Sixteen bytes, one in each 16-bit part, times others over 255.
+QXSVG_AVX2 inline __m256i MultiplyWords(__m256i A, __m256i B) {
+  const __m256i P = _mm256_add_epi16(_mm256_mullo_epi16(A, B), _mm256_set1_epi16(128));
+  return _mm256_srli_epi16(_mm256_add_epi16(P, _mm256_srli_epi16(P, 8)), 8);
+}
+QXSVG_AVX2 inline __m256i AlphaWords(__m256i Words) {
+  return _mm256_shufflehi_epi16(_mm256_shufflelo_epi16(Words, 0xff), 0xff);
+}
+// Source words over eight target pixels.
+QXSVG_AVX2 inline __m256i OverWords(__m256i Target, __m256i Low, __m256i High) {
+  const __m256i Zero = _mm256_setzero_si256(), Most = _mm256_set1_epi16(255);
+  const __m256i TLow =
+      MultiplyWords(_mm256_unpacklo_epi8(Target, Zero), _mm256_xor_si256(AlphaWords(Low), Most));
+  const __m256i THigh =
+      MultiplyWords(_mm256_unpackhi_epi8(Target, Zero), _mm256_xor_si256(AlphaWords(High), Most));
+  return _mm256_adds_epu8(_mm256_packus_epi16(Low, High), _mm256_packus_epi16(TLow, THigh));
+}
+// Eight covers, each four times: for the pixels 0, 1, 4, 5 in the low and 2, 3, 6, 7 in the high.
+struct TCoverWords {
+  __m256i Low, High;
+};
+QXSVG_AVX2 inline TCoverWords CoverWords(const std::uint8_t* Covers) {
+  const __m256i Each =
+      _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(Covers)));
+  const __m256i Low = _mm256_setr_epi8(0, -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1, 0,
+                                       -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1);
+  const __m256i High = _mm256_setr_epi8(8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1,
+                                        8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1);
+  return {_mm256_shuffle_epi8(Each, Low), _mm256_shuffle_epi8(Each, High)};
+}
+
+QXSVG_AVX2 inline void BlendEven(std::uint32_t* P, std::int32_t Length, std::uint32_t Source) {
+  const std::uint32_t Rest = 255 - (Source >> 24);
+  const __m256i S = _mm256_set1_epi32(static_cast<int>(Source));
+  const __m256i R = _mm256_set1_epi16(static_cast<short>(Rest));
+  const __m256i Zero = _mm256_setzero_si256();
+  std::int32_t I = 0;
+  for (; I + 8 <= Length; I += 8) {
+    const __m256i T = Load(P + I);
+    const __m256i Low = MultiplyWords(_mm256_unpacklo_epi8(T, Zero), R);
+    const __m256i High = MultiplyWords(_mm256_unpackhi_epi8(T, Zero), R);
+    Store(P + I, _mm256_adds_epu8(S, _mm256_packus_epi16(Low, High)));
+  }
+  for (; I < Length; ++I) P[I] = OverPixel(P[I], Source);
+}
+
+QXSVG_AVX2 inline void BlendCovers(std::uint32_t* P, std::int32_t Length,
+                                   const std::uint8_t* Covers, std::uint32_t Color) {
+  const __m256i C =
+      _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color)), _mm256_setzero_si256());
+  std::int32_t I = 0;
+  for (; I + 8 <= Length; I += 8) {
+    const TCoverWords Words = CoverWords(Covers + I);
+    Store(P + I, OverWords(Load(P + I), MultiplyWords(C, Words.Low), MultiplyWords(C, Words.High)));
+  }
+  for (; I < Length; ++I) P[I] = OverPixel(P[I], ScalePixel(Color, Covers[I]));
+}
+
+QXSVG_AVX2 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
+                           const std::uint8_t* Covers, std::uint32_t Color) {
+  const bool IsOpaque = Color >> 24 == 255;
+  for (const TCoverSpan& Span : Spans) {
+    std::uint32_t* P = Target + Span.X;
+    if (!Span.IsEven())
+      BlendCovers(P, Span.Length, Span.Covers(Covers), Color);
+    else if (IsOpaque && Span.Cover == FullCover)
+      Fill(P, Span.Length, Color);
+    else
+      BlendEven(P, Span.Length, ScalePixel(Color, Span.Cover));
+  }
+}
+
+QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
+                            std::uint32_t Cover) {
+  const __m256i Zero = _mm256_setzero_si256();
+  const __m256i C = _mm256_set1_epi16(static_cast<short>(Cover));
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256i S = Load(Source + I);
+    const __m256i Low = MultiplyWords(_mm256_unpacklo_epi8(S, Zero), C);
+    const __m256i High = MultiplyWords(_mm256_unpackhi_epi8(S, Zero), C);
+    Store(Target + I, OverWords(Load(Target + I), Low, High));
+  }
+  PlainBlendPixels(Target + I, Source + I, Count - I, Cover);
+}
+
+QXSVG_AVX2 void BlendCovered(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
+                             const std::uint8_t* Covers) {
+  const __m256i Zero = _mm256_setzero_si256();
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256i S = Load(Source + I);
+    const TCoverWords Words = CoverWords(Covers + I);
+    const __m256i Low = MultiplyWords(_mm256_unpacklo_epi8(S, Zero), Words.Low);
+    const __m256i High = MultiplyWords(_mm256_unpackhi_epi8(S, Zero), Words.High);
+    Store(Target + I, OverWords(Load(Target + I), Low, High));
+  }
+  PlainBlendCovered(Target + I, Source + I, Count - I, Covers + I);
+}
+
+QXSVG_AVX2 void MultiplyCovers(std::uint8_t* Target, const std::uint8_t* A, const std::uint8_t* B,
+                               std::int32_t Count) {
+  std::int32_t I = 0;
+  for (; I + 16 <= Count; I += 16) {
+    const __m256i X =
+        _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(A + I)));
+    const __m256i Y =
+        _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(B + I)));
+    const __m256i P = MultiplyWords(X, Y);
+    const __m128i Bytes =
+        _mm_packus_epi16(_mm256_castsi256_si128(P), _mm256_extracti128_si256(P, 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(Target + I), Bytes);
+  }
+  PlainMultiplyCovers(Target + I, A + I, B + I, Count - I);
+}
+
+QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::uint32_t Cover,
+                            std::int32_t Count) {
+  const __m256i C = _mm256_set1_epi16(static_cast<short>(Cover));
+  std::int32_t I = 0;
+  for (; I + 16 <= Count; I += 16) {
+    const __m256i P = MultiplyWords(
+        _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(A + I))), C);
+    const __m128i Bytes =
+        _mm_packus_epi16(_mm256_castsi256_si128(P), _mm256_extracti128_si256(P, 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(Target + I), Bytes);
+  }
+  PlainScaleCovers(Target + I, A + I, Cover, Count - I);
+}
+
+#undef QXSVG_AVX2
+
+}  // namespace
+
+const TKernels AVX2Kernels = {Sweep<false>, Sweep<true>,  Fill,           BlendColor,
+                              BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers};
+
+}  // namespace qxsvg
+
+#endif

@@ -1,0 +1,40 @@
+// Coverage as it leaves the cells: rows of spans, from left to right, without overlap.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "foundation/Geometry.h"
+
+namespace qxsvg {
+
+// Coverage goes from 0 to 255.
+inline constexpr std::uint32_t FullCover = 255;
+
+// Pixels from X on that share one coverage, or that have one each.
+struct TCoverSpan {
+  // Cover from here on is CoversBase plus the place of the first pixel among the row's covers.
+  static constexpr std::uint32_t CoversBase = 256;
+
+  std::int32_t X = 0, Length = 0;
+  std::uint32_t Cover = 0;
+
+  bool IsEven() const { return Cover < CoversBase; }
+  const std::uint8_t* Covers(const std::uint8_t* Row) const { return Row + (Cover - CoversBase); }
+  std::int32_t End() const { return X + Length; }
+};
+
+// Behind the covers of a row this many bytes may be read.
+inline constexpr std::size_t CoversPadding = 32;
+
+// Takes rows from top to bottom. No row is empty.
+class ISpanSink {
+ public:
+  virtual void Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
+                   const std::uint8_t* Covers) = 0;
+
+ protected:
+  ~ISpanSink() = default;
+};
+
+}  // namespace qxsvg
