@@ -3,6 +3,7 @@
 
 #include <bit>
 
+#include "document/Selectors.h"
 #include "document/StringHashTable.h"
 #include "document/XML.h"
 #include "foundation/Lookups.h"
