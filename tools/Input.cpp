@@ -1,0 +1,64 @@
+#include "tools/Input.h"
+
+#include <cstdio>
+#include <iostream>
+#include <iterator>
+
+#include "document/Document.h"
+#include "foundation/Limits.h"
+#include "runtime/Exceptions.h"
+#include "tools/ProgressBar.h"
+
+namespace qxsvg::tools {
+
+namespace {
+
+std::string ReadStandardInput() {
+  std::string Bytes;
+  char Buffer[1 << 16];
+  std::size_t Count;
+  while ((Count = std::fread(Buffer, 1, sizeof Buffer, stdin)) > 0) {
+    Bytes.append(Buffer, Count);
+    if (Bytes.size() > Limits::DocumentBytes) throw EStreamError(u"Standard input is too large");
+  }
+  return Bytes;
+}
+
+}  // namespace
+
+void LoadDrawing(TSVGDocument& Drawing, const std::string& Name) {
+  if (Name == "-")
+    Drawing.LoadFromText(std::string_view(ReadStandardInput()));
+  else
+    Drawing.LoadFromFile(std::string_view(Name));
+}
+
+std::string CauseOf(const std::exception& Error) {
+  std::string Cause = Error.what();
+  for (char& C : Cause)
+    if (C == '\n' || C == '\r') C = ' ';
+  const auto* XML = dynamic_cast<const EXMLError*>(&Error);
+  if (XML && XML->Line() > 0)
+    Cause = "line " + std::to_string(XML->Line()) + ", column " + std::to_string(XML->Column()) +
+            ": " + Cause;
+  return Cause;
+}
+
+int ForEachFile(const std::vector<std::string>& Files,
+                const std::function<void(const std::string& Name)>& Work) {
+  ProgressBar Bar(Files.size());
+  int Status = 0;
+  for (const std::string& Name : Files) {
+    try {
+      Work(Name);
+    } catch (const std::exception& Error) {
+      Bar.Hide();
+      std::cerr << Name << ": " << CauseOf(Error) << std::endl;
+      Status = 1;
+    }
+    Bar.Advance();
+  }
+  return Status;
+}
+
+}  // namespace qxsvg::tools

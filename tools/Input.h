@@ -1,0 +1,26 @@
+// The drawings that a command is given.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace qxsvg {
+class TSVGDocument;
+}
+
+namespace qxsvg::tools {
+
+// Loads a file, or standard input for "-". Raises what the document raises.
+void LoadDrawing(TSVGDocument& Drawing, const std::string& Name);
+
+// The cause of a failure on one line; an XML error with its line and column.
+std::string CauseOf(const std::exception& Error);
+
+// Runs Work for each file, one after the other, with a progress bar on a terminal when there are
+// several. A failure is told on standard error as "file: cause" and the others go on. Gives the
+// exit status: 1 when any failed.
+int ForEachFile(const std::vector<std::string>& Files,
+                const std::function<void(const std::string& Name)>& Work);
+
+}  // namespace qxsvg::tools
