@@ -1,6 +1,6 @@
 #include "foundation/Length.h"
 
-#include "runtime/Exceptions.h"
+#include "foundation/Lookups.h"
 
 namespace qxsvg {
 
@@ -29,7 +29,10 @@ constinit const TClass TSVGLength::Class{
 constinit const TSVGLengthEvents TSVGLength::NoEvents{};
 
 TSVGLength::TSVGLength(float Value, bool IsPercent, TSVGUnit Unit)
-    : FRaw(Value), FUnit(Unit), FIsPercent(IsPercent), FDefaultIsPercent(IsPercent) {}
+    : FRaw(Value),
+      FUnit(KnownSVGValue(Unit)),
+      FIsPercent(IsPercent),
+      FDefaultIsPercent(IsPercent) {}
 
 TSVGLength::~TSVGLength() = default;
 
@@ -46,7 +49,7 @@ void TSVGLength::Assign(const TPersistent* Source) {
 void TSVGLength::Initialize(float Value, bool IsPercent, TSVGUnit Unit) {
   FRaw = Value;
   FIsPercent = FDefaultIsPercent = IsPercent;
-  FUnit = Unit;
+  FUnit = KnownSVGValue(Unit);
   Change();
 }
 
@@ -109,11 +112,12 @@ void TSVGLength::SetPixels(float Value) {
 }
 
 float TSVGLength::GetAsUnit(TSVGUnit Unit) const {
-  return static_cast<float>(static_cast<double>(FRaw) * UnitFactor(FUnit) / UnitFactor(Unit));
+  return static_cast<float>(static_cast<double>(FRaw) * UnitFactor(FUnit) /
+                            UnitFactor(KnownSVGValue(Unit)));
 }
 
 void TSVGLength::SetAsUnit(TSVGUnit Unit, float Value) {
-  FUnit = Unit;
+  FUnit = KnownSVGValue(Unit);
   FRaw = Value;
   FIsPercent = Unit == TSVGUnit::suPercent;
   Change();

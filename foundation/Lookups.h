@@ -70,6 +70,12 @@ constexpr StringView SVGWordOf(E Value) {
   return Ordinal(Value) < Table.size() ? Table[Ordinal(Value)] : StringView();
 }
 
+// Value, or the first value in place of one beyond the enumeration: for what streams hold.
+template <class E>
+constexpr E KnownSVGValue(E Value) {
+  return Ordinal(Value) < TSVGWords<E>::Table.size() ? Value : E{};
+}
+
 template <class E>
 constexpr E SVGValueOf(StringView Word) {
   return static_cast<E>(IndexOf(TSVGWords<E>::Table, Word));

@@ -1,5 +1,6 @@
 // The lengths of style properties, which know what it is to be inherited.
 #include "foundation/Length.h"
+#include "foundation/Lookups.h"
 #include "runtime/Exceptions.h"
 
 namespace qxsvg {
@@ -142,6 +143,7 @@ TSVGBaselineShift TSVGBaselineShiftLength::GetShift() const {
 }
 
 void TSVGBaselineShiftLength::SetShift(TSVGBaselineShift Value) {
+  Value = KnownSVGValue(Value);
   if (Value == FShift && (!IsParentValue() || Value == GetShift())) return;
   FShift = Value;
   SetParentValue(false);

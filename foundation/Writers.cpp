@@ -1,6 +1,7 @@
 #include "foundation/Writers.h"
 
 #include "foundation/Length.h"
+#include "foundation/Lookups.h"
 #include "runtime/NamedColors.h"
 #include "runtime/Numbers.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 void AppendNumber(String& Target, float Value, TSVGUnit Unit, const TSVGNumberFormat& Format) {
   Format.Append(Target, Value);
-  if (Unit != TSVGUnit::suPixels) Target += SVGUnitStrings[Ordinal(Unit)];
+  if (Unit != TSVGUnit::suPixels) Target += SVGWordOf(Unit);
 }
 
 // What Append(Item) appends for each item, with Delimiter between them.
@@ -132,7 +133,7 @@ TQXGPColor SVGColorToGrayscale(TQXGPColor Color) {
 }
 
 float PixelsToSVGUnit(float Pixels, TSVGUnit Unit, const TSVGUnitFactors& Factors) {
-  switch (Unit) {
+  switch (KnownSVGValue(Unit)) {
     case TSVGUnit::suNone:
     case TSVGUnit::suPixels: return Pixels;
     case TSVGUnit::suPercent: return Pixels * 100;
