@@ -1,8 +1,16 @@
 // The one place that knows the adapters: fills the services table with what this build has.
 #include "runtime/Services.h"
 
+#if defined(QXSVG_HAS_LIBXML2)
+#include "adapters/libxml2/LibXmlVendor.h"
+#endif
+
 namespace qxsvg {
 
-void InstallDefaultServices(TServices&) {}
+void InstallDefaultServices([[maybe_unused]] TServices& Table) {
+#if defined(QXSVG_HAS_LIBXML2)
+  Table.XML.Install([] { return std::make_shared<TLibXmlVendor>(); });
+#endif
+}
 
 }  // namespace qxsvg

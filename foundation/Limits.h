@@ -29,6 +29,16 @@ inline constexpr std::size_t DocumentBytes = std::size_t{1} << 30;
 // Bytes of one attribute or text node. Images inside a document as data URIs are the long ones.
 inline constexpr std::size_t AttributeBytes = std::size_t{256} << 20;
 
+// Nodes of an XML document: elements, texts and comments, about a hundred bytes each.
+inline constexpr std::size_t XMLNodes = 12'000'000;
+
+// Attributes of one element: the XML parser compares each with all others.
+inline constexpr std::size_t ElementAttributes = 20'000;
+
+// Bytes of declarations, other than of entities, in a document type: the XML parser compares each
+// word of an enumeration with all others.
+inline constexpr std::size_t DeclarationBytes = std::size_t{64} << 10;
+
 // Bytes that all references to entities may expand to. Real documents keep namespaces and a style
 // in entities, a few kilobytes; what goes beyond is an attack that doubles text at each level.
 inline constexpr std::size_t EntityBytes = std::size_t{10} << 20;

@@ -30,6 +30,9 @@ inline constexpr StringView SNestingDepthLimit = u"The document is nested too de
 inline constexpr StringView SElementCountLimit = u"The document holds too many elements";
 inline constexpr StringView SAttributeLimit = u"An attribute is too long";
 inline constexpr StringView SDocumentSizeLimit = u"The document is too large";
+inline constexpr StringView SElementAttributesLimit = u"An element has too many attributes";
+inline constexpr StringView SDeclarationLimit = u"The document type declares too much";
+inline constexpr StringView SEntityCountLimit = u"The document declares too many entities";
 inline constexpr StringView SEntityLimit = u"The entities of the document expand to too much text";
 inline constexpr StringView SDecompressedSizeLimit =
     u"The compressed document expands to too much data";
