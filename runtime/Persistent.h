@@ -82,6 +82,12 @@ struct PropertyTraits<R (C::*)() const> {
   using Class = C;
   using Value = std::remove_cvref_t<R>;
 };
+// A reader that may build what it gives.
+template <class C, class R>
+struct PropertyTraits<R (C::*)()> {
+  using Class = C;
+  using Value = std::remove_cvref_t<R>;
+};
 template <class C, class V>
 struct PropertyTraits<void (C::*)(V)> {
   using Class = C;
@@ -153,7 +159,8 @@ constexpr TProperty Property(StringView Name, bool (*IsStored)(const TPersistent
   using Owner = typename Traits::Class;
   TProperty Row{Name, detail::KindOf<typename Traits::Value>(), nullptr, nullptr, IsStored};
   Row.Read = [](const TPersistent& Self) {
-    return detail::ToPropertyValue((static_cast<const Owner&>(Self).*Reader)());
+    auto& Object = const_cast<Owner&>(static_cast<const Owner&>(Self));
+    return detail::ToPropertyValue((Object.*Reader)());
   };
   if constexpr (!std::is_null_pointer_v<decltype(Writer)>) {
     Row.Write = [](TPersistent& Self, const TPropertyValue& Value) {

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "runtime/Exceptions.h"
 #include "runtime/Numbers.h"

@@ -52,6 +52,7 @@ class TThing : public TPersistent {
   void SetVisible(bool Value) { FVisible = Value; }
   float Size() const { return FSize; }
   void SetSize(float Value) { FSize = Value; }
+  bool IsSizeStored() const { return FSize != 1; }
   const String& Title() const { return FTitle; }
   void SetTitle(StringView Value) { FTitle = Value; }
   TKind Kind() const { return FKind; }
@@ -79,7 +80,7 @@ class TThing : public TPersistent {
 constexpr TProperty ThingProperties[] = {
     Property<&TThing::Visible, &TThing::SetVisible>(u"Visible",
                                                     StoredUnless<&TThing::Visible, true>),
-    Property<&TThing::Size, &TThing::SetSize>(u"Size", StoredUnless<&TThing::Size, 1.0f>),
+    Property<&TThing::Size, &TThing::SetSize>(u"Size", StoredIf<&TThing::IsSizeStored>),
     Property<&TThing::Title, &TThing::SetTitle>(u"Title"),
     Property<&TThing::Kind, &TThing::SetKind>(u"Kind", StoredUnless<&TThing::Kind, TKind::Round>),
     Property<&TThing::Letters, &TThing::SetLetters>(u"Letters"),
