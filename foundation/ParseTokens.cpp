@@ -77,12 +77,14 @@ bool TNumberTokens::NextClean(StringView& Token) {
 
 bool TNumberTokens::NextNumber(StringView& Token, float& Value, bool& IsNumber) {
   // Nearly every token is a plain number with a delimiter or a sign behind it: one pass over its
-  // characters both reads it and finds its end. What the tokens' rules decide otherwise goes by
+  // characters both reads it and finds its end. What the rules of tokens decide otherwise goes by
   // them.
   const char16_t* const End = ParseFloatPrefix(FNext, FLast, Value);
-  IsNumber = End != FNext && (End == FLast || (BitOf(*End) & (FDelimiterBits | SignBits)) != 0);
+  const StringView Number(FNext, static_cast<std::size_t>(End - FNext));
+  IsNumber = !Number.empty() && (End == FLast || (BitOf(*End) & (FDelimiterBits | SignBits)) != 0 ||
+                                 (*End == u'.' && Number.find(u'.') != StringView::npos));
   if (IsNumber) {
-    Token = StringView(FNext, static_cast<std::size_t>(End - FNext));
+    Token = Number;
     FNext = End;
     SkipDelimiters();
     return true;

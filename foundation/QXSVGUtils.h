@@ -3,6 +3,7 @@
 
 #include "foundation/Limits.h"
 #include "foundation/Lookups.h"
+#include "foundation/Options.h"
 #include "foundation/Parsers.h"
 #include "foundation/SplitLines.h"
 #include "foundation/Writers.h"
