@@ -62,9 +62,9 @@ class QXSVG_API TSVGCustomGradient : public TSVGGraphicElement {
   TSVGCoordinateSystemUnit Units() const { return FUnits; }
   void SetUnits(TSVGCoordinateSystemUnit Value);
 
-  // Fills Points from the stops of this element or, when it has no child of any kind, of the gradient
-  // that it refers to. Step is 1 from the first stop to the last, -1 the other way. Repeated stops end
-  // at a limit.
+  // Fills Points from the stops of this element or, when it has no child of any kind, of the
+  // gradient that it refers to. Step is 1 from the first stop to the last, -1 the other way.
+  // Repeated stops end at a limit.
   virtual void SetGradientPoints(TQXGPGradientPoints& Points, std::int32_t Step);
   // A gradient for a shape whose box is Bounds, in fractions of that box. Matrix leads from the
   // shape's user space to the canvas.

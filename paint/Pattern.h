@@ -9,8 +9,8 @@ namespace qxsvg {
 
 class TQXGPBitmap;
 
-// The element `pattern` (SVG 1.1 chapter 13.3): one tile of it, drawn into a bitmap, fills a shape. It
-// is never drawn in place.
+// The element `pattern` (SVG 1.1 chapter 13.3): one tile of it, drawn into a bitmap, fills a shape.
+// It is never drawn in place.
 class QXSVG_API TSVGPattern : public TSVGCustomViewBox {
  public:
   explicit TSVGPattern(TSVGDocument* Document);

@@ -1,7 +1,6 @@
 #include "shapes/AspectRatio.h"
 
-#include "foundation/Lookups.h"
-#include "foundation/Parsers.h"
+#include "foundation/ParseGeometry.h"
 
 namespace qxsvg {
 
@@ -82,13 +81,11 @@ void TSVGPreserveAspectRatio::SetSlice(bool Value) {
 }
 
 void ParseAspectRatio(StringView Text, TSVGPreserveAspectRatio& Ratio) {
-  const std::vector<StringView> Words = CleanArray(SplitString(Trim(Text), u" "));
-  if (Words.empty()) return;
-  const bool Defer = Words.size() > 1 && Words[0] == u"defer";
-  const std::size_t First = Defer ? 1 : 0;
-  Ratio.SetDefer(Defer);
-  Ratio.SetAlign(GetSVGAlign(Words[First]));
-  Ratio.SetSlice(Words.size() > First + 1 && Words[First + 1] == u"slice");
+  const auto Value = ParseAspectRatioValue(Text);
+  if (!Value) return;
+  Ratio.SetDefer(Value->Defer);
+  Ratio.SetAlign(Value->Align);
+  Ratio.SetSlice(Value->Slice);
 }
 
 }  // namespace qxsvg

@@ -21,6 +21,10 @@ class QXSVG_API TSVGCustomEllipse : public TSVGGraphicElement {
   // A shape of a negative radius has no cached path and is drawn by its own box. The answer is then
   // that nothing was drawn.
   bool DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
+
+ private:
+  // The box that the shape was made for: it is made anew only for another one.
+  TRectF FShapeBounds;
 };
 
 // The element `circle` (SVG 1.1 chapter 9.3). The radius is kept twice, as width and as height.

@@ -25,8 +25,7 @@ class QXSVG_API TSVGCustomGroup : public TSVGGraphicElement {
 
  protected:
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
-                                      const TRectF& Rect,
-                                      const TSVGFindOptions& Options) override;
+                                      const TRectF& Rect, const TSVGFindOptions& Options) override;
   TSVGElement* InternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
                                     const TRectF& Rect, const TSVGFindOptions& Options) override;
   // Makes the child that Node stands for; its index, or -1 where the node makes no element. Raises

@@ -8,8 +8,8 @@
 namespace qxsvg {
 
 // A viewport (SVG 1.1 chapter 7): the element's x, y, width and height say where it lies, the view
-// box what it shows, the aspect ratio how the one is fitted into the other. Overflow is hidden unless
-// the document says otherwise.
+// box what it shows, the aspect ratio how the one is fitted into the other. Overflow is hidden
+// unless the document says otherwise.
 class QXSVG_API TSVGCustomViewBox : public TSVGCustomGroup {
  public:
   explicit TSVGCustomViewBox(TSVGDocument* Document);
@@ -31,8 +31,9 @@ class QXSVG_API TSVGCustomViewBox : public TSVGCustomGroup {
   void SetAspectRatio(const TSVGPreserveAspectRatio* Value) { FAspectRatio.Assign(Value); }
 
   // Fits the view box into Rect: what is shown is scaled by ScaleX and ScaleY, and its left top
-  // corner goes to TX, TY. The origin of Rect comes in as TX, TY and stands where the alignment does
-  // not move it. A view box of unit size or smaller is scaled by the inverse of its size alone.
+  // corner goes to TX, TY. The origin of Rect comes in as TX, TY and stands where the alignment
+  // does not move it. A view box of unit size or smaller is scaled by the inverse of its size
+  // alone.
   void DefineView(const TRectF& Rect, const TSVGPreserveAspectRatio& Ratio, float& TX, float& TY,
                   float& ScaleX, float& ScaleY) const;
 

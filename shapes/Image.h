@@ -9,8 +9,8 @@ namespace qxsvg {
 
 class TQXGPBitmap;
 
-// The element `image` (SVG 1.1 chapter 5.7): a picture, or another SVG file drawn into one when it is
-// loaded.
+// The element `image` (SVG 1.1 chapter 5.7): a picture, or another SVG file drawn into one when it
+// is loaded.
 class QXSVG_API TSVGImage : public TSVGCustomViewBox {
  public:
   explicit TSVGImage(TSVGDocument* Document);

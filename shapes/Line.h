@@ -29,8 +29,8 @@ class QXSVG_API TSVGLine : public TSVGGraphicElement {
   void SetHeight(float Value) override;
 
   using TSVGGraphicElement::GetBoundsRect;
-  // From start to end, not put in order; a side of no extent is one unit long, so that paints of the
-  // bounding box and hit tests have something to work with.
+  // From start to end, not put in order; a side of no extent is one unit long, so that paints of
+  // the bounding box and hit tests have something to work with.
   TRectF GetBoundsRect() override;
   TQXGPPath* GetShape() override;
 
@@ -39,8 +39,7 @@ class QXSVG_API TSVGLine : public TSVGGraphicElement {
   void DoSaveToXML(IXMLNode& Node) override;
   bool DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
-                                      const TRectF& Rect,
-                                      const TSVGFindOptions& Options) override;
+                                      const TRectF& Rect, const TSVGFindOptions& Options) override;
 
  private:
   TPointF StartPoint() const;

@@ -40,8 +40,7 @@ class QXSVG_API TSVGPath : public TSVGGraphicElement {
   void DoSaveToXML(IXMLNode& Node) override;
   bool DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
-                                      const TRectF& Rect,
-                                      const TSVGFindOptions& Options) override;
+                                      const TRectF& Rect, const TSVGFindOptions& Options) override;
 
  private:
   TQXPathData FData;

@@ -36,8 +36,7 @@ class QXSVG_API TSVGPolyline : public TSVGGraphicElement {
   void DoSaveToXML(IXMLNode& Node) override;
   bool DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
-                                      const TRectF& Rect,
-                                      const TSVGFindOptions& Options) override;
+                                      const TRectF& Rect, const TSVGFindOptions& Options) override;
 
  private:
   // Every class below this one makes closed figures.

@@ -27,8 +27,8 @@ class QXSVG_API TSVGRectangle : public TSVGGraphicElement {
   float RXValue() const;
   float RYValue() const;
   bool HasRadii() const { return FRadii != nullptr; }
-  // Take the length, then make it no less than 0 and no more than half of the side. A later change of
-  // the side leaves the radius as it is.
+  // Take the length, then make it no less than 0 and no more than half of the side. A later change
+  // of the side leaves the radius as it is.
   void SetRX(const TSVGLength* Value);
   void SetRY(const TSVGLength* Value);
 

@@ -1,30 +1,65 @@
-// What elements that name another element by its identifier share.
+// What elements that name another element by its identifier share, and the guards that end loops
+// and fans of references.
 #pragma once
 
 #include "graphics/GraphicElement.h"
 
 namespace qxsvg {
 
-// Moves the listener Self from the graphic element of the identifier From to that of To; identifiers
-// that lead to no graphic element are passed over.
+// Moves the listener Self from the graphic element of the identifier From to that of To;
+// identifiers that lead to no graphic element are passed over.
 void MoveListener(TSVGElement& Self, StringView From, StringView To);
 
 // The graphic element of that identifier in the document of Self, or null.
 TSVGGraphicElement* FindGraphicElement(const TSVGElement& Self, StringView ID);
 
-// Lends an element to another parent for as long as this object lives; the old parent comes back also
-// when an exception passes. An element that is destroyed in between is left alone.
+// The budget of one drawing, hit test or measurement: the outermost scope of a thread fills it, the
+// references followed in there draw from it.
+class TReferenceScope {
+ public:
+  TReferenceScope();
+  TReferenceScope(const TReferenceScope&) = delete;
+  TReferenceScope& operator=(const TReferenceScope&) = delete;
+  ~TReferenceScope();
+};
+
+// One reference being followed, from User to Target, for as long as this object lives. It is false,
+// and the target must be left alone, where references are nested too deeply or too much has been
+// reached through them; the document hears of it.
+class TReferenceStep {
+ public:
+  TReferenceStep(const TSVGElement& User, const TSVGElement& Target);
+  TReferenceStep(const TReferenceStep&) = delete;
+  TReferenceStep& operator=(const TReferenceStep&) = delete;
+  ~TReferenceStep();
+  explicit operator bool() const { return FIsAllowed; }
+
+ private:
+  TReferenceScope FScope;
+  std::int32_t FLevels = 0;
+  bool FIsAllowed = false;
+};
+
+// Lends an element to another parent for as long as this object lives; the old parent comes back
+// also when an exception passes. False, with nothing lent, where the step is not allowed or the
+// child is an ancestor of the new parent already.
 class TAdoption {
  public:
-  // Raises EInvalidOperation where Child is the parent itself.
+  // Raises EInvalidOperation where Child is the parent itself. Both must be in Document.
   TAdoption(TSVGElement& Child, TSVGElement& Parent);
   TAdoption(const TAdoption&) = delete;
   TAdoption& operator=(const TAdoption&) = delete;
   ~TAdoption();
+  explicit operator bool() const { return FIsLent; }
 
  private:
-  TSVGElement& FChild;
-  TSVGElement* FOldParent;
+  TReferenceStep FStep;
+  TSVGElement* FChild;
+  TSVGElement* FParent;
+  TSVGElement* FOldParent = nullptr;
+  TSVGDocument* FDocument;
+  String FID;
+  bool FIsLent = false;
 };
 
 }  // namespace qxsvg

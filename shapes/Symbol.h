@@ -5,8 +5,8 @@
 
 namespace qxsvg {
 
-// The element `symbol` (SVG 1.1 chapter 5.5). One that stands as the child of a group is drawn there;
-// within `defs` it is reached through `use`.
+// The element `symbol` (SVG 1.1 chapter 5.5). One that stands as the child of a group is drawn
+// there; within `defs` it is reached through `use`.
 class QXSVG_API TSVGSymbol : public TSVGCustomViewBox {
  public:
   using TSVGCustomViewBox::TSVGCustomViewBox;
@@ -17,11 +17,13 @@ class QXSVG_API TSVGSymbol : public TSVGCustomViewBox {
   TSVGElementTypes ChildSVGTypes() const override;
 
   using TSVGCustomViewBox::GetBoundsRect;
-  // As any viewport; one that took the bounds of its content counts as having a view box from then on.
+  // As any viewport; one that took the bounds of its content counts as having a view box from then
+  // on.
   TRectF GetBoundsRect() override;
 
  protected:
-  // The element's size is read from its view box, and crosswise: the width is the height of the box.
+  // The element's size is read from its view box, and crosswise: the width is the height of the
+  // box.
   void DoLoadFromXML(IXMLNode& Node) override;
   void DoSaveToXML(IXMLNode& Node) override;
 };

@@ -5,9 +5,9 @@
 
 namespace qxsvg {
 
-// The element `use` (SVG 1.1 chapter 5.6). It holds no copy of what it shows: the target is looked up
-// by its identifier each time and has the use as its parent for the length of one operation, so that
-// styles flow from the use into it.
+// The element `use` (SVG 1.1 chapter 5.6). It holds no copy of what it shows: the target is looked
+// up by its identifier each time and has the use as its parent for the length of one operation, so
+// that styles flow from the use into it.
 class QXSVG_API TSVGUse : public TSVGGraphicElement {
  public:
   using TSVGGraphicElement::TSVGGraphicElement;
@@ -27,8 +27,8 @@ class QXSVG_API TSVGUse : public TSVGGraphicElement {
   // Null where the identifier leads to no graphic element.
   TSVGGraphicElement* Target() const;
 
-  // The use's rectangle, with the size of a viewport target in the place of a missing one; for other
-  // targets their bounds, moved to the position of the use.
+  // The use's rectangle, with the size of a viewport target in the place of a missing one; for
+  // other targets their bounds, moved to the position of the use.
   TRectF GetBoundsRect() override;
   TRectF GetBoundsRect(const TMatrix& Matrix) override;
   // The target's shape.
@@ -43,8 +43,7 @@ class QXSVG_API TSVGUse : public TSVGGraphicElement {
   bool DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
   // A hit in the target reports the use.
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
-                                      const TRectF& Rect,
-                                      const TSVGFindOptions& Options) override;
+                                      const TRectF& Rect, const TSVGFindOptions& Options) override;
 
  private:
   String FReference;

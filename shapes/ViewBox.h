@@ -24,7 +24,7 @@ class QXSVG_API TSVGViewBox : public TPersistent {
   // All lengths become 0. The box counts as given afterwards, because this is a change of it.
   virtual void Clear();
   // "x y width height", numbers in Format, percentages within Minimum to Maximum.
-  virtual String ToString(StringView Format, float Minimum, float Maximum) const;
+  virtual String ToString(const TSVGNumberFormat& Format, float Minimum, float Maximum) const;
 
   TSVGLength& X() { return FX; }
   const TSVGLength& X() const { return FX; }
@@ -60,8 +60,9 @@ class QXSVG_API TSVGViewBox : public TPersistent {
   void EndUpdate();
 
   TSVGUnitFactors GetUnitFactors() const { return FX.GetUnitFactors(); }
-  const TSVGUnitFactorsEvent& OnUnitFactors() const { return FX.OnUnitFactors; }
-  void SetOnUnitFactors(const TSVGUnitFactorsEvent& Value);
+  // What supplies the factors of the four lengths; without it they are SVGUnitFactors.
+  const TSVGUnitFactorsEvent& OnUnitFactors() const { return FOnUnitFactors; }
+  void SetOnUnitFactors(const TSVGUnitFactorsEvent& Value) { FOnUnitFactors = Value; }
 
   TNotifyMethod OnChange;
 
@@ -71,13 +72,17 @@ class QXSVG_API TSVGViewBox : public TPersistent {
   void Changed(TPersistent* Sender);
 
  private:
+  void LengthUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);
+  static const TSVGLengthEventsOf<TSVGViewBox> LengthEvents;
+
   TSVGLength FWidth, FHeight, FY, FX;
+  TSVGUnitFactorsEvent FOnUnitFactors;
   bool FViewBoxSpecified = false;
   std::int32_t FUpdateCount = 0;
 };
 
-// Takes up to four numbers from the attribute's text; those that are missing keep what they were, and
-// a blank text clears the box.
+// Takes up to four numbers from the attribute's text; those that are missing keep what they were,
+// and a blank text clears the box.
 QXSVG_API void ParseRect(StringView Text, TSVGViewBox& ViewBox);
 
 }  // namespace qxsvg

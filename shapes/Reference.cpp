@@ -1,0 +1,139 @@
+#include "shapes/Reference.h"
+
+#include "document/Document.h"
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
+
+namespace qxsvg {
+
+namespace {
+
+struct TWork {
+  std::int32_t Scopes = 0;
+  std::int32_t Depth = 0;
+  // Levels of the tree that the references followed so far lie upon one another.
+  std::int32_t Levels = 0;
+  std::int64_t Left = 0;
+};
+
+// A document belongs to one thread at a time, and so does a walk over it.
+thread_local TWork Work;
+
+struct TExtent {
+  std::int64_t Elements = 0;
+  std::int32_t Levels = 0;
+};
+
+// Elements and levels of a subtree; Elements no further than Most.
+void Measure(const TSVGElement& Element, std::int32_t Level, std::int64_t Most, TExtent& Extent) {
+  ++Extent.Elements;
+  Extent.Levels = std::max(Extent.Levels, Level);
+  for (const TSVGElement* Child : Element.Items()) {
+    if (Extent.Elements > Most) return;
+    Measure(*Child, Level + 1, Most, Extent);
+  }
+}
+
+std::int32_t LevelsAbove(const TSVGElement& Element) {
+  std::int32_t Levels = 0;
+  // Adoption makes no loops, but a host might.
+  for (const TSVGElement* E = &Element; E && Levels < Limits::NestingDepth; E = E->Parent())
+    ++Levels;
+  return Levels;
+}
+
+void Tell(const TSVGElement& User, StringView Text) {
+  if (User.Document())
+    User.Document()->Diagnose(TSVGDiagnosticKind::dkLimit, const_cast<TSVGElement*>(&User), Text);
+}
+
+bool IsAncestor(const TSVGElement& Candidate, const TSVGElement& Element) {
+  for (const TSVGElement* E = Element.Parent(); E; E = E->Parent())
+    if (E == &Candidate) return true;
+  return false;
+}
+
+// Whether Element, which had that identifier, is still in the document.
+bool IsAlive(TSVGDocument& Document, StringView ID, const TSVGElement* Element) {
+  if (Document.FindElement(ID) == Element) return true;
+  bool Found = false;
+  Document.AllItems().ForEach([&](const auto& Entry) { Found |= Entry.FValue == Element; });
+  return Found;
+}
+
+}  // namespace
+
+TSVGGraphicElement* FindGraphicElement(const TSVGElement& Self, StringView ID) {
+  if (ID.empty() || !Self.Document()) return nullptr;
+  TSVGElement* const Found = Self.Document()->FindElement(ID);
+  return Found ? Found->AsGraphicElement() : nullptr;
+}
+
+void MoveListener(TSVGElement& Self, StringView From, StringView To) {
+  if (TSVGGraphicElement* const Old = FindGraphicElement(Self, From))
+    Old->RemoveChangeNotification(&Self);
+  if (TSVGGraphicElement* const New = FindGraphicElement(Self, To)) New->ChangeNotification(&Self);
+}
+
+TReferenceScope::TReferenceScope() {
+  if (Work.Scopes++ == 0) Work.Left = Limits::DrawnReferences;
+}
+
+TReferenceScope::~TReferenceScope() {
+  --Work.Scopes;
+}
+
+TReferenceStep::TReferenceStep(const TSVGElement& User, const TSVGElement& Target) {
+  if (Work.Depth >= Limits::ReferenceDepth) {
+    Tell(User, SReferenceDepthLimit);
+    return;
+  }
+  TExtent Extent;
+  Measure(Target, 1, Work.Left, Extent);
+  if (Extent.Elements > Work.Left) {
+    // Whatever comes after this is left out as well, so that the walk ends soon.
+    Work.Left = 0;
+    Tell(User, SDrawnReferenceLimit);
+    return;
+  }
+  FLevels = Extent.Levels + (Work.Depth == 0 ? LevelsAbove(User) : 0);
+  // The walk through references may go as deep as a tree may be, since that is what stacks hold;
+  // the levels above the first user come on top.
+  if (Work.Depth > 0 && Work.Levels + FLevels > 2 * Limits::NestingDepth) {
+    Tell(User, SReferenceDepthLimit);
+    return;
+  }
+  Work.Left -= Extent.Elements;
+  Work.Levels += FLevels;
+  ++Work.Depth;
+  FIsAllowed = true;
+}
+
+TReferenceStep::~TReferenceStep() {
+  if (!FIsAllowed) return;
+  --Work.Depth;
+  Work.Levels -= FLevels;
+}
+
+TAdoption::TAdoption(TSVGElement& Child, TSVGElement& Parent)
+    : FStep(Parent, Child), FChild(&Child), FParent(&Parent), FDocument(Parent.Document()) {
+  if (!FStep) return;
+  if (&Child != &Parent && IsAncestor(Child, Parent)) {
+    // The child would come to stand above itself, and every question to a parent would never end.
+    if (FDocument)
+      FDocument->Diagnose(TSVGDiagnosticKind::dkReference, &Parent, SCircularReference);
+    return;
+  }
+  FID = Child.ID();
+  FOldParent = Child.Parent();
+  Child.SetParent(&Parent);
+  FIsLent = true;
+}
+
+TAdoption::~TAdoption() {
+  // A handler of the host may have destroyed the child meanwhile, or put it elsewhere.
+  if (!FIsLent || !FDocument || !IsAlive(*FDocument, FID, FChild)) return;
+  if (FChild->Parent() == FParent) FChild->SetParent(FOldParent);
+}
+
+}  // namespace qxsvg

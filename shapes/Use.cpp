@@ -1,0 +1,176 @@
+#include "shapes/Use.h"
+
+#include "document/AttributeParsers.h"
+#include "document/Document.h"
+#include "shapes/NodeLengths.h"
+#include "shapes/Reference.h"
+#include "shapes/Symbol.h"
+
+namespace qxsvg {
+
+namespace {
+
+constexpr auto Properties =
+    JoinRows(SVGBoxProperties, std::array{Property<&TSVGUse::Reference, &TSVGUse::SetReference>(
+                                   u"Reference", [](const TPersistent& Self) {
+                                     return !static_cast<const TSVGUse&>(Self).Reference().empty();
+                                   })});
+
+// Viewports are fitted into the rectangle of the use; everything else is moved to its position.
+bool IsViewport(const TSVGElement& Target) {
+  const TSVGElementType Type = Target.SVGType();
+  return Type == TSVGElementType::etDoc || Type == TSVGElementType::etSymbol;
+}
+
+}  // namespace
+
+constinit const TSVGElementClass TSVGUse::Class{
+    {u"TSVGUse", &TSVGGraphicElement::Class, Properties, nullptr},
+    TSVGElementType::etUse,
+    &CreateElement<TSVGUse>};
+
+TSVGUse::~TSVGUse() = default;
+
+TSVGElementTypes TSVGUse::ChildSVGTypes() const {
+  return SVGDescriptiveElements;
+}
+
+TSVGGraphicElement* TSVGUse::Target() const {
+  return FindGraphicElement(*this, FReference);
+}
+
+void TSVGUse::SetReference(StringView Value) {
+  if (Value == FReference) return;
+  MoveListener(*this, FReference, Value);
+  FReference = Value;
+  Change(this);
+}
+
+void TSVGUse::NotifyListener(TSVGElement* Source) {
+  TSVGGraphicElement::NotifyListener(Source);
+  // The source takes its listeners along by itself.
+  if (Source->ElementState().Has(TSVGElementStateFlag::esDestroying)) FReference.clear();
+}
+
+void TSVGUse::AssignProperties(const TSVGElement* Source) {
+  if (const auto* const Other = dynamic_cast<const TSVGUse*>(Source))
+    SetReference(Other->FReference);
+  TSVGGraphicElement::AssignProperties(Source);
+}
+
+void TSVGUse::Clear() {
+  SetReference({});
+  TSVGGraphicElement::Clear();
+}
+
+void TSVGUse::DoLoadFromXML(IXMLNode& Node) {
+  TSVGGraphicElement::DoLoadFromXML(Node);
+  FReference = ParseURI(Node, u"href", {}, u"xlink");
+}
+
+void TSVGUse::DoSaveToXML(IXMLNode& Node) {
+  TSVGGraphicElement::DoSaveToXML(Node);
+  SaveBox(Node, *this);
+  SaveReference(Node, FReference);
+}
+
+// --- Bounds and shape
+// -----------------------------------------------------------------------------
+
+TRectF TSVGUse::GetBoundsRect() {
+  TRectF Own = TSVGGraphicElement::GetBoundsRect();
+  TSVGGraphicElement* const Shown = Target();
+  if (!Shown) return Own;
+  const TReferenceStep Step(*this, *Shown);
+  if (!Step) return Own;
+  TRectF Bounds = Shown->GetBoundsRect();
+  if (!IsViewport(*Shown)) {
+    OffsetQXRect(Bounds, GetX(), GetY());
+    return Bounds;
+  }
+  OffsetQXRect(Own, Bounds.Left, Bounds.Top);
+  if (Own.Width() == 0) Own.Right = Own.Left + Bounds.Width();
+  if (Own.Height() == 0) Own.Bottom = Own.Top + Bounds.Height();
+  return Own;
+}
+
+TRectF TSVGUse::GetBoundsRect(const TMatrix& Matrix) {
+  const TRectF Bounds = TSVGGraphicElement::GetBoundsRect(Matrix);
+  if (Bounds.Width() != 0 && Bounds.Height() != 0) return Bounds;
+  TSVGGraphicElement* const Shown = Target();
+  if (!Shown) return Bounds;
+  const TAdoption Adoption(*Shown, *this);
+  if (!Adoption) return Bounds;
+  const TMatrix Own = QXMatrixMultiply(this->Matrix(), Matrix);
+  return Shown->GetBoundsRect(QXMatrixMultiply(CreateTranslateQXMatrix(GetX(), GetY()), Own));
+}
+
+TQXGPPath* TSVGUse::GetShape() {
+  if (TSVGGraphicElement* const Shown = Target())
+    if (const TReferenceStep Step(*this, *Shown); Step) return Shown->GetShape();
+  return TSVGGraphicElement::GetShape();
+}
+
+bool TSVGUse::HasChild(const TSVGElement* Element) const {
+  if (const TSVGGraphicElement* const Shown = Target()) {
+    if (Element == Shown) return true;
+    if (const TReferenceStep Step(*this, *Shown); Step && Shown->HasChild(Element)) return true;
+  }
+  return TSVGGraphicElement::HasChild(Element);
+}
+
+bool TSVGUse::HasDescendant(const TSVGElement* Element) const {
+  if (TSVGGraphicElement::HasDescendant(Element)) return true;
+  const TSVGGraphicElement* const Shown = Target();
+  if (!Shown) return false;
+  const TReferenceStep Step(*this, *Shown);
+  return Step && Shown->HasDescendant(Element);
+}
+
+// --- Drawing and hit testing
+// ----------------------------------------------------------------------
+
+bool TSVGUse::DoShouldDraw() {
+  // The use's own visibility counts only where the target takes its own from it.
+  if (!TSVGElement::DoShouldDraw()) return false;
+  const TSVGGraphicElement* const Shown = Target();
+  if (!Shown) return true;
+  if (Shown->Inherits().Has(TSVGStyleProperty::ipVisibility)) return GetVisible();
+  return Shown->GetVisible();
+}
+
+bool TSVGUse::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  TSVGGraphicElement* const Shown = Target();
+  if (!Shown) return false;
+  const TAdoption Adoption(*Shown, *this);
+  if (!Adoption) return false;
+  if (IsViewport(*Shown)) {
+    const TRectF Box = GetBoundsRect(Matrix);
+    Shown->Draw(Shown->GetViewMatrix(Matrix, Box), Canvas, Box);
+  } else {
+    Shown->Draw(QXMatrixMultiply(CreateTranslateQXMatrix(GetX(), GetY()), Matrix), Canvas, Rect);
+  }
+  return true;
+}
+
+TSVGElement* TSVGUse::DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                             TPointF Point, const TRectF& Rect,
+                                             const TSVGFindOptions& Options) {
+  TSVGGraphicElement* const Shown = Target();
+  if (!Shown) return nullptr;
+  TSVGElement* Found = nullptr;
+  {
+    const TAdoption Adoption(*Shown, *this);
+    if (!Adoption) return nullptr;
+    if (IsViewport(*Shown)) {
+      const TRectF Box = GetBoundsRect(Matrix);
+      Found = Shown->ElementAtPos(Shown->GetViewMatrix(Matrix, Box), Canvas, Point, Box, Options);
+    } else {
+      const TMatrix Moved = QXMatrixMultiply(CreateTranslateQXMatrix(GetX(), GetY()), Matrix);
+      Found = Shown->ElementAtPos(Moved, Canvas, Point, Rect, Options);
+    }
+  }
+  return Found ? DoOnElementFound(this) : nullptr;
+}
+
+}  // namespace qxsvg
