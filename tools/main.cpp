@@ -9,10 +9,9 @@ int main(int Count, char** Arguments) {
   CLI::App App("Reads, checks, draws and asks SVG drawings.", "qxsvg");
   App.require_subcommand(1);
   int Status = 0;
-  for (const auto Add :
-       {qxsvg::tools::AddInfoCommand, qxsvg::tools::AddValidateCommand,
-        qxsvg::tools::AddRenderCommand, qxsvg::tools::AddHitCommand,
-        qxsvg::tools::AddBoundsCommand, qxsvg::tools::AddSurfaceDemoCommand})
+  for (const auto Add : {qxsvg::tools::AddInfoCommand, qxsvg::tools::AddValidateCommand,
+                         qxsvg::tools::AddRenderCommand, qxsvg::tools::AddHitCommand,
+                         qxsvg::tools::AddBoundsCommand, qxsvg::tools::AddSurfaceDemoCommand})
     Add(App, Status);
   try {
     App.parse(Count, Arguments);

@@ -1,0 +1,55 @@
+// qxsvg bounds: the boxes of elements.
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+
+#include "document/Document.h"
+#include "tools/Commands.h"
+#include "tools/Input.h"
+#include "tools/Picture.h"
+
+namespace qxsvg::tools {
+
+namespace {
+
+void Print(TSVGDocument& Drawing, TSVGGraphicElement& Element) {
+  const TRectF Box = BoxOfElement(Drawing, Element);
+  std::printf("%s\t%g\t%g\t%g\t%g\n", ToUtf8(Element.ID()).c_str(), Box.Left, Box.Top, Box.Width(),
+              Box.Height());
+}
+
+void PrintNamed(TSVGDocument& Drawing, TSVGElement& Parent) {
+  for (std::int32_t I = 0; I < Parent.Items().Count(); ++I) {
+    TSVGElement& Child = *Parent.Items()[I];
+    TSVGGraphicElement* Graphic = Child.AsGraphicElement();
+    if (Graphic && !Child.HasMadeUpID()) Print(Drawing, *Graphic);
+    PrintNamed(Drawing, Child);
+  }
+}
+
+}  // namespace
+
+void AddBoundsCommand(CLI::App& App, int& Status) {
+  CLI::App* Command = App.add_subcommand(
+      "bounds", "Prints x, y, width and height of elements in the drawing's user space");
+  struct Arguments {
+    std::string File;
+    std::vector<std::string> IDs;
+  };
+  const auto Options = std::make_shared<Arguments>();
+  Command->add_option("FILE", Options->File, "The drawing; - is standard input")->required();
+  Command->add_option("ID", Options->IDs, "Identifiers; all that the drawing gives without any");
+  Command->callback([Options, &Status] {
+    TSVGDocument Drawing;
+    Status = ForEachFile({Options->File}, [&](const std::string& Name) {
+      LoadDrawing(Drawing, Name);
+      if (Options->IDs.empty()) PrintNamed(Drawing, Drawing);
+    });
+    if (Status != 0) return;
+    Status = ForEachFile(Options->IDs, [&](const std::string& ID) {
+      Print(Drawing, GraphicElementByID(Drawing, ID));
+    });
+  });
+}
+
+}  // namespace qxsvg::tools

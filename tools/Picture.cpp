@@ -1,0 +1,97 @@
+#include "tools/Picture.h"
+
+#include <cmath>
+
+#include "document/Document.h"
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
+#include "foundation/Parsers.h"
+#include "graphics/surface/ImageCodecs.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Services.h"
+
+namespace qxsvg::tools {
+
+namespace {
+
+// A side of the root as it was written, or what the view box says.
+float NaturalSide(TSVGDocument& Drawing, StringView Attribute, const TSVGLength& Length,
+                  float ViewBoxSide) {
+  const StringView Text = Trim(Drawing.Style().GetText(Attribute));
+  const bool IsOfSize = !Text.empty() && !Text.ends_with(u'%') && Length.GetValue() > 0;
+  return IsOfSize || !(ViewBoxSide > 0) ? Length.GetValue() : ViewBoxSide;
+}
+
+double CheckedSide(double Side) {
+  const double Whole = std::ceil(Side);
+  if (!(Whole >= 1)) throw ESVGException(u"The picture has no size");
+  if (Whole > Limits::BitmapSide) throw ESVGException(SBitmapSizeLimit);
+  return Whole;
+}
+
+}  // namespace
+
+TSizeF NaturalSize(TSVGDocument& Drawing) {
+  const bool HasBox = Drawing.ViewBox().ViewBoxSpecified();
+  const TRectF Box = HasBox ? Drawing.ViewBox().GetRect() : TRectF{};
+  return {NaturalSide(Drawing, u"width", Drawing.WidthU(), Box.Width()),
+          NaturalSide(Drawing, u"height", Drawing.HeightU(), Box.Height())};
+}
+
+TPoint PixelSize(TSizeF Natural, const PictureSize& Wanted) {
+  const double Ratio = double{Natural.Height} / Natural.Width;
+  double Width = Wanted.Width.value_or(Natural.Width * Wanted.Zoom);
+  double Height = Wanted.Height.value_or(Natural.Height * Wanted.Zoom);
+  if (Wanted.Width && !Wanted.Height) Height = Width * Ratio;
+  if (Wanted.Height && !Wanted.Width) Width = Height / Ratio;
+  if (Wanted.Width && Wanted.Height && Wanted.KeepAspectRatio) {
+    Width = std::min(Width, Height / Ratio);
+    Height = Width * Ratio;
+  }
+  const TPoint Size{static_cast<std::int32_t>(CheckedSide(Width)),
+                    static_cast<std::int32_t>(CheckedSide(Height))};
+  if (std::int64_t{Size.X} * Size.Y > Limits::BitmapPixels) throw ESVGException(SBitmapSizeLimit);
+  return Size;
+}
+
+TSVGGraphicElement& GraphicElementByID(TSVGDocument& Drawing, const std::string& ID) {
+  std::string_view Name = ID;
+  if (Name.starts_with('#')) Name.remove_prefix(1);
+  TSVGElement* Found = Drawing.FindElement(FromUtf8(Name));
+  TSVGGraphicElement* Element = Found ? Found->AsGraphicElement() : nullptr;
+  if (!Element) throw ESVGException(u"There is no graphic element %s", {FromUtf8(ID)});
+  return *Element;
+}
+
+TRectF BoxOfElement(TSVGDocument& Drawing, TSVGGraphicElement& Element) {
+  TSVGGraphicElement* const Parent = Element.GetGraphicParent();
+  if (!Parent || Parent == &Drawing) return Element.GetBoundsRect(QXIdentityMatrix);
+  // The root's own transformation is part of the view and not of what it holds.
+  TMatrix Above = QXIdentityMatrix;
+  for (TSVGGraphicElement* E = Parent; E && E != &Drawing; E = E->GetGraphicParent())
+    Above = QXMatrixMultiply(Above, E->Matrix());
+  return Element.GetBoundsRect(Above);
+}
+
+std::uint32_t ParseBackground(const std::string& Text) {
+  bool IsNone = false, Inherit = false;
+  const String Name = FromUtf8(Text);
+  // Two defaults that differ tell a colour from a text that is none.
+  const TQXGPColor First = ParseColor(Name, 1, IsNone, Inherit, 0);
+  const TQXGPColor Second = ParseColor(Name, 2, IsNone, Inherit, 0);
+  if (IsNone) return 0;
+  if (First != Second) throw ESVGException(u"%s is no colour", {Name});
+  return First;
+}
+
+String CodecFor(const std::string& NameOrFile) {
+  const std::size_t Period = NameOrFile.rfind('.');
+  const std::string Name = Period == std::string::npos ? NameOrFile : NameOrFile.substr(Period + 1);
+  const auto Codecs = Services().Images.Get();
+  const TImageCodec* Codec = Codecs->Find(FromUtf8(Name));
+  if (!Codec || !Codec->CanEncode)
+    throw ESVGException(u"%s is no picture format that can be written", {FromUtf8(Name)});
+  return String(Codec->Name);
+}
+
+}  // namespace qxsvg::tools

@@ -1,0 +1,48 @@
+// From a loaded drawing to the bytes of a picture.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "foundation/Geometry.h"
+#include "graphics/surface/Bitmap.h"
+
+namespace qxsvg {
+class TSVGDocument;
+class TSVGGraphicElement;
+}  // namespace qxsvg
+
+namespace qxsvg::tools {
+
+// The size that a picture is asked to have, in pixels.
+struct PictureSize {
+  std::optional<double> Width, Height;
+  double Zoom = 1;
+  // With both sides given: the largest picture of the drawing's proportions that fits in.
+  bool KeepAspectRatio = false;
+};
+
+// What the root says about its size, in pixels: its width and height, or the view box where they
+// are missing or percentages.
+TSizeF NaturalSize(TSVGDocument& Drawing);
+
+// The pixels of a picture of something of that natural size; broken pixels count as whole. Raises
+// ESVGException for a size that is none or over the limit of bitmaps.
+TPoint PixelSize(TSizeF Natural, const PictureSize& Wanted);
+
+// The element of that identifier; raises ESVGException when there is none that can be drawn.
+TSVGGraphicElement& GraphicElementByID(TSVGDocument& Drawing, const std::string& ID);
+
+// The box of an element in the user space of the root's content.
+TRectF BoxOfElement(TSVGDocument& Drawing, TSVGGraphicElement& Element);
+
+// The colour that a text stands for; raises ESVGException for one that is none.
+std::uint32_t ParseBackground(const std::string& Text);
+
+// The codec that a file name or a format's name asks for; raises ESVGException for one that cannot
+// be written.
+String CodecFor(const std::string& NameOrFile);
+
+}  // namespace qxsvg::tools

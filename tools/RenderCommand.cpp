@@ -1,0 +1,228 @@
+// qxsvg render: drawings into pictures.
+#include <CLI/CLI.hpp>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <mutex>
+#include <thread>
+
+#include "document/Document.h"
+#include "foundation/Limits.h"
+#include "graphics/surface/Canvas.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Streams.h"
+#include "tools/Commands.h"
+#include "tools/Input.h"
+#include "tools/Picture.h"
+#include "tools/ProgressBar.h"
+
+namespace qxsvg::tools {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct RenderOptions {
+  std::vector<std::string> Files;
+  std::string Output, ExportID, Format, StyleSheet, Languages, Background;
+  PictureSize Size;
+  double DPI = 96;
+  int Quality = -1;
+  unsigned Jobs = 0;
+  bool IsTimed = false, IsQuiet = false;
+};
+
+struct Job {
+  std::string Input, Output;
+};
+
+class Stopwatch {
+ public:
+  // Milliseconds since the last lap.
+  double Lap() {
+    const auto Now = std::chrono::steady_clock::now();
+    const std::chrono::duration<double, std::milli> Passed = Now - std::exchange(FLast, Now);
+    return Passed.count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point FLast = std::chrono::steady_clock::now();
+};
+
+void Configure(TSVGDocument& Drawing, const RenderOptions& Options) {
+  Drawing.SetDPI(static_cast<std::int32_t>(std::lround(Options.DPI)));
+  if (Options.Languages.empty()) return;
+  Drawing.SetOptions(Drawing.GetOptions() - TSVGOptions{TSVGOption::soUseLocaleForLanguage});
+  Drawing.SetPreferredLanguage(FromUtf8(Options.Languages));
+}
+
+void ApplyStyleSheet(TSVGDocument& Drawing, const std::string& File) {
+  const TBytes Bytes = ReadFile(FromUtf8(File), Limits::DocumentBytes);
+  Drawing.ReadStyles(StringView(FromUtf8(CharsOf(Bytes))));
+  Drawing.ApplyStyles();
+}
+
+// Draws the whole drawing over the whole picture, or one element alone with its box over it.
+void Draw(TSVGDocument& Drawing, const RenderOptions& Options, TQXGPBitmap& Picture) {
+  const TSizeF Natural = NaturalSize(Drawing);
+  const TQXGPColor Paper = Options.Background.empty() ? 0 : ParseBackground(Options.Background);
+  const auto Prepare = [&](TSizeF Size) {
+    const TPoint Pixels = PixelSize(Size, Options.Size);
+    Picture.SetSize(Pixels.X, Pixels.Y);
+    if (Paper != 0) Picture.Clear(Paper);
+    return QXRect(0, 0, static_cast<float>(Pixels.X), static_cast<float>(Pixels.Y));
+  };
+  if (Options.ExportID.empty()) {
+    const TRectF Whole = Prepare(Natural);
+    Drawing.Draw(Picture.GetCanvas(), Whole);
+    return;
+  }
+  TSVGGraphicElement& Element = GraphicElementByID(Drawing, Options.ExportID);
+  const TRectF View = QXRect(0, 0, Natural.Width, Natural.Height);
+  const TRectF Box = QXMatrixTransform(Drawing.GetViewMatrix(View), BoxOfElement(Drawing, Element));
+  const TRectF Whole = Prepare({Box.Width(), Box.Height()});
+  // Where the whole drawing lies when the element's box fills the picture.
+  const float ScaleX = Whole.Width() / Box.Width(), ScaleY = Whole.Height() / Box.Height();
+  const TRectF Place =
+      QXRect(-Box.Left * ScaleX, -Box.Top * ScaleY, (Natural.Width - Box.Left) * ScaleX,
+             (Natural.Height - Box.Top) * ScaleY);
+  Element.DrawElement(QXIdentityMatrix, Picture.GetCanvas(), Place);
+}
+
+void Write(const TQXGPBitmap& Picture, const RenderOptions& Options, const std::string& Output) {
+  const bool ToConsole = Output == "-";
+  std::string Format = Options.Format;
+  if (Format.empty()) Format = ToConsole || fs::path(Output).extension().empty() ? "png" : Output;
+  const String Codec = CodecFor(Format);
+  if (ToConsole) {
+    TMemoryStream Bytes;
+    Picture.SaveToStream(Bytes, Codec, Options.Quality);
+    const TBytes& B = Bytes.Bytes();
+    if (std::fwrite(B.data(), 1, B.size(), stdout) != B.size() || std::fflush(stdout) != 0)
+      throw EStreamError(u"Standard output cannot be written");
+    return;
+  }
+  TAtomicFile File(FromUtf8(Output));
+  Picture.SaveToStream(File, Codec, Options.Quality);
+  File.Finish();
+}
+
+std::string RenderOne(const Job& Work, const RenderOptions& Options) {
+  Stopwatch Watch;
+  TSVGDocument Drawing;
+  Configure(Drawing, Options);
+  LoadDrawing(Drawing, Work.Input);
+  if (!Options.StyleSheet.empty()) ApplyStyleSheet(Drawing, Options.StyleSheet);
+  const double Load = Watch.Lap();
+  TQXGPBitmap Picture;
+  Draw(Drawing, Options, Picture);
+  const double Drawn = Watch.Lap();
+  Write(Picture, Options, Work.Output);
+  if (!Options.IsTimed) return {};
+  char Line[160];
+  std::snprintf(Line, sizeof Line, "load %.2f ms, draw %.2f ms, encode %.2f ms, %d x %d pixels",
+                Load, Drawn, Watch.Lap(), Picture.GetWidth(), Picture.GetHeight());
+  return Work.Input + ": " + Line;
+}
+
+std::string ExtensionFor(const std::string& Format) {
+  return "." + (Format.empty() ? "png" : Format);
+}
+
+// What goes where: IN OUT; or IN -o FILE; or many files into a directory, which -o names.
+std::vector<Job> Plan(const RenderOptions& Options) {
+  const auto& Files = Options.Files;
+  const std::string Extension = ExtensionFor(Options.Format);
+  if (Options.Output.empty()) {
+    if (Files.size() > 2)
+      throw CLI::ValidationError("FILES", "several drawings need --output with a directory");
+    if (Files.size() == 2) return {{Files[0], Files[1]}};
+    if (Files[0] == "-") return {{"-", "-"}};
+    return {{Files[0], fs::path(Files[0]).replace_extension(Extension).string()}};
+  }
+  const bool IsDirectory =
+      Files.size() > 1 || fs::is_directory(Options.Output) || Options.Output.ends_with('/');
+  if (!IsDirectory) return {{Files[0], Options.Output}};
+  fs::create_directories(Options.Output);
+  std::vector<Job> Jobs;
+  for (const std::string& File : Files) {
+    const std::string Stem = File == "-" ? "stdin" : fs::path(File).stem().string();
+    Jobs.push_back({File, (fs::path(Options.Output) / (Stem + Extension)).string()});
+  }
+  return Jobs;
+}
+
+// One drawing a worker; a failure is told and the others go on.
+int RunAll(const std::vector<Job>& Jobs, const RenderOptions& Options) {
+  ProgressBar Bar(Options.IsQuiet ? 0 : Jobs.size());
+  std::mutex Console;
+  std::atomic<std::size_t> Next = 0;
+  std::atomic<int> Status = 0;
+  const auto Work = [&] {
+    for (std::size_t I; (I = Next++) < Jobs.size();) {
+      std::string Report;
+      try {
+        Report = RenderOne(Jobs[I], Options);
+      } catch (const std::exception& Error) {
+        Report = Jobs[I].Input + ": " + CauseOf(Error);
+        Status = 1;
+      }
+      const std::lock_guard Lock(Console);
+      if (!Report.empty()) {
+        Bar.Hide();
+        std::cerr << Report << std::endl;
+      }
+      Bar.Advance();
+    }
+  };
+  unsigned Workers =
+      Options.Jobs > 0 ? Options.Jobs : std::max(1u, std::thread::hardware_concurrency());
+  Workers = static_cast<unsigned>(std::min<std::size_t>(Workers, Jobs.size()));
+  std::vector<std::jthread> Threads;
+  for (unsigned I = 1; I < Workers; ++I) Threads.emplace_back(Work);
+  Work();
+  Threads.clear();
+  return Status;
+}
+
+}  // namespace
+
+void AddRenderCommand(CLI::App& App, int& Status) {
+  CLI::App* Command = App.add_subcommand("render", "Draws files into PNG, JPEG or WebP pictures");
+  const auto Options = std::make_shared<RenderOptions>();
+  RenderOptions& O = *Options;
+  // -h is the height, as in the common converters.
+  Command->set_help_flag("--help,-?", "Prints this help and exits");
+  Command->add_option("FILES", O.Files, "IN.svg [OUT.png]; - is standard input and output")
+      ->required();
+  Command->add_option("-o,--output", O.Output,
+                      "The picture's file, or the directory for several drawings");
+  Command->add_option("-j,--jobs", O.Jobs, "Drawings at a time; 0 takes one for each processor");
+  Command->add_option("-w,--width", O.Size.Width, "Width in pixels")->check(CLI::PositiveNumber);
+  Command->add_option("-h,--height", O.Size.Height, "Height in pixels")->check(CLI::PositiveNumber);
+  Command->add_option("-z,--zoom", O.Size.Zoom, "Factor on the drawing's own size")
+      ->check(CLI::PositiveNumber);
+  Command->add_flag("-a,--keep-aspect-ratio", O.Size.KeepAspectRatio,
+                    "Fits the picture into the width and height");
+  Command->add_option("-d,--dpi", O.DPI, "Pixels per inch of absolute units")
+      ->check(CLI::Range(10.0, 100000.0))
+      ->capture_default_str();
+  Command->add_option("-b,--background,--background-color", O.Background,
+                      "Colour under the drawing; none without it");
+  Command->add_option("-i,--export-id", O.ExportID, "Draws the element of this identifier alone");
+  Command->add_option("-f,--format", O.Format, "png, jpeg or webp; else by the file's extension")
+      ->check(CLI::IsMember({"png", "jpeg", "webp"}));
+  Command->add_option("-q,--quality", O.Quality, "Quality of JPEG and WebP, effort of PNG")
+      ->check(CLI::Range(0, 100));
+  Command->add_option("-s,--stylesheet", O.StyleSheet, "A file of further style rules");
+  Command->add_option("-l,--languages,--accept-language", O.Languages,
+                      "Preferred languages, best first, parted by commas");
+  Command->add_flag("--perf", O.IsTimed, "Tells the times of load, draw and encoding");
+  Command->add_flag("--quiet", O.IsQuiet, "Shows no progress");
+  Command->callback([Options, &Status] { Status = RunAll(Plan(*Options), *Options); });
+}
+
+}  // namespace qxsvg::tools
