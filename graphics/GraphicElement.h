@@ -232,6 +232,10 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
   // --- What a writer asks: whether a value differs from the default.
   virtual bool IsStored(TSVGStyleProperty Property, StringView Value) const;
+  // The element's own value of a property as the format writes it. Empty for what it keeps nowhere.
+  String PropertyText(TSVGStyleProperty Property);
+  // The same for the value that is in force, from the element that it is inherited from.
+  String EffectivePropertyText(TSVGStyleProperty Property);
   bool IsOpacityStored() const;
   bool IsShapeRenderingStored() const;
 
@@ -349,6 +353,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   void ResourceGetInherited(TPersistent* Sender, TSVGStyleProperty Property, bool& IsInherited);
 
  private:
+  struct Rows;
   struct References;
   struct Box;
   struct Spacings;
@@ -356,6 +361,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   enum Stale : std::uint8_t { stBrush = 1, stPen = 2, stFont = 4, stOther = 8 };
   class StylingLock;
   friend class StyleApplier;
+  friend class SelectorMatcher;
 
   template <class Row>
   auto Effective(const Row& Property) const;
@@ -364,6 +370,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   template <class Row, class Value>
   void StoreAndTell(const Row& Property, const Value& NewValue);
 
+  template <class Row, class Value>
+  void StoreKeepingMark(const Row& Property, const Value& NewValue);
   bool IsMarked(TSVGStyleProperty Property) const { return FInherits.Has(Property); }
   const String& EffectiveReference(TSVGReference Which) const;
   void StoreReference(TSVGReference Which, StringView Value);
@@ -372,22 +380,19 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // The size of the font in force, without making a font object for it.
   float EffectiveFontSize();
   TSVGElement* FindByID(StringView ID) const;
-  bool MatchesToken(const TSVGSelectorTokens& Tokens, std::size_t At, TSVGGraphicElement*& Current,
-                    std::int32_t (&Counts)[3]);
-  bool MatchesAttribute(StringView Name, TSVGSelectorTokenType Type, StringView Value);
   const References& ReadReferences() const;
   References& WriteReferences();
   Box& WriteBox();
   Spacings& WriteSpacings();
-  void LengthChanged(TPersistent* Sender) { ObjectPropChange(Sender); }
+  void HeldObjectChanged(TPersistent* Sender) { ObjectPropChange(Sender); }
   float LengthUnitFactor(TSVGUnit Unit);
-  void LengthUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);
+  void HeldUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);
   void LengthRangeViewBoxWidth(TSVGLength* Sender, float& Min, float& Max, bool& DoRange);
   void LengthRangeViewBoxHeight(TSVGLength* Sender, float& Min, float& Max, bool& DoRange);
   void LengthGetInherited(TSVGStylePropertyLength* Sender, bool& IsInherited);
   void LengthSetInherited(TSVGStylePropertyLength* Sender, bool IsInherited);
   void LengthParent(TSVGStylePropertyLength* Sender, TSVGStylePropertyLength*& Parent);
-  static const TSVGLengthEventsOf<TSVGGraphicElement> SpacingLength, BaselineShiftEvents;
+  static const TSVGLengthEventsOf<TSVGGraphicElement> SpacingLength, BaselineShiftLength;
   TSVGBrush& OwnBrush();
   TSVGPen& OwnPen();
   TSVGFont& OwnFont();

@@ -142,15 +142,23 @@ void TSVGPen::UpdateColorOpacity() {
   SetColor(SetColorOpacity(Color(), FOpacity));
 }
 
+constinit const TSVGLengthEventsOf<TSVGPen> TSVGPen::OffsetEvents =
+    TSVGLengthEventsOf<TSVGPen>()
+        .Change<&TSVGPen::OffsetChange>()
+        .UnitFactors<&TSVGPen::OffsetUnitFactors>();
+
 void TSVGPen::OffsetChange(TPersistent*) {
   Update();
+}
+
+void TSVGPen::OffsetUnitFactors(TPersistent*, TSVGUnitFactors& Factors) {
+  Factors = GetUnitFactors();
 }
 
 TSVGLength& TSVGPen::SVGDashOffset() {
   if (!FSVGDashOffset) {
     FSVGDashOffset = std::make_unique<TSVGLength>();
-    FSVGDashOffset->SetOnChange(TNotifyMethod::Bind<&TSVGPen::OffsetChange>(this));
-    FSVGDashOffset->SetOnUnitFactors(FOnUnitFactors);
+    FSVGDashOffset->Wire(this, OffsetEvents);
   }
   return *FSVGDashOffset;
 }
@@ -161,11 +169,6 @@ const TSVGLength& TSVGPen::SVGDashOffset() const {
 
 float TSVGPen::GetDashOffsetValue() const {
   return FSVGDashOffset ? FSVGDashOffset->GetValue() : 0.0f;
-}
-
-void TSVGPen::SetOnUnitFactors(TSVGUnitFactorsEvent Handler) {
-  FOnUnitFactors = Handler;
-  if (FSVGDashOffset) FSVGDashOffset->SetOnUnitFactors(Handler);
 }
 
 TSVGUnitFactors TSVGPen::GetUnitFactors() const {

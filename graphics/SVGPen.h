@@ -65,7 +65,7 @@ class QXSVG_API TSVGPen : public TQXGPPen {
 
   TSVGUnitFactors GetUnitFactors() const;
   TSVGUnitFactorsEvent OnUnitFactors() const { return FOnUnitFactors; }
-  void SetOnUnitFactors(TSVGUnitFactorsEvent Handler);
+  void SetOnUnitFactors(TSVGUnitFactorsEvent Handler) { FOnUnitFactors = Handler; }
   TSVGIsInheritedEvent OnIsInherited() const { return FOnIsInherited; }
   void SetOnIsInherited(TSVGIsInheritedEvent Handler) { FOnIsInherited = Handler; }
   bool GetIsInherited(TSVGStyleProperty Property) const;
@@ -85,6 +85,8 @@ class QXSVG_API TSVGPen : public TQXGPPen {
 
  private:
   void OffsetChange(TPersistent* Sender);
+  void OffsetUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);
+  static const TSVGLengthEventsOf<TSVGPen> OffsetEvents;
   bool IsCapStored(bool IsDefault) const;
 
   String FURI;

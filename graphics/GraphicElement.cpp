@@ -1,0 +1,172 @@
+// Creation of graphic elements, their place in the tree, and what is told when something changes.
+#include "graphics/GraphicElement.h"
+
+#include <bit>
+
+#include "document/Document.h"
+#include "foundation/Messages.h"
+#include "graphics/GraphicElementParts.h"
+#include "graphics/surface/Path.h"
+#include "graphics/surface/Region.h"
+#include "runtime/Exceptions.h"
+
+namespace qxsvg {
+
+namespace {
+
+constexpr TSVGStyleProperties AllProperties = TSVGStyleProperties::Range(
+    TSVGStyleProperty::ipAlignmentBaseline, TSVGStyleProperty::ipWritingMode);
+
+}  // namespace
+
+TSVGGraphicElement::TSVGGraphicElement(TSVGDocument* Document)
+    : TSVGElement(Document), FInherits(SVGInheritedProperties) {
+  const auto Notice = TNotifyMethod::Bind<&TSVGGraphicElement::PropagateObjectPropChange>(this);
+  FStyle.SetOnChange(Notice);
+  FInherits.SetOnChange(Notice);
+  FAttributes = AllProperties;
+}
+
+TSVGGraphicElement::~TSVGGraphicElement() = default;
+
+void TSVGGraphicElement::SetParent(TSVGElement* Value) {
+  if (Value == Parent()) return;
+  if (Value == this) throw EInvalidOperation(SElementParentSetToSelf);
+  TSVGElement::SetParent(Value);
+  Reset();
+}
+
+// --- Invalidation
+// ---------------------------------------------------------------------------------
+
+void TSVGGraphicElement::MarkPaintsChanged() {
+  FBrushChanged = FPenChanged = FFontChanged = true;
+}
+
+void TSVGGraphicElement::Reset() {
+  MarkPaintsChanged();
+  FClippingChanged = true;
+  FShapeCacheChanged = true;
+  TSVGElement::Reset();
+}
+
+void TSVGGraphicElement::EnableChange() {
+  MarkPaintsChanged();
+  TSVGElement::EnableChange();
+}
+
+void TSVGGraphicElement::Change(TSVGElement* Element) {
+  FShapeCacheChanged = true;
+  TSVGElement::Change(Element);
+}
+
+std::uint8_t TSVGGraphicElement::StaleBySender(const TPersistent* Sender) const {
+  if (!Sender) return 0;
+  // Another element's marks are not recognised here: its children keep their caches.
+  if (Sender == &FInherits) return stBrush | stPen | stFont;
+  const TClass& Class = Sender->ClassType();
+  if (Class.InheritsFrom(TSVGBrush::Class)) return stBrush;
+  if (Class.InheritsFrom(TSVGPen::Class)) return stPen;
+  if (Class.InheritsFrom(TSVGFont::Class)) return stFont;
+  return 0;
+}
+
+void TSVGGraphicElement::PropagateObjectPropChange(TPersistent* Sender) {
+  const std::uint8_t Stale = StaleBySender(Sender);
+  if (Stale & stBrush) FBrushChanged = true;
+  if (Stale & stPen) FPenChanged = true;
+  if (Stale & stFont) FFontChanged = true;
+  if (FIsStyling) {
+    // The lock's owner tells of it.
+    FStale |= Stale | stOther;
+    return;
+  }
+  TSVGElement::PropagateObjectPropChange(Sender);
+}
+
+// --- Made on demand
+// -------------------------------------------------------------------------------
+
+TSVGBrush& TSVGGraphicElement::OwnBrush() {
+  if (!FBrush) {
+    FBrush = std::make_unique<TSVGBrush>();
+    FBrush->SetOnIsInherited(
+        TSVGIsInheritedEvent::Bind<&TSVGGraphicElement::ResourceGetInherited>(this));
+    FBrush->SetOnChange(TNotifyMethod::Bind<&TSVGGraphicElement::PropagateObjectPropChange>(this));
+  }
+  return *FBrush;
+}
+
+TSVGPen& TSVGGraphicElement::OwnPen() {
+  if (!FPen) {
+    FPen = std::make_unique<TSVGPen>();
+    FPen->SetOnIsInherited(
+        TSVGIsInheritedEvent::Bind<&TSVGGraphicElement::ResourceGetInherited>(this));
+    FPen->SetOnUnitFactors(OwnUnitFactors());
+    FPen->SetOnChange(TNotifyMethod::Bind<&TSVGGraphicElement::PropagateObjectPropChange>(this));
+  }
+  return *FPen;
+}
+
+TSVGFont& TSVGGraphicElement::OwnFont() {
+  if (!FFont) {
+    FFont = std::make_unique<TSVGFont>();
+    FFont->SetOnIsInherited(
+        TSVGIsInheritedEvent::Bind<&TSVGGraphicElement::ResourceGetInherited>(this));
+    FFont->SetOnChange(TNotifyMethod::Bind<&TSVGGraphicElement::PropagateObjectPropChange>(this));
+  }
+  return *FFont;
+}
+
+void TSVGGraphicElement::SetBrush(const TSVGBrush* Value) {
+  OwnBrush().Assign(Value);
+}
+
+void TSVGGraphicElement::SetPen(const TSVGPen* Value) {
+  OwnPen().Assign(Value);
+}
+
+void TSVGGraphicElement::SetFont(const TSVGFont* Value) {
+  OwnFont().Assign(Value);
+}
+
+void TSVGGraphicElement::ResourceGetInherited(TPersistent*, TSVGStyleProperty Property,
+                                              bool& IsInherited) {
+  IsInherited = IsMarked(Property);
+}
+
+const TSVGGraphicElement::References& TSVGGraphicElement::ReadReferences() const {
+  static const References None;
+  return FReferences ? *FReferences : None;
+}
+
+TSVGGraphicElement::References& TSVGGraphicElement::WriteReferences() {
+  if (!FReferences) FReferences = std::make_unique<References>();
+  return *FReferences;
+}
+
+TQXGPPath& TSVGGraphicElement::Shape() {
+  if (!FShape) FShape = std::make_unique<TQXGPPath>();
+  return *FShape;
+}
+
+// --- Preferred styles
+// -----------------------------------------------------------------------------
+
+TSVGStylePropertiesSet& TSVGGraphicElement::GetPreferredStyles() {
+  if (FParentPreferredStyles)
+    if (TSVGGraphicElement* Ancestor = GetGraphicParent()) return Ancestor->GetPreferredStyles();
+  if (!FPreferredStyles) {
+    FPreferredStyles = std::make_unique<TSVGStylePropertiesSet>();
+    FPreferredStyles->SetOnChange(
+        TNotifyMethod::Bind<&TSVGGraphicElement::HeldObjectChanged>(this));
+  }
+  return *FPreferredStyles;
+}
+
+void TSVGGraphicElement::SetPreferredStyles(const TSVGStylePropertiesSet* Value) {
+  FParentPreferredStyles = false;
+  GetPreferredStyles().Assign(Value);
+}
+
+}  // namespace qxsvg

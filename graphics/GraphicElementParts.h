@@ -1,0 +1,68 @@
+// What a graphic element makes only when it is needed, for its own sources.
+#pragma once
+
+#include <array>
+
+#include "graphics/GraphicElement.h"
+#include "graphics/SVGBrush.h"
+#include "graphics/SVGFont.h"
+#include "graphics/SVGPen.h"
+
+namespace qxsvg {
+
+// The properties that most elements have none of.
+struct TSVGGraphicElement::References {
+  std::array<String, SVGReferenceCount> URIs;
+  TRectF ClipRect;
+  TRectF BackgroundRect;
+
+  const String& URI(TSVGReference Which) const { return URIs[static_cast<std::size_t>(Which)]; }
+  String& URI(TSVGReference Which) { return URIs[static_cast<std::size_t>(Which)]; }
+};
+
+struct TSVGGraphicElement::Box {
+  TSVGLength X, Y, Width, Height;
+};
+
+struct TSVGGraphicElement::Spacings {
+  TSVGStylePropertyAutoLength Letter{TSVGStyleProperty::ipLetterSpacing};
+  TSVGStylePropertyAutoLength Kerning{TSVGStyleProperty::ipKerning};
+  TSVGStylePropertyAutoLength Word{TSVGStyleProperty::ipWordSpacing};
+  TSVGBaselineShiftLength BaselineShift{TSVGStyleProperty::ipBaselineShift};
+};
+
+// Switches the change notice of a paint object off while inherited parts are copied into it, so
+// that the resolution of a paint does not count as its change.
+template <class Paint>
+class TSilentPaint {
+ public:
+  explicit TSilentPaint(Paint& Target) : FTarget(Target), FNotice(Target.OnChange()) {
+    FTarget.SetOnChange({});
+  }
+  TSilentPaint(const TSilentPaint&) = delete;
+  TSilentPaint& operator=(const TSilentPaint&) = delete;
+  ~TSilentPaint() { FTarget.SetOnChange(FNotice); }
+
+ private:
+  Paint& FTarget;
+  TNotifyMethod FNotice;
+};
+
+// Gathers the notices of the objects that an element holds. The outermost lock tells them at its
+// end, to the element and, unless they are styled themselves in the same pass, to its children.
+class TSVGGraphicElement::StylingLock {
+ public:
+  explicit StylingLock(TSVGGraphicElement& Element) : FElement(Element), FWas(Element.FIsStyling) {
+    FElement.FIsStyling = true;
+  }
+  StylingLock(const StylingLock&) = delete;
+  StylingLock& operator=(const StylingLock&) = delete;
+  ~StylingLock() { FElement.FIsStyling = FWas; }
+  bool IsOutermost() const { return !FWas; }
+
+ private:
+  TSVGGraphicElement& FElement;
+  bool FWas;
+};
+
+}  // namespace qxsvg
