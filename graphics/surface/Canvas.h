@@ -185,8 +185,6 @@ class QXSVG_API TQXGPCanvas {
     TMatrix Matrix;
     TQXCanvasQuality Quality;
   };
-  void FillRun(TPointF Baseline, StringView Text, float Opacity);
-  void FillDecorations(TPointF Baseline, float Width, const TQXGPBrush& Brush, float Opacity);
 
   TMatrix FMatrix;
   TQXCanvasQuality FQuality;

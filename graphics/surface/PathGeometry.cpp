@@ -264,16 +264,27 @@ void TQXPathGeometry::Assign(const TQXPathView& Other) {
   FindFigure();
 }
 
+void TQXPathGeometry::Append(const TQXPathView& Other, const TMatrix& M) {
+  const std::size_t First = Count();
+  Append(Other, false);
+  TransformFrom(First, M);
+}
+
 void TQXPathGeometry::Transform(const TMatrix& M) {
+  TransformFrom(0, M);
+}
+
+void TQXPathGeometry::TransformFrom(std::size_t First, const TMatrix& M) {
   if (IsIdentityMatrix(M) || !IsFinite(M)) return;
+  const std::span<TPointF> Points = std::span(FPoints).subspan(First);
   float Sum = 0;
-  for (TPointF& P : FPoints) {
+  for (TPointF& P : Points) {
     P = QXMatrixTransform(M, P);
     Sum += P.X * 0 + P.Y * 0;
   }
   // Rarely anything overflows, so one sum decides whether each point needs a look.
   if (std::isfinite(Sum)) return;
-  for (TPointF& P : FPoints) P = {ClampCoordinate(P.X), ClampCoordinate(P.Y)};
+  for (TPointF& P : Points) P = {ClampCoordinate(P.X), ClampCoordinate(P.Y)};
 }
 
 void TQXPathGeometry::Translate(float DX, float DY) {

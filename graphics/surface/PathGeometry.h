@@ -54,6 +54,8 @@ class QXSVG_API TQXPathGeometry {
   // Copies the other's figures; with Connect a line joins this path's last point with the first of
   // the other, whose first move becomes that line.
   void Append(const TQXPathView& Other, bool Connect);
+  // The other's figures after M; the other is not this path.
+  void Append(const TQXPathView& Other, const TMatrix& M);
   void Assign(const TQXPathView& Other);
 
   // Products that no float holds are clamped to +-1e30.
@@ -71,6 +73,7 @@ class QXSVG_API TQXPathGeometry {
   // Entries that go on from the last, which the caller made right; the last move stays with it too.
   void AppendRaw(const TQXPathView& Entries);
   void FindFigure();
+  void TransformFrom(std::size_t First, const TMatrix& M);
   // Raises where that many more entries are over the limit.
   void CheckGrowth(std::size_t Points) const;
   void Grow(std::size_t Points);
