@@ -1,6 +1,7 @@
 #include "document/XMLTree.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "document/XMLNames.h"
@@ -39,9 +40,10 @@ void* TXMLArena::Take(std::size_t Bytes, std::size_t Alignment) {
 }
 
 char16_t* TXMLArena::Grow(char16_t* Text, std::size_t Used, std::size_t More) {
-  std::byte* Behind = reinterpret_cast<std::byte*>(Text + Used);
+  if (Used == 0) return Allocate<char16_t>(More);
+  const std::byte* Behind = reinterpret_cast<std::byte*>(Text + Used);
   const std::size_t Bytes = More * sizeof(char16_t);
-  if (Text && Behind == FNext && static_cast<std::size_t>(FEnd - FNext) >= Bytes) {
+  if (Behind == FNext && static_cast<std::size_t>(FEnd - FNext) >= Bytes) {
     FNext += Bytes;
     return Text;
   }
@@ -118,20 +120,40 @@ StringView TXMLDocument::KeepUtf8(std::string_view Text) {
   return AppendUtf8({}, Text);
 }
 
-StringView TXMLDocument::AppendUtf8(StringView Text, std::string_view More) {
-  // The arena's own characters are written by the arena's owner alone.
-  auto* Held = const_cast<char16_t*>(Text.data());
-  const auto* Bytes = reinterpret_cast<const unsigned char*>(More.data());
-  if (std::all_of(Bytes, Bytes + More.size(), [](unsigned char B) { return B < 0x80; })) {
-    if (More.empty()) return Text;
-    Held = FArena.Grow(Held, Text.size(), More.size());
-    std::copy(Bytes, Bytes + More.size(), Held + Text.size());
-    return {Held, Text.size() + More.size()};
+namespace {
+
+// Writes the leading ASCII of Bytes to Target, sixteen at a time as far as that goes; gives its
+// length.
+std::size_t WidenAscii(const unsigned char* Bytes, std::size_t Count, char16_t* Target) {
+  constexpr std::size_t Step = 16;
+  std::size_t Done = 0;
+  for (; Done + Step <= Count; Done += Step) {
+    std::uint64_t Halves[2];
+    std::memcpy(Halves, Bytes + Done, Step);
+    if ((Halves[0] | Halves[1]) & 0x8080808080808080u) break;
+    for (std::size_t I = 0; I < Step; ++I) Target[Done + I] = Bytes[Done + I];
   }
-  const String Wide = FromUtf8(More);
-  Held = FArena.Grow(Held, Text.size(), Wide.size());
-  std::copy(Wide.begin(), Wide.end(), Held + Text.size());
-  return {Held, Text.size() + Wide.size()};
+  for (; Done < Count && Bytes[Done] < 0x80; ++Done) Target[Done] = Bytes[Done];
+  return Done;
+}
+
+}  // namespace
+
+StringView TXMLDocument::AppendUtf8(StringView Text, std::string_view More) {
+  if (More.empty()) return Text;
+  // No text has more units in UTF-16 than bytes in UTF-8. The arena's own characters are written by
+  // the arena's owner alone.
+  auto* Held = FArena.Grow(const_cast<char16_t*>(Text.data()), Text.size(), More.size());
+  char16_t* End = Held + Text.size();
+  const std::size_t Ascii =
+      WidenAscii(reinterpret_cast<const unsigned char*>(More.data()), More.size(), End);
+  End += Ascii;
+  if (Ascii < More.size()) {
+    const String Wide = FromUtf8(More.substr(Ascii));
+    End = std::copy(Wide.begin(), Wide.end(), End);
+    FArena.Shrink(Held, static_cast<std::size_t>(End - Held));
+  }
+  return {Held, static_cast<std::size_t>(End - Held)};
 }
 
 // --- Node: reading

@@ -1,5 +1,6 @@
 #include "adapters/libxml2/SaxReader.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 
@@ -168,6 +169,7 @@ void TSaxReader::NoteError(const xmlError& Error) {
   if (Error.level != XML_ERR_FATAL || !FMessage.empty() || !Error.message) return;
   FMessage = Error.message;
   while (!FMessage.empty() && FMessage.back() == '\n') FMessage.pop_back();
+  std::replace(FMessage.begin(), FMessage.end(), '\n', ' ');
   FErrorLine = Error.line;
   FErrorColumn = Error.int2;
 }
