@@ -1,0 +1,224 @@
+// The tables of the vocabulary and the look-ups over them.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "foundation/Limits.h"
+#include "foundation/Lookups.h"
+#include "foundation/Messages.h"
+#include "foundation/Options.h"
+
+namespace qxsvg {
+
+namespace {
+
+using enum TSVGElementType;
+using enum TSVGStyleProperty;
+
+TEST(Vocabulary, TablesKeepTheOrdinalsThatStreamsHold) {
+  EXPECT_EQ(SVGElementTypeCount, 73u);
+  EXPECT_EQ(Ordinal(etRectangle), 8u);
+  EXPECT_EQ(Ordinal(etALink), 31u);
+  EXPECT_EQ(SVGElementTypeNames[72], u"foreignObject");
+  EXPECT_EQ(SVGStylePropertyCount, 55u);
+  EXPECT_EQ(Ordinal(ipFill), 14u);
+  EXPECT_EQ(Ordinal(ipOpacity), 34u);
+  EXPECT_EQ(SVGStylePropertyNames[54], u"writing-mode");
+  EXPECT_EQ(SVGFeatures.size(), 44u);
+  EXPECT_EQ(DefaultSVGOptions.Mask(), 443u);
+  EXPECT_EQ(MAX_SVGIMAGE_SIZE, 8096);
+}
+
+TEST(Vocabulary, SetsHaveTheMembersThatTheRowsMark) {
+  const struct {
+    TSVGElementTypes Set;
+    std::size_t Count;
+    TSVGElementType Member, Stranger;
+  } Cases[] = {
+      {SVGAllElements, 72, etForeignObject, etNone},
+      {SVGContainerElements, 7, etPattern, etALink},
+      {SVGDescriptiveElements, 3, etMetadata, etComment},
+      {SVGShapeElements, 7, etPath, etText},
+      {SVGStructuralElements, 6, etALink, etSwitch},
+      {SVGGradientElements, 2, etRadialGradient, etGradientStop},
+      {SVGTextContentElements, 4, etText, etAltGlyph},
+      {SVGTextContentChildElements, 3, etTRef, etText},
+      {SVGFilterPrimitiveElements, 19, etFETurbulence, etFilter},
+      {SVGUnsupportedElements, 40, etFont, etView},
+  };
+  for (const auto& Case : Cases) {
+    EXPECT_EQ(Case.Set.Count(), Case.Count) << "with " << Ordinal(Case.Member);
+    EXPECT_TRUE(Case.Set.Has(Case.Member)) << Ordinal(Case.Member);
+    EXPECT_FALSE(Case.Set.Has(Case.Stranger)) << Ordinal(Case.Stranger);
+  }
+  EXPECT_FALSE(SVGAllElements.Has(static_cast<TSVGElementType>(80)));
+  EXPECT_FALSE(SVGAllElements.Has(static_cast<TSVGElementType>(255)));
+
+  EXPECT_EQ(SVGFontStyleProperties.Count(), 7u);
+  EXPECT_EQ(SVGPaintingStyleProperties.Count(), 19u);
+  EXPECT_EQ(SVGTextStyleProperties, (TSVGStyleProperties{ipTextAnchor, ipTextDecoration}));
+  EXPECT_EQ(SVGClipMaskStyleProperties,
+            (TSVGStyleProperties{ipClip, ipClipPath, ipClipRule, ipOpacity}));
+  EXPECT_EQ(SVGInheritedProperties.Count(), 40u);
+  EXPECT_TRUE(SVGInheritedProperties.Has(ipNone));
+  EXPECT_FALSE(SVGInheritedProperties.Has(ipOpacity));
+}
+
+TEST(Vocabulary, OddDefaultsStay) {
+  EXPECT_EQ(DefaultSVGStylePropertyValues[Ordinal(ipFont)], u"???");
+  EXPECT_EQ(DefaultSVGStylePropertyValues[Ordinal(ipColor)], u"");
+  EXPECT_EQ(DefaultSVGStylePropertyValues[Ordinal(ipFontFamily)], u"Tahoma");
+  // What the standard calls "mathematical" is one letter short for one of two properties.
+  EXPECT_EQ(GetSVGAlignmentBaseline(u"mathematica"), TSVGAlignmentBaseline::abMathematical);
+  EXPECT_EQ(GetSVGAlignmentBaseline(u"mathematical"), TSVGAlignmentBaseline::abNone);
+  EXPECT_EQ(GetSVGDominantBaseline(u"mathematical"), TSVGDominantBaseline::dbMathematical);
+  EXPECT_EQ(GetSVGDominantBaseline(u"mathematica"), TSVGDominantBaseline::dbNone);
+  EXPECT_EQ(SVGTextAlignNames[0], u"middle");
+  EXPECT_EQ(SVGPointerEvents[0], u"none");
+}
+
+template <class E>
+void ExpectWordsGoThereAndBack() {
+  const auto& Table = TSVGWords<E>::Table;
+  for (std::size_t I = 0; I < Table.size(); ++I) {
+    const auto Value = static_cast<E>(I);
+    if (Table[I].empty()) continue;
+    EXPECT_EQ(SVGValueOf<E>(SVGWordOf(Value)), Value) << ToUtf8(Table[I]);
+  }
+  EXPECT_EQ(SVGValueOf<E>(u""), E{});
+  EXPECT_EQ(SVGValueOf<E>(u"no such word"), E{});
+  EXPECT_EQ(SVGWordOf(static_cast<E>(250)), u"");
+  EXPECT_EQ(KnownSVGValue(static_cast<E>(250)), E{});
+}
+
+TEST(Vocabulary, WordsGoThereAndBack) {
+  ExpectWordsGoThereAndBack<TSVGAlign>();
+  ExpectWordsGoThereAndBack<TSVGCursor>();
+  ExpectWordsGoThereAndBack<TSVGElementType>();
+  ExpectWordsGoThereAndBack<TSVGFontWeight>();
+  ExpectWordsGoThereAndBack<TSVGPointerEvents>();
+  ExpectWordsGoThereAndBack<TSVGSelectorTokenType>();
+  ExpectWordsGoThereAndBack<TSVGStyleProperty>();
+  ExpectWordsGoThereAndBack<TSVGUnit>();
+  ExpectWordsGoThereAndBack<TSVGWritingMode>();
+}
+
+// The hashed look-ups against a plain search, on names, near misses and noise.
+TEST(Vocabulary, HashedLookUpsAnswerAsASearchDoes) {
+  const unsigned Seed = 20250117;
+  SCOPED_TRACE(Seed);
+  std::mt19937 Random(Seed);
+  std::vector<StringView> Names(SVGElementTypeNames.begin(), SVGElementTypeNames.end());
+  Names.insert(Names.end(), SVGStylePropertyNames.begin(), SVGStylePropertyNames.end());
+  for (int Round = 0; Round < 20'000; ++Round) {
+    String Name(Names[Random() % Names.size()]);
+    switch (Random() % 5) {
+      case 0: break;
+      case 1: Name += static_cast<char16_t>(Random()); break;
+      case 2:
+        if (!Name.empty())
+          Name[Random() % Name.size()] ^= static_cast<char16_t>(1u << Random() % 16);
+        break;
+      case 3: Name.resize(Name.size() / 2); break;
+      default: std::swap(Name, Name.insert(0, 1, u's')); break;
+    }
+    ASSERT_EQ(Ordinal(GetSVGElementType(Name)), IndexOf(SVGElementTypeNames, StringView(Name), 1))
+        << ToUtf8(Name);
+    ASSERT_EQ(Ordinal(GetSVGStyleProperty(Name)), IndexOf(SVGStylePropertyNames, StringView(Name)))
+        << ToUtf8(Name);
+  }
+  EXPECT_EQ(GetSVGElementType(u"SVG"), etNone);
+  EXPECT_EQ(GetSVGElementType(u""), etNone);
+  EXPECT_EQ(GetSVGStylePropertyOfIdentifier(u"ipStrokeLineJoin"), ipStrokeLineJoin);
+  EXPECT_EQ(GetSVGStylePropertyOfIdentifier(u"ipstroke"), ipNone);
+}
+
+TEST(Vocabulary, FeaturesAreFoundByTheFullIdentifierOnly) {
+  const struct {
+    StringView Identifier;
+    bool IsSupported;
+  } Cases[] = {
+      {u"http://www.w3.org/TR/SVG11/feature#Shape", true},
+      {u"http://www.w3.org/TR/SVG11/feature#Filter", true},
+      {u"http://www.w3.org/TR/SVG11/feature#Image", false},
+      {u"http://www.w3.org/TR/SVG11/feature#Pattern", false},
+      {u"http://www.w3.org/TR/SVG11/feature#shape", false},
+      {u"Shape", false},
+      {u"Unknown", false},
+      {u"", false},
+  };
+  for (const auto& Case : Cases)
+    EXPECT_EQ(GetSVGFeatureSupport(Case.Identifier), Case.IsSupported) << ToUtf8(Case.Identifier);
+}
+
+TEST(Vocabulary, CursorsOfTheWindowSystemGiveTheFirstWord) {
+  using enum TSVGCursor;
+  const std::pair<int, TSVGCursor> Cases[] = {
+      {0, scrAuto},      {-9, scrE_resize}, {-6, scrNE_resize}, {-8, scrNW_resize},
+      {-7, scrN_resize}, {-1, scrNone},     {-21, scrPointer},  {5, scrNone},
+  };
+  for (const auto& [Platform, Cursor] : Cases)
+    EXPECT_EQ(GetSVGCursor(static_cast<TCursor>(Platform)), Cursor) << Platform;
+}
+
+TEST(Vocabulary, FontSizesAreTheScaleAboutMedium) {
+  constexpr std::array<float, 8> Expected{12, 6.9444447f, 8.333333f, 10,
+                                          12, 14.4f,      17.28f,    20.736f};
+  EXPECT_EQ(SVGFontSizes, Expected);
+  EXPECT_EQ(GetSVGFontAbsSize(17.28f), TSVGFontAbsSize::fabXLarge);
+  // The unset row stands first and has the same size as medium.
+  EXPECT_EQ(GetSVGFontAbsSize(12.0f), TSVGFontAbsSize::fabNone);
+  EXPECT_EQ(GetSVGFontAbsSize(13.0f), TSVGFontAbsSize::fabNone);
+  EXPECT_EQ(GetSVGFontFamily(u"monospace"), u"Courier New");
+  EXPECT_EQ(GetSVGFontFamily(u"Monospace"), u"");
+}
+
+TEST(Vocabulary, UnitsAreReadFromTheEndOfALength) {
+  using enum TSVGUnit;
+  const std::pair<StringView, TSVGUnit> Cases[] = {
+      {u"", suNone},     {u"px", suPixels},  {u"PX", suPixels},  {u"eM", suFontSize},
+      {u"%", suPercent}, {u"5%", suPercent}, {u"%x", suPercent}, {u"12", suNone},
+      {u"p", suNone},    {u"q", suNone},     {u"inch", suNone},
+  };
+  for (const auto& [Text, Unit] : Cases) EXPECT_EQ(GetSVGUnit(Text), Unit) << ToUtf8(Text);
+}
+
+TEST(Vocabulary, OrientationsAreRoundedToQuarterTurns) {
+  using H = TSVGGlyphOrientationHorizontal;
+  using V = TSVGGlyphOrientationVertical;
+  const struct {
+    StringView Text;
+    H Horizontal;
+    V Vertical;
+  } Cases[] = {
+      {u"0", H::oh0Deg, V::ov0Deg},
+      {u"90deg", H::oh90Deg, V::ov90Deg},
+      {u"180DEG", H::oh180Deg, V::ov180Deg},
+      {u"270", H::oh270Deg, V::ov270Deg},
+      // Halves go to the even quarter.
+      {u"45", H::oh0Deg, V::ov0Deg},
+      {u"135", H::oh180Deg, V::ov180Deg},
+      {u"-45", H::oh0Deg, V::ov0Deg},
+      {u"314.9", H::oh270Deg, V::ov270Deg},
+      {u"315", H::ohNone, V::ovNone},
+      {u"360", H::ohNone, V::ovNone},
+      {u"-90", H::ohNone, V::ovNone},
+      {u"1e300", H::ohNone, V::ovNone},
+      {u"auto", H::ohNone, V::ovAuto},
+      {u"Auto", H::ohNone, V::ovNone},
+      {u"deg", H::ohNone, V::ovNone},
+      {u"", H::ohNone, V::ovNone},
+  };
+  for (const auto& Case : Cases) {
+    EXPECT_EQ(GetSVGGlyphOrientationHorizontal(Case.Text), Case.Horizontal) << ToUtf8(Case.Text);
+    EXPECT_EQ(GetSVGGlyphOrientationVertical(Case.Text), Case.Vertical) << ToUtf8(Case.Text);
+  }
+}
+
+TEST(Vocabulary, MessagesTakeTheirArguments) {
+  EXPECT_EQ(Format(SInvalidChildType, {u"g", u"stop"}),
+            u"SVG element <g> does not allow children of <stop> element type");
+}
+
+}  // namespace
+}  // namespace qxsvg
