@@ -219,9 +219,9 @@ String AlphaColorToString(std::uint32_t Color) {
                                  [RGB](const TNamedColor& Named) { return Named.RGB == RGB; });
     if (At != NamedColors.end()) return String(At->Name);
   }
-  String Result = u"#";
-  for (int Shift = 28; Shift >= 0; Shift -= 4) Result += u"0123456789ABCDEF"[Color >> Shift & 15];
-  return Result;
+  char16_t Digits[] = u"#00000000";
+  for (int I = 8; I > 0; --I, Color >>= 4) Digits[I] = u"0123456789ABCDEF"[Color & 15];
+  return Digits;
 }
 
 }  // namespace qxsvg
