@@ -4,10 +4,10 @@
 #include <unordered_map>
 
 #include "document/HashTable.h"
+#include "runtime/StringList.h"
+#include "runtime/UpdateLock.h"
 
 namespace qxsvg {
-
-class TStrings;
 
 // Finds the first free name of the row Name, "Name Word", "Name  Word (1)", "Name   Word (2)"...
 // Remembers how far a row is taken, since the loader asks for the same row once for each duplicate.
@@ -73,6 +73,37 @@ class TQXStringObjectHashTable : public TQXStringHashTable<Object*> {
     Result.reserve(static_cast<std::size_t>(this->Count()));
     this->ForEach([&Result](const auto& Entry) { Result.push_back(Entry.FValue); });
     return Result;
+  }
+  // Each key with its object, in slot order; what a list of texts with objects holds.
+  using TPairs = std::vector<std::pair<String, Object*>>;
+  TPairs Pairs() const {
+    TPairs Result;
+    Result.reserve(static_cast<std::size_t>(this->Count()));
+    this->ForEach([&Result](const auto& Entry) { Result.emplace_back(Entry.FKey, Entry.FValue); });
+    return Result;
+  }
+  // Takes the pairs in the place of what the table holds; of equal keys the last one counts.
+  void Assign(const TPairs& Source) {
+    this->Clear();
+    for (const auto& [Key, Value] : Source) this->AddOrSetValue(Key, Value);
+  }
+  // From a table of the same kind.
+  void Assign(const TPersistent* Source) override {
+    if (const auto* Table = dynamic_cast<const TQXStringObjectHashTable*>(Source)) {
+      if (Table != this) Assign(Table->Pairs());
+    } else {
+      TPersistent::Assign(Source);
+    }
+  }
+
+ protected:
+  // To a list of texts: the keys.
+  void AssignTo(TPersistent* Dest) const override {
+    auto* const List = dynamic_cast<TStrings*>(Dest);
+    if (!List) return TPersistent::AssignTo(Dest);
+    const TUpdateLock Lock(*List);
+    List->Clear();
+    this->ForEach([List](const auto& Entry) { List->Add(Entry.FKey); });
   }
 };
 

@@ -174,6 +174,21 @@ TEST(HashTable, UniqueNamesOfOneRowStayCheap) {
   EXPECT_EQ(T.Count(), 20000);
 }
 
+TEST(HashTable, ObjectTablesAreAssigned) {
+  int One = 1, Two = 2;
+  TQXStringObjectHashTable<int> T, Copy;
+  T.Assign({{u"one", &One}, {u"two", &Two}, {u"one", &Two}});
+  EXPECT_EQ(T.Count(), 2);
+  EXPECT_EQ(T.GetItem(u"one"), &Two);
+  Copy.Add(u"old", &One);
+  Copy.Assign(&T);
+  EXPECT_EQ(Copy.Pairs(), T.Pairs());
+  TStringList Keys;
+  Keys.Assign(&T);
+  EXPECT_EQ(Keys.Count(), 2);
+  EXPECT_GE(Keys.IndexOf(u"two"), 0);
+}
+
 TEST(HashTable, AWideTableWithFewEntriesIsSmall) {
   // What an element's style table costs: one byte a slot and no entry before the first.
   Table T(64);
