@@ -196,6 +196,9 @@ class QXSVG_API TSVGElement : public TPersistent {
   // For UnitFactorsHandler of lengths and pens.
   void UnitFactorsHandler(TPersistent* Sender, TSVGUnitFactors& Factors);
 
+  // The state without a notice, for what an element is drawn in the place of for a moment.
+  void InitEnabled(bool Value) { FEnabled = Value; }
+
   TSVGElementState FElementState;
   TSVGStyleProperties FAttributes;
 

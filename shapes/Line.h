@@ -42,8 +42,8 @@ class QXSVG_API TSVGLine : public TSVGGraphicElement {
                                       const TRectF& Rect, const TSVGFindOptions& Options) override;
 
  private:
-  TPointF StartPoint() const;
-  TPointF EndPoint() const;
+  TPointF StartPoint();
+  TPointF EndPoint();
 };
 
 }  // namespace qxsvg

@@ -75,11 +75,14 @@ class QXSVG_API TSVGMarker : public TSVGCustomViewBox {
 
  private:
   void SetDefaultSize();
+  template <class Action>
+  void InPlaceOf(TSVGGraphicElement& Element, Action Do);
 
   TSVGLength FRefX, FRefY, FMarkerHeight, FMarkerWidth;
   TSVGMarkerUnit FUnits;
   float FOrientation = 0;
   bool FAutomaticOrientation = false;
+  bool FIsInUse = false;
 };
 
 }  // namespace qxsvg

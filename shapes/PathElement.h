@@ -43,8 +43,12 @@ class QXSVG_API TSVGPath : public TSVGGraphicElement {
                                       const TRectF& Rect, const TSVGFindOptions& Options) override;
 
  private:
+  void DataChanged(TPersistent* Sender);
+
   TQXPathData FData;
   double FPathLength = NoPathLength;
+  // The data is another than that which the shape was made of.
+  bool FIsShapeStale = true;
 };
 
 }  // namespace qxsvg

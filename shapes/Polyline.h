@@ -1,6 +1,8 @@
 // Polylines and polygons.
 #pragma once
 
+#include <memory>
+
 #include "graphics/GraphicElement.h"
 
 namespace qxsvg {
@@ -41,9 +43,12 @@ class QXSVG_API TSVGPolyline : public TSVGGraphicElement {
  private:
   // Every class below this one makes closed figures.
   bool IsOpen() const { return &ClassType() == &TSVGPolyline::Class; }
+  void TakePoints(TQXPoints Value);
   void DrawPoints(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect, bool Closed);
 
   TQXPoints FPoints;
+  // The points are others than those that the shape was made of.
+  bool FIsShapeStale = true;
 };
 
 // The element `polygon` (SVG 1.1 chapter 9.7).

@@ -44,10 +44,17 @@ class QXSVG_API TSVGRectangle : public TSVGGraphicElement {
   struct TRadii {
     TSVGLength X, Y;
   };
+  // What the shape was made of: it is made anew only for another one.
+  struct TFigure {
+    TRectF Bounds;
+    float RX = 0, RY = 0;
+    friend bool operator==(const TFigure&, const TFigure&) = default;
+  };
   TRadii& RadiiForWriting();
   void DrawUncached(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Bounds);
 
   std::unique_ptr<TRadii> FRadii;
+  TFigure FFigure;
 };
 
 }  // namespace qxsvg
