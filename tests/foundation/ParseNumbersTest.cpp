@@ -1,0 +1,160 @@
+// Number lists, numbers, points and angles.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+#include "foundation/ParseGeometry.h"
+#include "foundation/ParseNumbers.h"
+#include "foundation/ParseTokens.h"
+#include "runtime/Exceptions.h"
+
+namespace qxsvg {
+namespace {
+
+using TTexts = std::vector<StringView>;
+
+std::string Quoted(StringView Text) {
+  return "\"" + ToUtf8(Text) + "\"";
+}
+
+TEST(ParseTokens, WhereNumbersEnd) {
+  const struct {
+    StringView Text;
+    TTexts Tokens;
+  } Cases[] = {
+      {u"1,,2", {u"1", u"2"}},
+      {u", 1\r\n2 ,", {u"1", u"2"}},
+      {u"1-2+3", {u"1", u"-2", u"+3"}},
+      {u"1e-2-3E+4", {u"1e-2", u"-3E+4"}},
+      {u".5.5", {u".5", u".5"}},
+      {u"1.2.3", {u"1.2", u".3"}},
+      {u"-.5-.5", {u"-.5", u"-.5"}},
+      // A period behind an E belongs to the token even when there was one before.
+      {u"1.5e.5.5", {u"1.5e.5", u".5"}},
+      {u"1e5.3", {u"1e5.3"}},
+      {u"10px 50%", {u"10px", u"50%"}},
+      // A tab separates nothing.
+      {u"1\t2", {u"1\t2"}},
+      // The last character alone counts only when it is a digit.
+      {u"7", {u"7"}},
+      {u"x", {}},
+      {u"1 2 x", {u"1", u"2"}},
+      {u"1 2-", {u"1", u"2"}},
+      {u"1 2 -3", {u"1", u"2", u"-3"}},
+      {u"", {}},
+      {u" ,\n", {}},
+  };
+  for (const auto& Case : Cases)
+    EXPECT_EQ(SplitNumbers(Case.Text, SVGNumberSeparators), Case.Tokens) << Quoted(Case.Text);
+  EXPECT_EQ(SplitNumbers(u"1;2 3Z4", u";Z"), (TTexts{u"1", u"2 3", u"4"}));
+}
+
+TEST(ParseTokens, CleaningKeepsTheOrder) {
+  TTexts Texts{u" b ", u"", u"\t\r", u"a", u"\u00A0"};
+  CleanArray(Texts);
+  EXPECT_EQ(Texts, (TTexts{u"b", u"a", u"\u00A0"}));
+}
+
+// Reading a list in one pass must find the same tokens and the same numbers as cutting it first.
+TEST(ParseTokens, OnePassReadsWhatCuttingFinds) {
+  const unsigned Seed = 4711;
+  SCOPED_TRACE(Seed);
+  std::mt19937 Random(Seed);
+  constexpr StringView Alphabet = u"0123456789..--+eE, \n\tx%";
+  for (int Round = 0; Round < 20'000; ++Round) {
+    String Text;
+    for (unsigned I = Random() % 16; I > 0; --I) Text += Alphabet[Random() % Alphabet.size()];
+    TTexts Tokens = SplitNumbers(Text, SVGNumberSeparators);
+    CleanArray(Tokens);
+    const std::vector<float> Values = ParseNumbers(Text, {});
+    ASSERT_EQ(Values.size(), Tokens.size()) << Quoted(Text);
+    for (std::size_t I = 0; I < Tokens.size(); ++I) {
+      bool Inherit = false;
+      ASSERT_EQ(Values[I], ParseNumber(Tokens[I], 0, Inherit)) << Quoted(Text) << " at " << I;
+    }
+  }
+}
+
+TEST(ParseNumbers, WordsFailuresAndInheritance) {
+  const struct {
+    StringView Text;
+    bool Before;
+    float Value;
+    bool After;
+  } Cases[] = {
+      {u" 1.5 ", false, 1.5f, false},
+      {u"INFINITY", false, 1e8f, false},
+      {u"-Infinity", false, -1e8f, false},
+      {u"+Infinity", false, 7, false},
+      {u"nan", false, 7, false},
+      {u"1e39", false, 7, false},
+      {u"0x10", false, 7, false},
+      // An empty text leaves the mark, any other decides it.
+      {u"", true, 7, true},
+      {u"  ", true, 7, true},
+      {u"", false, 7, false},
+      {u"inherit", false, 7, true},
+      {u"Inherit", true, 7, false},
+      {u"3", true, 3, false},
+  };
+  for (const auto& Case : Cases) {
+    bool Inherit = Case.Before;
+    EXPECT_EQ(ParseNumber(Case.Text, 7, Inherit), Case.Value) << Quoted(Case.Text);
+    EXPECT_EQ(Inherit, Case.After) << Quoted(Case.Text);
+  }
+}
+
+TEST(ParseNumbers, BadTokensTakeTheDefaultAtTheirPlace) {
+  const float Defaults[] = {10, 20};
+  EXPECT_EQ(ParseNumbers(u"x1 2 x3 infinity", Defaults), (std::vector<float>{10, 2, 0, 1e8f}));
+  EXPECT_EQ(ParseNumbers(u"1,,2", Defaults), (std::vector<float>{1, 2}));
+  EXPECT_TRUE(ParseNumbers(u"", Defaults).empty());
+}
+
+TEST(ParseNumbers, MiterLimitsBelowOneAreNone) {
+  bool Inherit = false;
+  EXPECT_EQ(ParseMiterLimit(u"1", 4, Inherit), 1);
+  EXPECT_EQ(ParseMiterLimit(u"0.5", 4, Inherit), 4);
+  EXPECT_EQ(ParseMiterLimit(u"inherit", 4, Inherit), 4);
+  EXPECT_TRUE(Inherit);
+}
+
+TEST(ParseNumbers, AnglesAreRadians) {
+  constexpr float Quarter = static_cast<float>(std::numbers::pi / 2);
+  const struct {
+    StringView Text;
+    float Radians;
+    bool Auto;
+  } Cases[] = {
+      {u"90", Quarter, false},       {u"100 grad", Quarter, false},
+      {u"1 RAD", 1, false},          {u"90  deg", Quarter, false},
+      {u"90 turns", Quarter, false}, {u"90deg", 7, false},
+      {u"1.57rad", 7, false},        {u"auto", 7, true},
+      {u"Auto", 7, false},           {u"-1e308", -3.4028235e38f, false},
+  };
+  for (const auto& Case : Cases) {
+    bool Auto = !Case.Auto;
+    EXPECT_FLOAT_EQ(ParseAngle(Case.Text, 7, Auto), Case.Radians) << Quoted(Case.Text);
+    EXPECT_EQ(Auto, Case.Auto) << Quoted(Case.Text);
+  }
+  bool Auto = true;
+  EXPECT_EQ(ParseAngle(u" ", 7, Auto), 7);
+  EXPECT_TRUE(Auto);
+}
+
+TEST(ParsePoints, PairsAndFailures) {
+  EXPECT_EQ(ParsePoints(u" 10,20 30-40 "), (TQXPoints{{10, 20}, {30, -40}}));
+  EXPECT_EQ(ParsePoints(u"1e-2,5"), (TQXPoints{{0.01f, 5}}));
+  EXPECT_EQ(ParsePoints(u"10,20,30"), (TQXPoints{{10, 20}}));
+  EXPECT_EQ(ParsePoints(u".5.5"), (TQXPoints{{0.5f, 0.5f}}));
+  EXPECT_TRUE(ParsePoints(u"").empty());
+  // An odd last token is not even read.
+  EXPECT_EQ(ParsePoints(u"1,2 x3"), (TQXPoints{{1, 2}}));
+  for (const StringView Bad : {u"1,x2", u"x1,2", u"1e39 0", u"1px,2", u"infinity,1", u"1\t2 3"})
+    EXPECT_THROW(ParsePoints(Bad), EConvertError) << Quoted(Bad);
+}
+
+}  // namespace
+}  // namespace qxsvg
