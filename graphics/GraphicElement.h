@@ -19,6 +19,7 @@
 
 namespace qxsvg {
 
+class TQXGPBrush;
 class TQXGPCanvas;
 class TQXGPPath;
 class TQXGPRegion;
@@ -289,9 +290,13 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   virtual bool BeginDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
   virtual void EndDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
   virtual void FillPolygons(const TMatrix& Matrix, TQXGPCanvas& Canvas);
-  virtual bool DoDrawing(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
-  virtual void DoDrawn(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
-  virtual bool DoDisableAppearance(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect);
+  // Each asks or tells the document, which asks or tells the host; Sender is the element drawn.
+  virtual bool DoDrawing(TSVGElement* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                         const TRectF& Rect);
+  virtual void DoDrawn(TSVGElement* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                       const TRectF& Rect);
+  virtual bool DoDisableAppearance(TSVGElement* Sender, TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                   TRectF& Rect);
   virtual TQXGPSmoothingMode GetSmoothingMode(TSVGShapeRendering Value) const;
   virtual TQXGPTextRenderingHint GetTextRenderingHint(TSVGTextRendering Value) const;
   virtual TQXGPCompositingQuality GetCompositingQuality(TSVGColorRendering Rendering,
@@ -339,6 +344,10 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // Where a clip path keeps its region; empty until first asked for.
   std::unique_ptr<TQXGPRegion>& ClipRegion() { return FClipRegion; }
   bool ClippingChanged() const { return FClippingChanged; }
+  // Whether the next GetBrush resolves the brush anew.
+  bool BrushChanged() const { return FBrushChanged; }
+  // The next GetBrush, GetPen and GetFont resolve anew.
+  void MarkPaintsChanged();
   void SetClippingChanged(bool Value) { FClippingChanged = Value; }
   // Overflow without the steps of the setter, for classes that start with another value.
   void InitOverflow(bool Value) { FOverflow = Value; }
@@ -375,11 +384,18 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   bool IsMarked(TSVGStyleProperty Property) const { return FInherits.Has(Property); }
   const String& EffectiveReference(TSVGReference Which) const;
   void StoreReference(TSVGReference Which, StringView Value);
-  void MarkPaintsChanged();
   std::uint8_t StaleBySender(const TPersistent* Sender) const;
   // The size of the font in force, without making a font object for it.
   float EffectiveFontSize();
   TSVGElement* FindByID(StringView ID) const;
+  // Gives Target what the paint server of that identifier paints with; the kind to use it with, or
+  // bkNone where it is no paint server.
+  TQXGPBrushKind PaintFromServer(StringView URI, TQXGPBrush& Target, const TMatrix& Matrix,
+                                 const TRectF& Bounds, const TRectF& Viewport);
+  const String& EffectiveFillURI() const;
+  const String& EffectiveStrokeURI() const;
+  void InheritPen(TSVGPen& Pen, TSVGPen& Above) const;
+  void InheritFont(TSVGFont& Font, const TSVGFont& Above) const;
   const References& ReadReferences() const;
   References& WriteReferences();
   Box& WriteBox();
