@@ -32,10 +32,11 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   TSVGElementTypes ChildSVGTypes() const override;
   TSVGDocument* AsDocument() override { return this; }
 
-  // --- Loading. Each replaces the whole tree. What cannot be read raises EStreamError or EXMLError,
-  // a document without root or with another root than `svg` raises ESVGException; in these cases the
-  // previous tree stands. An element that may not stand where it stands raises ESVGException too; what
-  // was read up to there is then what the document holds. OnChange fires once, after OnLoaded.
+  // --- Loading. Each replaces the whole tree. What cannot be read raises EStreamError or
+  // EXMLError, a document without root or with another root than `svg` raises ESVGException; in
+  // these cases the previous tree stands. An element that may not stand where it stands raises
+  // ESVGException too; what was read up to there is then what the document holds. OnChange fires
+  // once, after OnLoaded.
   void LoadFromFile(StringView FileName);
   void LoadFromFile(std::string_view FileNameUtf8);
   virtual void LoadFromStream(TStream& Stream);
@@ -83,6 +84,28 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   // Language holds language tags parted by commas or blanks.
   virtual bool SupportsLanguage(StringView Language) const;
 
+  // --- Drawing. Rect is the area drawn to, in surface coordinates; Matrix leads from the
+  // document's user space to the surface, and is the document's view of Rect in the forms without
+  // one.
+  using TSVGCustomViewBox::Draw;
+  void Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
+  // One element alone at its place in the tree, when it and the document may be drawn.
+  using TSVGCustomViewBox::DrawElement;
+  virtual void DrawElement(TSVGGraphicElement& Element, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                           const TRectF& Rect);
+  void DrawElement(TSVGGraphicElement& Element, TQXGPCanvas& Canvas, const TRectF& Rect);
+  // What is painted before (after) Element, with Element itself when IncludeElement is set. The
+  // first raises EAbort when it comes to the element, which the caller catches; the canvas then
+  // holds states that the walk had saved.
+  virtual void DrawBeforeElement(TSVGElement& Element, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                 const TRectF& Rect, bool IncludeElement);
+  void DrawBeforeElement(TSVGElement& Element, TQXGPCanvas& Canvas, const TRectF& Rect,
+                         bool IncludeElement);
+  virtual void DrawAfterElement(TSVGElement& Element, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                const TRectF& Rect, bool IncludeElement);
+  void DrawAfterElement(TSVGElement& Element, TQXGPCanvas& Canvas, const TRectF& Rect,
+                        bool IncludeElement);
+
   // --- Settings
   TSVGOptions GetOptions() const override;
   void SetOptions(const TSVGOptions& Value);
@@ -123,6 +146,10 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   TSVGElementEvent OnAddElement, OnRemoveElement;
   TSVGStyleEvent OnAddStyle, OnRemoveStyle;
   TSVGShouldDrawQEvent OnShouldDraw;
+  TSVGDrawingQEvent OnDrawing;
+  TSVGDrawingEvent OnDrawn;
+  TSVGDrawingModificationEvent OnDisableAppearance;
+  TSVGGraphicElementFoundEvent OnElementFound;
   TSVGSavingElementEvent OnSavingElement;
   TSVGSaveElementEvent OnSavedElement;
   TSVGDiagnosticEvent OnDiagnostic;
@@ -142,6 +169,13 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   bool DoOnSavingElement(TSVGElement* Element, IXMLNode& Node) override;
   void DoOnSavedElement(TSVGElement* Element, IXMLNode& Node) override;
   virtual bool DoShouldDraw(TSVGElement* Element, bool Value);
+  bool DoDrawing(TSVGElement* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                 const TRectF& Rect) override;
+  void DoDrawn(TSVGElement* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+               const TRectF& Rect) override;
+  bool DoDisableAppearance(TSVGElement* Sender, TMatrix& Matrix, TQXGPCanvas& Canvas,
+                           TRectF& Rect) override;
+  TSVGElement* DoOnElementFound(TSVGElement* Element) override;
   // Adds a declaration list to the rule of that selector, made when missing; gives the rule.
   virtual TSVGStyle* DoAddStyle(StringView Selector, StringView Style);
   virtual void UpdateElementLists();
@@ -154,6 +188,7 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
 
  private:
   friend class TSVGElement;
+  friend class TSVGGraphicElement;
 
   void CopyRenderingDefaults();
   void DestroyStyles();

@@ -21,6 +21,18 @@ using TSVGParserNodeEvent = std::function<void(TPersistent* Sender, IXMLNode& No
 using TSVGStyleEvent = std::function<void(TPersistent* Sender, TSVGStyle* Style)>;
 // DoDraw comes in with what the system decided and goes out with what shall happen.
 using TSVGShouldDrawQEvent = std::function<void(TPersistent* Sender, bool& DoDraw)>;
+using TSVGDrawingQEvent =
+    std::function<void(TPersistent* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                       const TRectF& Rect, bool& DoDraw)>;
+using TSVGDrawingEvent = std::function<void(TPersistent* Sender, const TMatrix& Matrix,
+                                            TQXGPCanvas& Canvas, const TRectF& Rect)>;
+// What the handler does to Matrix and Rect counts for the element; DoDefault false leaves its
+// paints as they are.
+using TSVGDrawingModificationEvent = std::function<void(
+    TPersistent* Sender, TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect, bool& DoDefault)>;
+// Element goes out as what the hit test gives, which may be null.
+using TSVGGraphicElementFoundEvent =
+    std::function<void(TPersistent* Sender, TSVGElement*& Element)>;
 using TSVGSaveElementEvent =
     std::function<void(TPersistent* Sender, TSVGElement* Element, IXMLNode& Node)>;
 using TSVGSavingElementEvent =

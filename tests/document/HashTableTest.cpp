@@ -81,14 +81,18 @@ TEST(HashTable, AgreesWithAModelUnderRandomUse) {
         const bool IsThere = T.ExtractPair(Key, Value);
         const auto Known = Model.extract(Key);
         ASSERT_EQ(IsThere, !Known.empty());
-        if (IsThere) ASSERT_EQ(Value, Known.mapped());
+        if (IsThere) {
+          ASSERT_EQ(Value, Known.mapped());
+        }
         break;
       }
       default: {
         const int* Found = T.Find(Key);
         const auto Known = Model.find(Key);
         ASSERT_EQ(Found != nullptr, Known != Model.end());
-        if (Found) ASSERT_EQ(*Found, Known->second);
+        if (Found) {
+          ASSERT_EQ(*Found, Known->second);
+        }
       }
     }
     ASSERT_EQ(T.Count(), static_cast<int>(Model.size()));
