@@ -1,0 +1,509 @@
+#include "graphics/surface/Stroker.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "foundation/Limits.h"
+#include "graphics/surface/Pen.h"
+#include "graphics/surface/StrokeOutline.h"
+
+namespace qxsvg {
+
+namespace {
+
+// A pattern that repeats within this many pixels is drawn with so many repetitions taken as one
+// that it does not: nobody sees the difference, and the number of marks stays within what is
+// visible.
+constexpr double LeastPeriod = 0.125;
+// Miters that reach farther than this many widths are not looked for outside the clip.
+constexpr float FarthestMiter = 100;
+
+struct TFigure {
+  std::size_t First = 0, Last = 0;
+  TPointF Start;
+  bool IsClosed = false;
+};
+
+struct TDashes {
+  std::span<const double> Edges;
+  double Offset = 0;
+  double Period() const { return Edges.back(); }
+};
+
+struct TCurvePoints {
+  std::array<TPointF, TQXLineBuffer::MaxReserve> Points, Tangents;
+  std::uint32_t Count = 0;
+};
+
+float LengthOf(TPointF V) {
+  return std::sqrt(V.X * V.X + V.Y * V.Y);
+}
+TPointF Middle(TPointF A, TPointF B) {
+  return {A.X * 0.5f + B.X * 0.5f, A.Y * 0.5f + B.Y * 0.5f};
+}
+
+// The unit vector and length from A to B; a length of 0 where they are the same point.
+struct TWay {
+  TPointF Direction;
+  double Length = 0;
+  TWay(TPointF A, TPointF B) {
+    const double DX = double{B.X} - A.X, DY = double{B.Y} - A.Y;
+    Length = std::sqrt(DX * DX + DY * DY);
+    if (Length > 0) Direction = {static_cast<float>(DX / Length), static_cast<float>(DY / Length)};
+  }
+};
+
+// Steps that keep both the curve and its sides within the tolerance: the sides of a chord that
+// turns by A leave the curve's by about HalfWidth A^2 / 8 more.
+std::uint32_t StrokedSteps(const std::array<TPointF, 4>& P, float HalfWidth, float Tolerance) {
+  const auto Base = static_cast<float>(QXCurveSteps(P[0], P[1], P[2], P[3], Tolerance));
+  float Turn = 0;
+  TPointF Before;
+  bool HasBefore = false;
+  for (int I = 0; I < 3; ++I) {
+    const TPointF Leg = P[I + 1] - P[I];
+    const float Length = LengthOf(Leg);
+    if (!(Length > 0)) continue;
+    const TPointF Now = Leg * (1 / Length);
+    if (HasBefore) Turn += LengthOf(Now - Before);
+    Before = Now;
+    HasBefore = true;
+  }
+  const float Turns = 1.3f * Turn * std::sqrt(HalfWidth / (8 * Tolerance));
+  const float Steps = std::sqrt(Base * Base + Turns * Turns);
+  return 1 + static_cast<std::uint32_t>(std::min(Steps, static_cast<float>(QXMaxCurveSteps)));
+}
+
+TPointF FirstWay(TPointF From, TPointF A, TPointF B, TPointF C) {
+  for (const TPointF To : {A, B, C})
+    if (const TWay Way(From, To); Way.Length > 0) return Way.Direction;
+  return {1, 0};
+}
+
+void SampleCurve(const std::array<TPointF, 4>& P, std::uint32_t Steps, TCurvePoints& Out) {
+  const TQXCubic Cubic = TQXCubic::FromControls(P[0], P[1], P[2], P[3]);
+  Out.Count = Steps + 1;
+  Cubic.Sample(0, Out.Count, Steps, Out.Points.data());
+  Cubic.SampleTangents(0, Out.Count, Steps, Out.Tangents.data());
+  Out.Points[0] = P[0];
+  Out.Points[Steps] = P[3];
+  for (std::uint32_t I = 0; I < Out.Count; ++I) {
+    TPointF& T = Out.Tangents[I];
+    const float Square = std::max(T.X * T.X + T.Y * T.Y, 1e-30f);
+    T = T * (1 / std::sqrt(Square));
+  }
+  // Where the curve stands still its tangent is that of what follows or what came before.
+  Out.Tangents[0] = FirstWay(P[0], P[1], P[2], P[3]);
+  Out.Tangents[Steps] = FirstWay(P[3], P[2], P[1], P[0]) * -1.0f;
+  for (std::uint32_t I = 1; I < Steps; ++I)
+    if (const TPointF T = Out.Tangents[I]; !(T.X * T.X + T.Y * T.Y > 0.5f))
+      Out.Tangents[I] = Out.Tangents[I - 1];
+}
+
+class TFigureStroker {
+ public:
+  TFigureStroker(const TQXStrokeStyle& Style, TStrokeOutline& Outline, const TRectF& Visible,
+                 float Far, const TDashes* Dashes)
+      : FStyle(Style), FOutline(Outline), FVisible(Visible), FFar(Far), FDashes(Dashes) {}
+
+  void Draw(const TQXPathView& Path, const TFigure& Figure);
+
+ private:
+  void Line(TPointF P);
+  void Curve(TPointF C1, TPointF C2, TPointF P);
+  void CurvePart(const std::array<TPointF, 4>& P, std::uint32_t Steps);
+  void Close();
+  void Finish();
+  void Dot();
+  void Pass(TPointF Direction, float Length);
+  void TurnTo(TPointF Direction, float Length);
+  bool IsVisible(std::initializer_list<TPointF> Points) const;
+
+  void BeginDashes();
+  void DashLine(TPointF P, bool IsWithin);
+  void JumpTo(double Distance);
+  void NextEdge();
+  double EdgeAt(std::size_t Index) const {
+    return static_cast<double>(FCycle) * FDashes->Period() + FDashes->Edges[Index] -
+           FDashes->Offset;
+  }
+  void FinishDashes();
+  TQXGPLineCap DashCap() const { return static_cast<TQXGPLineCap>(FStyle.DashCap); }
+
+  const TQXStrokeStyle& FStyle;
+  TStrokeOutline& FOutline;
+  const TRectF FVisible;
+  const float FFar;
+  const TDashes* FDashes;
+
+  bool FIsClosed = false, FHasSegment = false, FWasCut = false;
+  TPointF FAt, FStart, FStartDirection, FDirection;
+  float FStartLength = 0, FLength = 0;
+
+  // Along the figure; the mark or gap FIndex of repetition FCycle is the one that holds it.
+  double FDistance = 0;
+  std::int64_t FCycle = 0;
+  std::size_t FIndex = 0, FMarks = 0;
+  bool FStartsOn = false;
+  TCurvePoints FCurve;
+};
+
+bool TFigureStroker::IsVisible(std::initializer_list<TPointF> Points) const {
+  const TRectF Box = QXPointsBox({Points.begin(), Points.size()});
+  return Box.Left <= FVisible.Right && Box.Right >= FVisible.Left && Box.Top <= FVisible.Bottom &&
+         Box.Bottom >= FVisible.Top;
+}
+
+void TFigureStroker::Draw(const TQXPathView& Path, const TFigure& Figure) {
+  FIsClosed = Figure.IsClosed;
+  FHasSegment = FWasCut = false;
+  FAt = FStart = Figure.Start;
+  if (FDashes) BeginDashes();
+  for (std::size_t I = Figure.First; I < Figure.Last; ++I) {
+    const TPointF* P = &Path.Points[I];
+    if (Path.Kinds[I] == TQXPathPointKind::pkCurve) {
+      Curve(P[0], P[1], P[2]);
+      I += 2;
+    } else if (Path.Kinds[I] == TQXPathPointKind::pkLine) {
+      Line(*P);
+    }
+  }
+  if (FIsClosed) Line(FStart);
+  if (!FHasSegment)
+    // A figure that only moves has no stroke; one whose segments have no length has its caps.
+    return Figure.First < Figure.Last || Figure.IsClosed ? Dot() : void();
+  if (FDashes)
+    FinishDashes();
+  else
+    Finish();
+}
+
+void TFigureStroker::Dot() {
+  if (FStyle.StartCap == TQXGPLineCap::lcFlat || FStyle.EndCap == TQXGPLineCap::lcFlat) return;
+  if (!IsVisible({FAt})) return;
+  FOutline.Begin(FAt, {1, 0}, FStyle.StartCap);
+  FOutline.End(FStyle.EndCap);
+}
+
+// Makes the outline go on from here in that direction. Where the segments before were left out, it
+// begins with the last of them, so that the turn is the same as if they had not been.
+void TFigureStroker::TurnTo(TPointF Direction, float Length) {
+  if (!FHasSegment) {
+    if (FIsClosed)
+      FOutline.BeginRing(FAt, Direction);
+    else
+      FOutline.Begin(FAt, Direction, FStyle.StartCap);
+    return;
+  }
+  if (!FOutline.IsOpen()) {
+    FOutline.Begin(FAt, FDirection, TQXGPLineCap::lcFlat);
+    FOutline.Advance(FAt, FLength);
+  }
+  FOutline.Turn(Direction, Length);
+}
+
+// Leaves a segment out that begins in Direction: no more than the turn into it is drawn.
+void TFigureStroker::Pass(TPointF Direction, float Length) {
+  FWasCut = true;
+  if (!FOutline.IsOpen()) return;
+  FOutline.Turn(Direction, Length);
+  FOutline.End(TQXGPLineCap::lcFlat);
+}
+
+void TFigureStroker::Line(TPointF P) {
+  if (FDashes) return DashLine(P, false);
+  const TWay Way(FAt, P);
+  if (!(Way.Length > 0)) return;
+  const auto Length = static_cast<float>(Way.Length);
+  const bool Shows = IsVisible({FAt, P});
+  if (!Shows) {
+    Pass(Way.Direction, Length);
+  } else {
+    const auto IsFar = [&](TPointF Q) { return std::abs(Q.X) > FFar || std::abs(Q.Y) > FFar; };
+    // What is far away is left out by the length, so that the outline stays within numbers that
+    // tell one pixel from the next.
+    const auto Along = [&](double Distance) {
+      return TPointF{static_cast<float>(FAt.X + Way.Direction.X * Distance),
+                     static_cast<float>(FAt.Y + Way.Direction.Y * Distance)};
+    };
+    if (!IsFar(FAt) && !IsFar(P)) {
+      TurnTo(Way.Direction, Length);
+      FOutline.Advance(P, Length);
+    } else {
+      const double ToMiddle = -(double{FAt.X} * Way.Direction.X + double{FAt.Y} * Way.Direction.Y);
+      const double From = std::clamp(ToMiddle - FFar, 0.0, Way.Length);
+      const double To = std::clamp(ToMiddle + FFar, 0.0, Way.Length);
+      if (IsFar(FAt)) {
+        Pass(Way.Direction, Length);
+        FOutline.Begin(Along(From), Way.Direction, TQXGPLineCap::lcFlat);
+      } else {
+        TurnTo(Way.Direction, Length);
+      }
+      FOutline.Advance(Along(To), Length);
+      if (IsFar(P)) {
+        FOutline.End(TQXGPLineCap::lcFlat);
+        FWasCut = true;
+      }
+    }
+  }
+  if (!FHasSegment) {
+    FStartDirection = Way.Direction;
+    FStartLength = Length;
+    FHasSegment = true;
+  }
+  FAt = P;
+  FDirection = Way.Direction;
+  FLength = Length;
+}
+
+// A long curve is halved, so that hidden halves cost little; see QXFlattenFigures.
+void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
+  constexpr std::uint32_t Levels = 20;
+  std::array<std::array<TPointF, 4>, Levels + 2> Stack;
+  std::array<std::uint32_t, Levels + 2> Depths;
+  if (FAt == C1 && C1 == C2 && C2 == P) return;
+  std::uint32_t Count = 1;
+  Stack[0] = {FAt, C1, C2, P};
+  Depths[0] = 0;
+  while (Count != 0) {
+    const std::array<TPointF, 4> Part = Stack[--Count];
+    const std::uint32_t Depth = Depths[Count];
+    const std::uint32_t Steps = StrokedSteps(Part, FOutline.HalfWidth(), FOutline.Tolerance());
+    const bool Shows = FDashes || IsVisible({Part[0], Part[1], Part[2], Part[3]});
+    if (!Shows || Steps < TQXLineBuffer::MaxReserve || Depth == Levels) {
+      CurvePart(Part, Shows ? std::min(Steps, TQXLineBuffer::MaxReserve - 1) : 0);
+      continue;
+    }
+    const TPointF AB = Middle(Part[0], Part[1]), BC = Middle(Part[1], Part[2]),
+                  CD = Middle(Part[2], Part[3]);
+    const TPointF ABC = Middle(AB, BC), BCD = Middle(BC, CD), M = Middle(ABC, BCD);
+    Depths[Count] = Depths[Count + 1] = Depth + 1;
+    Stack[Count++] = {M, BCD, CD, Part[3]};
+    Stack[Count++] = {Part[0], AB, ABC, M};
+  }
+}
+
+// No steps: the part is not seen.
+void TFigureStroker::CurvePart(const std::array<TPointF, 4>& P, std::uint32_t Steps) {
+  if (P[0] == P[1] && P[1] == P[2] && P[2] == P[3]) return;
+  if (FDashes) {
+    SampleCurve(P, Steps, FCurve);
+    for (std::uint32_t I = 1; I <= Steps; ++I) DashLine(FCurve.Points[I], I > 1);
+    return;
+  }
+  const TPointF First = FirstWay(P[0], P[1], P[2], P[3]);
+  const TPointF Last = FirstWay(P[3], P[2], P[1], P[0]) * -1.0f;
+  if (Steps == 0) {
+    Pass(First, 0);
+  } else {
+    SampleCurve(P, Steps, FCurve);
+    TurnTo(First, 0);
+    FOutline.Curve(FCurve.Points.data(), FCurve.Tangents.data(), FCurve.Count);
+  }
+  if (!FHasSegment) {
+    FStartDirection = First;
+    FStartLength = 0;
+    FHasSegment = true;
+  }
+  FAt = P[3];
+  FDirection = Last;
+  FLength = 0;
+}
+
+void TFigureStroker::Finish() {
+  if (!FIsClosed) {
+    if (FOutline.IsOpen()) FOutline.End(FStyle.EndCap);
+    return;
+  }
+  TurnTo(FStartDirection, FStartLength);
+  if (FWasCut)
+    FOutline.End(TQXGPLineCap::lcFlat);
+  else
+    FOutline.EndRing();
+}
+
+void TFigureStroker::BeginDashes() {
+  FDistance = 0;
+  JumpTo(0);
+  FStartsOn = FIndex % 2 == 0;
+}
+
+// Finds the mark or gap that holds the place; a mark of no length does not hold its own.
+void TFigureStroker::JumpTo(double Distance) {
+  const double Along = Distance + FDashes->Offset, Period = FDashes->Period();
+  const double Cycle = std::floor(Along / Period);
+  FCycle = static_cast<std::int64_t>(std::clamp(Cycle, -1e15, 1e15));
+  const double Rest = std::clamp(Along - Cycle * Period, 0.0, Period);
+  const auto Found = std::upper_bound(FDashes->Edges.begin(), FDashes->Edges.end() - 1, Rest);
+  FIndex = static_cast<std::size_t>(Found - FDashes->Edges.begin()) - 1;
+  // A mark of no length right here is the first to be met.
+  while (FIndex > 0 && FDashes->Edges[FIndex - 1] == Rest) --FIndex;
+}
+
+void TFigureStroker::NextEdge() {
+  if (++FIndex + 1 == FDashes->Edges.size()) {
+    FIndex = 0;
+    ++FCycle;
+  }
+}
+
+void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
+  const TWay Way(FAt, P);
+  if (!(Way.Length > 0)) return;
+  const auto Length = static_cast<float>(Way.Length);
+  const double From = FDistance, To = From + Way.Length;
+  const auto At = [&](double Distance) {
+    return TPointF{static_cast<float>(FAt.X + (Distance - From) * Way.Direction.X),
+                   static_cast<float>(FAt.Y + (Distance - From) * Way.Direction.Y)};
+  };
+  // The part whose marks can be seen.
+  double Low = From, High = To;
+  const auto Cut = [&](double Origin, double Rate, double Least, double Most) {
+    if (Rate == 0) {
+      if (Origin < Least || Origin > Most) Low = High + 1;
+      return;
+    }
+    const double A = From + (Least - Origin) / Rate, B = From + (Most - Origin) / Rate;
+    Low = std::max(Low, std::min(A, B));
+    High = std::min(High, std::max(A, B));
+  };
+  Cut(FAt.X, Way.Direction.X, FVisible.Left, FVisible.Right);
+  Cut(FAt.Y, Way.Direction.Y, FVisible.Top, FVisible.Bottom);
+
+  if (FOutline.IsOpen()) {
+    if (IsWithin)
+      FOutline.TurnWithin(Way.Direction, Length);
+    else
+      FOutline.Turn(Way.Direction, Length);
+    const double End = EdgeAt(FIndex + 1);
+    FOutline.Advance(End < To ? At(End) : P, Length);
+    if (End < To) {
+      FOutline.End(DashCap());
+      NextEdge();
+    }
+  }
+  if (!FOutline.IsOpen() && Low <= High) {
+    if (EdgeAt(FIndex + 1) < Low) JumpTo(Low);
+    for (; EdgeAt(FIndex) < std::min(High, To); NextEdge()) {
+      if (FIndex % 2 != 0) continue;
+      const double Begin = EdgeAt(FIndex), End = EdgeAt(FIndex + 1);
+      const bool IsFirst = !FHasSegment && Begin <= From;
+      const auto Kind = Begin >= From && !IsFirst ? DashCap()
+                        : IsFirst && !FIsClosed   ? FStyle.StartCap
+                                                  : TQXGPLineCap::lcFlat;
+      FOutline.Begin(At(std::max(Begin, From)), Way.Direction, Kind);
+      const bool GoesOn = End >= To || ++FMarks > Limits::DashCount;
+      FOutline.Advance(GoesOn ? P : At(End), Length);
+      if (GoesOn) break;
+      FOutline.End(DashCap());
+    }
+  }
+  if (!FOutline.IsOpen() && EdgeAt(FIndex + 1) < To) JumpTo(To);
+  if (!FHasSegment) {
+    FStartDirection = Way.Direction;
+    FStartLength = Length;
+    FHasSegment = true;
+  }
+  FDistance = To;
+  FAt = P;
+}
+
+void TFigureStroker::FinishDashes() {
+  if (FOutline.IsOpen()) {
+    if (FIsClosed && FStartsOn) {
+      FOutline.Turn(FStartDirection, FStartLength);
+      FOutline.End(TQXGPLineCap::lcFlat);
+    } else {
+      FOutline.End(FIsClosed ? DashCap() : FStyle.EndCap);
+    }
+  } else if (FIsClosed && FStartsOn) {
+    FOutline.StartCapAlone(FStart, FStartDirection, DashCap());
+  }
+}
+
+// False for a pattern that is a solid line.
+bool MakeDashes(const TQXStrokeStyle& Style, double Scale, std::vector<double>& Edges,
+                double& Offset) {
+  Edges.clear();
+  if (Style.Dashes.empty() || Style.Dashes.size() > Limits::DashCount) return false;
+  const std::size_t Count = Style.Dashes.size() * (Style.Dashes.size() % 2 + 1);
+  double Sum = 0;
+  Edges.push_back(0);
+  for (std::size_t I = 0; I < Count; ++I) {
+    const double Length = double{Style.Dashes[I % Style.Dashes.size()]} * Style.Width;
+    if (!(Length >= 0) || !std::isfinite(Length)) return false;
+    Edges.push_back(Sum += Length);
+  }
+  if (!(Sum > 0) || !std::isfinite(Sum)) return false;
+  const double Factor = std::max(1.0, LeastPeriod / (Sum * Scale));
+  for (double& Edge : Edges) Edge *= Factor;
+  const double Period = Edges.back();
+  Offset = double{Style.DashOffset} * Style.Width * Factor;
+  Offset = std::isfinite(Offset) ? Offset - std::floor(Offset / Period) * Period : 0;
+  return true;
+}
+
+// The box that a stroke must touch to be seen, in the pen's space; false where there is none.
+bool VisibleBox(const TMatrix& ToDevice, const TRectF& Clip, float Reach, TRectF& Visible) {
+  Visible = Clip;
+  if (!IsIdentityMatrix(ToDevice)) {
+    TMatrix Inverse;
+    if (!QXMatrixInvert(ToDevice, Inverse)) return false;
+    Visible = QXMatrixTransform(Inverse, Clip);
+  }
+  const float Margin = Reach + 1e-4f * (std::abs(Visible.Width()) + std::abs(Visible.Height()));
+  QXInflateRect(Visible, Margin, Margin);
+  return true;
+}
+
+}  // namespace
+
+TQXStrokeStyle TQXStrokeStyle::FromPen(const TQXGPPen& Pen) {
+  TQXStrokeStyle Style;
+  Style.Width = Pen.Thickness();
+  Style.MiterLimit = Pen.MiterLimit();
+  Style.Join = Pen.Join();
+  Style.StartCap = Pen.StartCap();
+  Style.EndCap = Pen.EndCap();
+  Style.DashCap = Pen.DashCap();
+  Style.Dashes = Pen.DashPattern();
+  Style.DashOffset = Pen.DashOffset();
+  return Style;
+}
+
+float TQXStrokeStyle::Reach() const {
+  const float Miter = Join == TQXGPStrokeJoin::sjMiter ? std::min(MiterLimit, FarthestMiter) : 1;
+  return Width / 2 * std::max(Miter, 1.5f);
+}
+
+void TQXStroker::Stroke(const TQXPathView& Path, const TQXStrokeStyle& Style,
+                        const TMatrix& ToDevice, const TRectF& Clip, float Tolerance,
+                        TQXLineBuffer& Left, TQXLineBuffer& Right) {
+  if (!(Style.Width > 0) || !std::isfinite(Style.Width)) return;
+  const double Scale =
+      std::max(std::hypot(ToDevice.m11, ToDevice.m12), std::hypot(ToDevice.m21, ToDevice.m22));
+  TRectF Visible;
+  if (!(Scale > 0) || !VisibleBox(ToDevice, Clip, Style.Reach(), Visible)) return;
+  TDashes Dashes;
+  const bool IsDashed = MakeDashes(Style, Scale, FEdges, Dashes.Offset);
+  Dashes.Edges = FEdges;
+  TStrokeOutline Outline(Style, ToDevice, static_cast<float>(Tolerance / Scale), Left, Right);
+  TFigureStroker Figures(Style, Outline, Visible, static_cast<float>(QXFarthestPixel / 4 / Scale),
+                         IsDashed ? &Dashes : nullptr);
+
+  TFigure Figure;
+  const std::size_t Count = Path.Count();
+  for (std::size_t I = 0; I < Count;) {
+    if (Path.Kinds[I] == TQXPathPointKind::pkMove) Figure.Start = Path.Points[I++];
+    Figure.First = I;
+    while (I < Count && Path.Kinds[I] != TQXPathPointKind::pkMove &&
+           Path.Kinds[I] != TQXPathPointKind::pkClose)
+      ++I;
+    Figure.Last = I;
+    Figure.IsClosed = I < Count && Path.Kinds[I] == TQXPathPointKind::pkClose;
+    if (Figure.IsClosed) ++I;
+    Figures.Draw(Path, Figure);
+  }
+}
+
+}  // namespace qxsvg
