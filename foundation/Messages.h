@@ -36,6 +36,7 @@ inline constexpr StringView SEntityCountLimit = u"The document declares too many
 inline constexpr StringView SEntityLimit = u"The entities of the document expand to too much text";
 inline constexpr StringView SDecompressedSizeLimit =
     u"The compressed document expands to too much data";
+inline constexpr StringView SStyleRuleLimit = u"The document has too many style rules";
 inline constexpr StringView SPathSegmentLimit = u"The path has too many segments";
 inline constexpr StringView SDashLimit = u"The dash pattern gives too many dashes";
 inline constexpr StringView SGradientPointLimit = u"The gradient repeats too often";
@@ -45,5 +46,6 @@ inline constexpr StringView STextRunLimit = u"The text run is too long";
 inline constexpr StringView SReferenceDepthLimit = u"References are nested too deeply";
 inline constexpr StringView SDrawnReferenceLimit =
     u"Too many elements are drawn through references";
+inline constexpr StringView STilePixelLimit = u"Too many pixels are painted in tiles";
 
 }  // namespace qxsvg

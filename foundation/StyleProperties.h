@@ -194,8 +194,10 @@ inline constexpr auto SVGStylePropertyRows = [] {
 static_assert(IsInOrder(SVGStylePropertyRows, &TSVGStylePropertyRow::Property,
                         TSVGStyleProperty::ipWritingMode));
 
+// The row of ipNone for what is no property.
 constexpr const TSVGStylePropertyRow& SVGStylePropertyRowOf(TSVGStyleProperty Property) {
-  return SVGStylePropertyRows[Ordinal(Property)];
+  const std::size_t Index = Ordinal(Property);
+  return SVGStylePropertyRows[Index < SVGStylePropertyCount ? Index : 0];
 }
 
 inline constexpr auto SVGStylePropertyNames =

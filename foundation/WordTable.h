@@ -6,6 +6,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <stdexcept>
 
 #include "runtime/String.h"
@@ -88,11 +89,11 @@ class TWordIndex {
   }
 
   // The index of Word, or 0 without one; the empty word gives 0.
-  constexpr std::size_t IndexOf(StringView Word) const {
+  std::size_t IndexOf(StringView Word) const {
     if (Word.empty()) return 0;
     for (std::size_t At = Hash(Word);; ++At) {
       const std::size_t Index = FSlots[At % Slots];
-      if (Index == 0 || FTable[Index] == Word) return Index;
+      if (Index == 0 || IsSame(FTable[Index], Word)) return Index;
     }
   }
 
@@ -107,6 +108,10 @@ class TWordIndex {
   }
 
  private:
+  // The library compares UTF-16 one unit at a time.
+  static bool IsSame(StringView A, StringView B) {
+    return A.size() == B.size() && std::memcmp(A.data(), B.data(), A.size() * sizeof(A[0])) == 0;
+  }
   // Names of the format differ in length, at the ends or in the middle: a few characters tell
   // them apart without reading the whole word.
   static constexpr std::size_t Hash(StringView Word) {
