@@ -47,7 +47,8 @@ constinit const TWiring TSVGGraphicElement::SpacingLength =
         .SetInherited<&TSVGGraphicElement::LengthSetInherited>()
         .GetParent<&TSVGGraphicElement::LengthParent>();
 
-// --- Units ----------------------------------------------------------------------------------------
+// --- Units
+// ----------------------------------------------------------------------------------------
 
 float TSVGGraphicElement::EffectiveFontSize() {
   if (FFont) return GetFont().Size();
@@ -82,7 +83,8 @@ float TSVGGraphicElement::LengthUnitFactor(TSVGUnit Unit) {
   return (Document() ? Document()->StoredUnitFactors() : SVGUnitFactors)[Ordinal(Unit)];
 }
 
-// --- Ranges and inheritance -----------------------------------------------------------------------
+// --- Ranges and inheritance
+// -----------------------------------------------------------------------
 
 void TSVGGraphicElement::LengthRangeViewBoxWidth(TSVGLength*, float&, float& Max, bool& DoRange) {
   const TSVGCustomViewBox* Nearest = GetNearestViewBox();
@@ -154,7 +156,8 @@ void TSVGGraphicElement::SetWordSpacing(const TSVGStylePropertyAutoLength* Value
   WordSpacing().Assign(Value);
 }
 
-// --- Position and size ----------------------------------------------------------------------------
+// --- Position and size
+// ----------------------------------------------------------------------------
 
 TSVGGraphicElement::Box& TSVGGraphicElement::WriteBox() {
   if (!FBox) {
@@ -217,7 +220,8 @@ void TSVGGraphicElement::SetWidth(float Value) {
   WidthU().SetPixels(std::max(Value, 0.0f));
 }
 
-// --- Bounds and transformation --------------------------------------------------------------------
+// --- Bounds and transformation
+// --------------------------------------------------------------------
 
 TRectF TSVGGraphicElement::GetBoundsRect() {
   const float X = GetX(), Y = GetY();

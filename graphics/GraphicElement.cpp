@@ -60,10 +60,8 @@ void TSVGGraphicElement::Change(TSVGElement* Element) {
   TSVGElement::Change(Element);
 }
 
-std::uint8_t TSVGGraphicElement::StaleBySender(const TPersistent* Sender) const {
+std::uint8_t TSVGGraphicElement::StaleBySender(const TPersistent* Sender) {
   if (!Sender) return 0;
-  // Another element's marks are not recognised here: its children keep their caches.
-  if (Sender == &FInherits) return stBrush | stPen | stFont;
   const TClass& Class = Sender->ClassType();
   if (Class.InheritsFrom(TSVGBrush::Class)) return stBrush;
   if (Class.InheritsFrom(TSVGPen::Class)) return stPen;
@@ -73,15 +71,16 @@ std::uint8_t TSVGGraphicElement::StaleBySender(const TPersistent* Sender) const 
 
 void TSVGGraphicElement::PropagateObjectPropChange(TPersistent* Sender) {
   const std::uint8_t Stale = StaleBySender(Sender);
+  // The children of an element do not recognise its marks, and keep their caches.
+  if (Sender == &FInherits) MarkPaintsChanged();
   if (Stale & stBrush) FBrushChanged = true;
   if (Stale & stPen) FPenChanged = true;
   if (Stale & stFont) FFontChanged = true;
-  if (FIsStyling) {
-    // The lock's owner tells of it.
-    FStale |= Stale | stOther;
-    return;
-  }
-  TSVGElement::PropagateObjectPropChange(Sender);
+  // While styles are applied, the lock's owner tells of it.
+  if (FIsStyling)
+    FStale |= Stale;
+  else
+    TSVGElement::PropagateObjectPropChange(Sender);
 }
 
 // --- Made on demand

@@ -367,7 +367,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   struct Box;
   struct Spacings;
   // What changed while styles were applied and has still to be told to the children.
-  enum Stale : std::uint8_t { stBrush = 1, stPen = 2, stFont = 4, stOther = 8 };
+  enum Stale : std::uint8_t { stBrush = 1, stPen = 2, stFont = 4 };
   class StylingLock;
   friend class StyleApplier;
   friend class SelectorMatcher;
@@ -384,7 +384,11 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   bool IsMarked(TSVGStyleProperty Property) const { return FInherits.Has(Property); }
   const String& EffectiveReference(TSVGReference Which) const;
   void StoreReference(TSVGReference Which, StringView Value);
-  std::uint8_t StaleBySender(const TPersistent* Sender) const;
+  static std::uint8_t StaleBySender(const TPersistent* Sender);
+  void TellStaleParts();
+  void ReadFontSize(StringView Text);
+  // The unit factors that the lengths of Text need.
+  TSVGUnitFactors FactorsFor(StringView Text);
   // The size of the font in force, without making a font object for it.
   float EffectiveFontSize();
   TSVGElement* FindByID(StringView ID) const;

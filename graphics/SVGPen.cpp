@@ -79,10 +79,7 @@ void TSVGPen::Assign(const TPersistent* Source) {
     FOpacity = Other->FOpacity;
     FDefaultOpacity = Other->FDefaultOpacity;
     FURI = Other->FURI;
-    if (Other->FSVGDashOffset)
-      SVGDashOffset().Assign(Other->FSVGDashOffset.get());
-    else if (FSVGDashOffset)
-      FSVGDashOffset->Assign(&NoOffset());
+    InheritDashOffset(*Other);
     FThicknessIsPercent = Other->FThicknessIsPercent;
     FThicknessPreferredUnit = Other->FThicknessPreferredUnit;
     FDashArrayIsPercent = Other->FDashArrayIsPercent;
@@ -165,6 +162,10 @@ TSVGLength& TSVGPen::SVGDashOffset() {
 
 const TSVGLength& TSVGPen::SVGDashOffset() const {
   return FSVGDashOffset ? *FSVGDashOffset : NoOffset();
+}
+
+void TSVGPen::InheritDashOffset(const TSVGPen& Parent) {
+  if (FSVGDashOffset || Parent.FSVGDashOffset) SVGDashOffset().Assign(&Parent.SVGDashOffset());
 }
 
 float TSVGPen::GetDashOffsetValue() const {

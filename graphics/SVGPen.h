@@ -50,6 +50,8 @@ class QXSVG_API TSVGPen : public TQXGPPen {
   TSVGLength& SVGDashOffset();
   const TSVGLength& SVGDashOffset() const;
   void SetSVGDashOffset(const TSVGLength* Value) { SVGDashOffset().Assign(Value); }
+  // Takes the offset of another pen.
+  void InheritDashOffset(const TSVGPen& Parent);
   // Pixels.
   float GetDashOffsetValue() const;
   // One entry for each number that was written; a list that was repeated has more dashes.
