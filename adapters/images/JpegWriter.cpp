@@ -1,0 +1,79 @@
+// JPEG pictures through libjpeg-turbo, written.
+#include <algorithm>
+#include <csetjmp>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+// After <cstdio>, which it needs.
+#include <jpeglib.h>
+
+#include "adapters/images/Formats.h"
+
+namespace qxsvg::images {
+
+namespace {
+
+constexpr std::int32_t UsualQuality = 90;
+
+struct TJpegWriter {
+  jpeg_error_mgr Errors{};
+  std::jmp_buf Return;
+  jpeg_compress_struct Jpeg{};
+  unsigned char* Bytes = nullptr;
+  unsigned long Size = 0;
+  bool IsMade = false;
+
+  ~TJpegWriter() {
+    if (IsMade) jpeg_destroy_compress(&Jpeg);
+    std::free(Bytes);
+  }
+};
+
+// The format has no transparency; paper is white.
+void RowOverWhite(const std::uint32_t* Row, std::vector<unsigned char>& RGB) {
+  auto* Target = RGB.data();
+  for (std::size_t X = 0; X * 3 < RGB.size(); ++X) {
+    const std::uint32_t White = 255 - (Row[X] >> 24);
+    for (const int Shift : {16, 8, 0})
+      *Target++ = static_cast<unsigned char>(std::min((Row[X] >> Shift & 255) + White, 255u));
+  }
+}
+
+bool Write(TJpegWriter& Writer, const TQXConstPixels& Pixels, std::int32_t Quality,
+           std::vector<unsigned char>& RGB) {
+  if (setjmp(Writer.Return)) return false;
+  Writer.Jpeg.client_data = &Writer;
+  jpeg_create_compress(&Writer.Jpeg);
+  Writer.IsMade = true;
+  jpeg_mem_dest(&Writer.Jpeg, &Writer.Bytes, &Writer.Size);
+  Writer.Jpeg.image_width = static_cast<JDIMENSION>(Pixels.Width);
+  Writer.Jpeg.image_height = static_cast<JDIMENSION>(Pixels.Height);
+  Writer.Jpeg.input_components = 3;
+  Writer.Jpeg.in_color_space = JCS_RGB;
+  jpeg_set_defaults(&Writer.Jpeg);
+  jpeg_set_quality(&Writer.Jpeg, Quality < 0 ? UsualQuality : Quality, TRUE);
+  jpeg_start_compress(&Writer.Jpeg, TRUE);
+  for (std::int32_t Y = 0; Y < Pixels.Height; ++Y) {
+    RowOverWhite(Pixels.Row(Y), RGB);
+    JSAMPROW Row = RGB.data();
+    jpeg_write_scanlines(&Writer.Jpeg, &Row, 1);
+  }
+  jpeg_finish_compress(&Writer.Jpeg);
+  return true;
+}
+
+}  // namespace
+
+void EncodeJpeg(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
+  TJpegWriter Writer;
+  Writer.Jpeg.err = jpeg_std_error(&Writer.Errors);
+  Writer.Errors.error_exit = [](j_common_ptr Jpeg) {
+    std::longjmp(static_cast<TJpegWriter*>(Jpeg->client_data)->Return, 1);
+  };
+  Writer.Errors.emit_message = [](j_common_ptr, int) {};
+  std::vector<unsigned char> RGB(static_cast<std::size_t>(Pixels.Width) * 3);
+  if (!Write(Writer, Pixels, Quality, RGB)) RaiseUnwritable(u"JPEG");
+  Target.WriteBuffer(Writer.Bytes, Writer.Size);
+}
+
+}  // namespace qxsvg::images
