@@ -47,8 +47,9 @@ inline constexpr std::int32_t EntityDepth = 20;
 // Entities that a document type declares.
 inline constexpr std::int32_t EntityCount = 1000;
 
-// Bytes that a compressed document may expand to: compressed zeros shrink a thousandfold.
-inline constexpr std::size_t DecompressedBytes = std::size_t{512} << 20;
+// Bytes that a compressed document may expand to: compressed blanks shrink a thousandfold, and
+// while a document loads it takes about five times its size.
+inline constexpr std::size_t DecompressedBytes = std::size_t{128} << 20;
 
 // Rules of the style sheets of one document: each is matched against each element.
 inline constexpr std::int32_t StyleRules = 65'536;
@@ -73,6 +74,9 @@ inline constexpr std::size_t GradientPoints = 65'536;
 inline constexpr std::int32_t BitmapSide = 32'767;
 // Pixels of a bitmap, which takes four bytes for each; a tile of a pattern is one too.
 inline constexpr std::int64_t BitmapPixels = std::int64_t{1} << 28;
+// Pixels of one tile of a pattern. A tile is as large as the document says, whatever the size of the
+// drawing; a screen of the finest displays has half as many.
+inline constexpr std::int64_t PatternPixels = std::int64_t{1} << 24;
 // Bytes of an image after decoding, asked of the header before memory is taken. Four bytes a pixel,
 // so that the pictures of the largest phone cameras (108 million pixels) fit.
 inline constexpr std::size_t ImageBytes = std::size_t{440} << 20;

@@ -283,6 +283,11 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
   virtual void DisableAppearance(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect);
   virtual void InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
+  // Draws another element as InternalDraw does, without asking whether it would be drawn.
+  static void DrawContentOf(TSVGGraphicElement& Other, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                            const TRectF& Rect) {
+    Other.InternalDraw(Matrix, Canvas, Rect);
+  }
   // Paints the element itself, Matrix including its own transformation; whether it was painted.
   virtual bool DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
   virtual void DrawChildren(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
@@ -371,6 +376,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   class StylingLock;
   friend class StyleApplier;
   friend class SelectorMatcher;
+  friend class PropertyWriter;
 
   template <class Row>
   auto Effective(const Row& Property) const;

@@ -16,6 +16,8 @@ class QXSVG_API TSVGClipPath : public TSVGGraphicElement {
   const TSVGElementClass& ClassType() const override { return Class; }
   TSVGElementTypes ChildSVGTypes() const override;
 
+  // What the children cover, although the clip path itself is never drawn.
+  void BuildClipRegion(TQXGPRegion& Region, const TMatrix& Matrix, const TRectF& Rect) override;
   // The region of the children under the element's own transformation, made anew. The element keeps
   // it.
   TQXGPRegion* GetClipPath(TQXGPCanvas& Canvas) override;

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "graphics/GraphicElement.h"
+#include "graphics/SVGBrush.h"
 #include "graphics/surface/Gradient.h"
 
 namespace qxsvg {
@@ -23,7 +24,7 @@ class QXSVG_API TSVGGradientStop : public TSVGGraphicElement {
   void PropagateObjectPropChange(TPersistent* Sender) override;
 
   // A fraction of the gradient's length, not clamped.
-  float Offset() const;
+  float Offset();
   void SetOffset(float Value);
   // The brush as it was set.
   TSVGBrush& StopBrush() { return FStopBrush; }
@@ -37,6 +38,8 @@ class QXSVG_API TSVGGradientStop : public TSVGGraphicElement {
   void DoSaveToXML(IXMLNode& Node) override;
 
  private:
+  void StopInherited(TPersistent* Sender, TSVGStyleProperty Property, bool& IsInherited);
+
   TSVGBrush FStopBrush;
   bool FColorChanged = true;
 };

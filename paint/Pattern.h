@@ -51,11 +51,14 @@ class QXSVG_API TSVGPattern : public TSVGCustomViewBox {
 
  private:
   TRectF TileRect(const TRectF& Bounds, const TMatrix& Matrix);
+  void DrawTile(TSVGGraphicElement& Element, const TMatrix& Matrix, const TRectF& Tile,
+                TQXGPBitmap& Target);
 
   TSVGCoordinateSystemUnit FContentUnits;
   TSVGCoordinateSystemUnit FUnits;
   String FReference;
   TMatrix FPatternMatrix;
+  bool FIsInUse = false;
 };
 
 }  // namespace qxsvg

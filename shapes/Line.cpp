@@ -31,17 +31,32 @@ constinit const TSVGElementClass TSVGLine::Class{
 
 TSVGLine::~TSVGLine() = default;
 
-TSVGElementTypes TSVGLine::ChildSVGTypes() const { return SVGDescriptiveElements; }
+TSVGElementTypes TSVGLine::ChildSVGTypes() const {
+  return SVGDescriptiveElements;
+}
 
-// --- Geometry -------------------------------------------------------------------------------------
+// --- Geometry
+// -------------------------------------------------------------------------------------
 
-TPointF TSVGLine::StartPoint() { return QXPoint(GetX(), GetY()); }
-TPointF TSVGLine::EndPoint() { return QXPoint(TBase::GetWidth(), TBase::GetHeight()); }
+TPointF TSVGLine::StartPoint() {
+  return QXPoint(GetX(), GetY());
+}
+TPointF TSVGLine::EndPoint() {
+  return QXPoint(TBase::GetWidth(), TBase::GetHeight());
+}
 
-float TSVGLine::GetWidth() { return std::abs(TBase::GetWidth() - GetX()); }
-float TSVGLine::GetHeight() { return std::abs(TBase::GetHeight() - GetY()); }
-void TSVGLine::SetWidth(float Value) { TBase::SetWidth(GetX() + Value); }
-void TSVGLine::SetHeight(float Value) { TBase::SetHeight(GetY() + Value); }
+float TSVGLine::GetWidth() {
+  return std::abs(TBase::GetWidth() - GetX());
+}
+float TSVGLine::GetHeight() {
+  return std::abs(TBase::GetHeight() - GetY());
+}
+void TSVGLine::SetWidth(float Value) {
+  TBase::SetWidth(GetX() + Value);
+}
+void TSVGLine::SetHeight(float Value) {
+  TBase::SetHeight(GetY() + Value);
+}
 
 TRectF TSVGLine::GetBoundsRect() {
   TRectF Bounds = QXRect(StartPoint(), EndPoint());
@@ -56,8 +71,9 @@ TQXGPPath* TSVGLine::GetShape() {
     const TPointF Start = StartPoint(), End = EndPoint();
     const TQXPathView Old = Path.View();
     const bool HasLength = Start != End;
-    const bool IsSame = HasLength ? Old.Count() == 2 && Old.Points[0] == Start && Old.Points[1] == End
-                                  : Old.IsEmpty();
+    const bool IsSame = HasLength
+                            ? Old.Count() == 2 && Old.Points[0] == Start && Old.Points[1] == End
+                            : Old.IsEmpty();
     if (!IsSame) {
       Path.Clear();
       if (HasLength) {
@@ -93,7 +109,8 @@ TSVGElement* TSVGLine::DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas
                                   : nullptr;
 }
 
-// --- XML ------------------------------------------------------------------------------------------
+// --- XML
+// ------------------------------------------------------------------------------------------
 
 void TSVGLine::DoLoadFromXML(IXMLNode& Node) {
   TBase::DoLoadFromXML(Node);

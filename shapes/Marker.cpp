@@ -80,7 +80,9 @@ TSVGMarker::TSVGMarker(TSVGDocument* Document)
 
 TSVGMarker::~TSVGMarker() = default;
 
-TSVGElementTypes TSVGMarker::ChildSVGTypes() const { return SVGStructureChildren; }
+TSVGElementTypes TSVGMarker::ChildSVGTypes() const {
+  return SVGStructureChildren;
+}
 
 void TSVGMarker::SetDefaultSize() {
   for (TSVGLength* Size : {&FMarkerWidth, &FMarkerHeight})
@@ -129,7 +131,8 @@ void TSVGMarker::SetAutomaticOrientation(bool Value) {
   Change(this);
 }
 
-// --- XML ------------------------------------------------------------------------------------------
+// --- XML
+// ------------------------------------------------------------------------------------------
 
 void TSVGMarker::DoLoadFromXML(IXMLNode& Node) {
   TSVGCustomViewBox::DoLoadFromXML(Node);
@@ -138,8 +141,7 @@ void TSVGMarker::DoLoadFromXML(IXMLNode& Node) {
   ParsePercent(Node, u"markerHeight", FMarkerHeight, 0, 1);
   ParsePercent(Node, u"markerWidth", FMarkerWidth, 0, 1);
   FUnits = ParseMarkerUnit(Node.GetAttribute(u"markerUnits"), FUnits);
-  FOrientation =
-      ParseAngle(Node.GetAttribute(u"orient"), FOrientation, FAutomaticOrientation);
+  FOrientation = ParseAngle(Node.GetAttribute(u"orient"), FOrientation, FAutomaticOrientation);
   const TSVGViewBox& Box = ViewBox();
   Xu().SetPixels(Box.X().GetValue());
   Yu().SetPixels(Box.Y().GetValue());
@@ -163,11 +165,12 @@ void TSVGMarker::DoSaveToXML(IXMLNode& Node) {
   const StringView Units = SVGMarkerUnitNames[static_cast<std::size_t>(FUnits)];
   SaveAttrString(Node, u"markerUnits", Units, Units.empty(), true);
   const double Degrees = FOrientation * 180.0 / std::numbers::pi;
-  SaveAttrString(Node, u"orient",
-                 FAutomaticOrientation ? String(u"auto") : Format.Format(Degrees), false, false);
+  SaveAttrString(Node, u"orient", FAutomaticOrientation ? String(u"auto") : Format.Format(Degrees),
+                 false, false);
 }
 
-// --- Drawing --------------------------------------------------------------------------------------
+// --- Drawing
+// --------------------------------------------------------------------------------------
 
 void TSVGMarker::ConvertToMarkerCoords(TPointF Point, float Angle, TMatrix& Matrix,
                                        TQXGPCanvas& Canvas, TRectF& Rect) {

@@ -34,14 +34,18 @@ TSVGPath::TSVGPath(TSVGDocument* Document) : TSVGGraphicElement(Document) {
 
 TSVGPath::~TSVGPath() = default;
 
-TSVGElementTypes TSVGPath::ChildSVGTypes() const { return SVGDescriptiveElements; }
+TSVGElementTypes TSVGPath::ChildSVGTypes() const {
+  return SVGDescriptiveElements;
+}
 
 void TSVGPath::DataChanged(TPersistent* Sender) {
   FIsShapeStale = true;
   PropagateObjectPropChange(Sender);
 }
 
-void TSVGPath::SetData(const TQXPathData* Value) { FData.Assign(Value); }
+void TSVGPath::SetData(const TQXPathData* Value) {
+  FData.Assign(Value);
+}
 
 void TSVGPath::AssignProperties(const TSVGElement* Source) {
   if (const auto* const Other = dynamic_cast<const TSVGPath*>(Source)) SetData(&Other->FData);
@@ -55,7 +59,8 @@ void TSVGPath::Clear() {
   FData.Clear();
 }
 
-// --- Geometry -------------------------------------------------------------------------------------
+// --- Geometry
+// -------------------------------------------------------------------------------------
 
 double TSVGPath::GetPathLength() {
   if (FPathLength == NoPathLength) FPathLength = FData.GetLength();
@@ -67,7 +72,9 @@ double TSVGPath::GetLengthRatio() {
   return Length == 0 ? 0 : GetPathLength() / Length;
 }
 
-TRectF TSVGPath::GetBoundsRect() { return FData.GetBounds(); }
+TRectF TSVGPath::GetBoundsRect() {
+  return FData.GetBounds();
+}
 
 TQXGPPath* TSVGPath::GetShape() {
   if (ShapeCacheChanged() && (FIsShapeStale || Shape().IsEmpty())) {
@@ -79,7 +86,8 @@ TQXGPPath* TSVGPath::GetShape() {
   return TBase::GetShape();
 }
 
-// --- XML ------------------------------------------------------------------------------------------
+// --- XML
+// ------------------------------------------------------------------------------------------
 
 void TSVGPath::DoLoadFromXML(IXMLNode& Node) {
   TBase::DoLoadFromXML(Node);
@@ -99,7 +107,8 @@ void TSVGPath::DoSaveToXML(IXMLNode& Node) {
     SaveAttrString(Node, u"pathLength", FormatFloat(Format, FPathLength), false, false);
 }
 
-// --- Drawing and hit testing ----------------------------------------------------------------------
+// --- Drawing and hit testing
+// ----------------------------------------------------------------------
 
 bool TSVGPath::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   if (FData.GetCount() == 0) return false;

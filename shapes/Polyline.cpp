@@ -48,10 +48,13 @@ constinit const TSVGElementClass TSVGPolygon::Class{
 TSVGPolyline::~TSVGPolyline() = default;
 TSVGPolygon::~TSVGPolygon() = default;
 
-TSVGElementTypes TSVGPolyline::ChildSVGTypes() const { return SVGDescriptiveElements; }
+TSVGElementTypes TSVGPolyline::ChildSVGTypes() const {
+  return SVGDescriptiveElements;
+}
 
 void TSVGPolyline::AssignProperties(const TSVGElement* Source) {
-  if (const auto* const Other = dynamic_cast<const TSVGPolyline*>(Source)) TakePoints(Other->FPoints);
+  if (const auto* const Other = dynamic_cast<const TSVGPolyline*>(Source))
+    TakePoints(Other->FPoints);
   TBase::AssignProperties(Source);
 }
 
@@ -67,7 +70,8 @@ void TSVGPolygon::Clear() {
   Shape().Clear();
 }
 
-// --- Points ---------------------------------------------------------------------------------------
+// --- Points
+// ---------------------------------------------------------------------------------------
 
 void TSVGPolyline::TakePoints(TQXPoints Value) {
   FPoints = std::move(Value);
@@ -88,7 +92,9 @@ String TSVGPolyline::Polygon() const {
   return SVGPointsToString(FPoints, TSVGUnit::suNone, GetFormatStr());
 }
 
-void TSVGPolyline::SetPolygon(StringView Value) { SetPoints(ParsePoints(Value)); }
+void TSVGPolyline::SetPolygon(StringView Value) {
+  SetPoints(ParsePoints(Value));
+}
 
 void TSVGPolyline::DoLoadFromXML(IXMLNode& Node) {
   TBase::DoLoadFromXML(Node);
@@ -101,7 +107,8 @@ void TSVGPolyline::DoSaveToXML(IXMLNode& Node) {
   SaveAttrString(Node, u"points", Text, Text.empty(), false);
 }
 
-// --- Geometry -------------------------------------------------------------------------------------
+// --- Geometry
+// -------------------------------------------------------------------------------------
 
 TRectF TSVGPolyline::GetBoundsRect() {
   if (FPoints.empty()) return TRectF();
@@ -146,7 +153,8 @@ TQXGPPath* TSVGPolyline::GetShape() {
   return TBase::GetShape();
 }
 
-// --- Drawing and hit testing ----------------------------------------------------------------------
+// --- Drawing and hit testing
+// ----------------------------------------------------------------------
 
 bool TSVGPolyline::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   const bool Drew = TBase::DoInternalDraw(Matrix, Canvas, Rect);

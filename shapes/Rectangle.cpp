@@ -16,18 +16,17 @@ using TBase = TSVGGraphicElement;
 // A radius is written through its setter, which keeps it within the side.
 template <TSVGLength& (TSVGRectangle::*Reader)(), void (TSVGRectangle::*Writer)(const TSVGLength*)>
 constexpr TProperty RadiusRow(StringView Name) {
-  return {Name, TPropertyKind::Object,
-          [](const TPersistent& Self) -> TPropertyValue {
-            return &(const_cast<TSVGRectangle&>(static_cast<const TSVGRectangle&>(Self)).*Reader)();
-          },
-          [](TPersistent& Self, const TPropertyValue& Value) {
-            const auto* const Source =
-                dynamic_cast<const TSVGLength*>(detail::FromPropertyValue<TPersistent*>(Value));
-            if (Source) (static_cast<TSVGRectangle&>(Self).*Writer)(Source);
-          },
-          [](const TPersistent& Self) {
-            return static_cast<const TSVGRectangle&>(Self).HasRadii();
-          }};
+  return {
+      Name, TPropertyKind::Object,
+      [](const TPersistent& Self) -> TPropertyValue {
+        return &(const_cast<TSVGRectangle&>(static_cast<const TSVGRectangle&>(Self)).*Reader)();
+      },
+      [](TPersistent& Self, const TPropertyValue& Value) {
+        const auto* const Source =
+            dynamic_cast<const TSVGLength*>(detail::FromPropertyValue<TPersistent*>(Value));
+        if (Source) (static_cast<TSVGRectangle&>(Self).*Writer)(Source);
+      },
+      [](const TPersistent& Self) { return static_cast<const TSVGRectangle&>(Self).HasRadii(); }};
 }
 
 constexpr auto Properties = JoinRows(
@@ -51,7 +50,9 @@ constinit const TSVGElementClass TSVGRectangle::Class{
 
 TSVGRectangle::~TSVGRectangle() = default;
 
-TSVGElementTypes TSVGRectangle::ChildSVGTypes() const { return SVGDescriptiveElements; }
+TSVGElementTypes TSVGRectangle::ChildSVGTypes() const {
+  return SVGDescriptiveElements;
+}
 
 void TSVGRectangle::AssignProperties(const TSVGElement* Source) {
   if (const auto* const Other = dynamic_cast<const TSVGRectangle*>(Source)) {
@@ -72,7 +73,8 @@ void TSVGRectangle::Clear() {
   TBase::Clear();
 }
 
-// --- Radii ----------------------------------------------------------------------------------------
+// --- Radii
+// ----------------------------------------------------------------------------------------
 
 TSVGRectangle::TRadii& TSVGRectangle::RadiiForWriting() {
   if (!FRadii) {
@@ -83,8 +85,12 @@ TSVGRectangle::TRadii& TSVGRectangle::RadiiForWriting() {
   return *FRadii;
 }
 
-float TSVGRectangle::RXValue() const { return FRadii ? FRadii->X.GetValue() : 0; }
-float TSVGRectangle::RYValue() const { return FRadii ? FRadii->Y.GetValue() : 0; }
+float TSVGRectangle::RXValue() const {
+  return FRadii ? FRadii->X.GetValue() : 0;
+}
+float TSVGRectangle::RYValue() const {
+  return FRadii ? FRadii->Y.GetValue() : 0;
+}
 
 void TSVGRectangle::SetRX(const TSVGLength* Value) {
   RX().Assign(Value);
@@ -98,7 +104,8 @@ void TSVGRectangle::SetRY(const TSVGLength* Value) {
   CutToHalf(RY(), GetHeight());
 }
 
-// --- XML ------------------------------------------------------------------------------------------
+// --- XML
+// ------------------------------------------------------------------------------------------
 
 void TSVGRectangle::DoLoadFromXML(IXMLNode& Node) {
   TBase::DoLoadFromXML(Node);
@@ -124,7 +131,8 @@ void TSVGRectangle::DoSaveToXML(IXMLNode& Node) {
   SaveLength(Node, u"ry", FRadii ? FRadii->Y : None, Format, 1, Compact);
 }
 
-// --- Drawing --------------------------------------------------------------------------------------
+// --- Drawing
+// --------------------------------------------------------------------------------------
 
 TQXGPPath* TSVGRectangle::GetShape() {
   if (ShapeCacheChanged()) {
@@ -139,8 +147,7 @@ TQXGPPath* TSVGRectangle::GetShape() {
   return TBase::GetShape();
 }
 
-bool TSVGRectangle::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas,
-                                   const TRectF& Rect) {
+bool TSVGRectangle::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   const TRectF Bounds = GetBoundsRect();
   if (!(Bounds.Width() > 0 && Bounds.Height() > 0)) return false;
   if (TBase::DoInternalDraw(Matrix, Canvas, Rect)) return true;
@@ -148,8 +155,7 @@ bool TSVGRectangle::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas,
   return false;
 }
 
-void TSVGRectangle::DrawUncached(const TMatrix& Matrix, TQXGPCanvas& Canvas,
-                                 const TRectF& Bounds) {
+void TSVGRectangle::DrawUncached(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Bounds) {
   const TMatrix Saved = Canvas.Matrix();
   const TMatrix Whole = QXMatrixMultiply(Matrix, Saved);
   const bool Scales = GetVectorEffect() == TSVGVectorEffect::veNone;
