@@ -144,6 +144,8 @@ void TCellGrid::Grow(std::int64_t Cells, std::int64_t Marks) {
 void TCellGrid::Begin(const TRect& Box, bool IsInside) {
   FBox = Box;
   FIsInside = IsInside;
+  FLowest = std::numeric_limits<std::int32_t>::max() / 2;
+  FHighest = -FLowest;
   FWidth = static_cast<std::int32_t>(Box.Width());
   FHeight = static_cast<std::int32_t>(Box.Height());
   // A line at the right side touches two cells more.
@@ -171,6 +173,7 @@ void TCellGrid::Convert(std::span<const TPointF> Points) {
   const __m128i Origin = _mm_set_epi32(OY, OX, OY, OX);
   const __m128i Most = _mm_set_epi32(MaxY, MaxX, MaxY, MaxX);
   const __m128i All = _mm_set1_epi32(FIsInside ? -1 : 0);
+  __m128i Lowest = _mm_set1_epi32(FLowest), Highest = _mm_set1_epi32(FHighest);
   for (; I + 2 <= Count; I += 2) {
     __m128 V = _mm_mul_ps(_mm_loadu_ps(&Points[I].X), Scale);
     V = _mm_min_ps(_mm_max_ps(V, Low), High);
@@ -179,7 +182,15 @@ void TCellGrid::Convert(std::span<const TPointF> Points) {
     N = _mm_or_si128(_mm_and_si128(Over, Most), _mm_andnot_si128(Over, N));
     N = _mm_andnot_si128(_mm_and_si128(_mm_srai_epi32(N, 31), All), N);
     _mm_storeu_si128(reinterpret_cast<__m128i*>(&FFixed[I]), N);
+    const __m128i Lower = _mm_cmpgt_epi32(Lowest, N), Higher = _mm_cmpgt_epi32(N, Highest);
+    Lowest = _mm_or_si128(_mm_and_si128(Lower, N), _mm_andnot_si128(Lower, Lowest));
+    Highest = _mm_or_si128(_mm_and_si128(Higher, N), _mm_andnot_si128(Higher, Highest));
   }
+  alignas(16) std::int32_t Ends[8];
+  _mm_store_si128(reinterpret_cast<__m128i*>(Ends), Lowest);
+  _mm_store_si128(reinterpret_cast<__m128i*>(Ends + 4), Highest);
+  FLowest = std::min(Ends[1], Ends[3]);
+  FHighest = std::max(Ends[5], Ends[7]);
 #endif
   for (; I < Count; ++I) {
     const auto Fixed = [&](float V, std::int32_t From, std::int32_t Most) {
@@ -189,6 +200,8 @@ void TCellGrid::Convert(std::span<const TPointF> Points) {
       return FIsInside ? std::clamp(N, 0, Most) : N;
     };
     FFixed[I] = {Fixed(Points[I].X, OX, MaxX), Fixed(Points[I].Y, OY, MaxY)};
+    FLowest = std::min(FLowest, FFixed[I].Y);
+    FHighest = std::max(FHighest, FFixed[I].Y);
   }
 }
 

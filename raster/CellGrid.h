@@ -6,7 +6,9 @@
 // leaves in a pixel does not depend on the box it was asked for.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <memory>
 
 #include "graphics/surface/Flatten.h"
@@ -23,7 +25,7 @@ class TCellGrid final : public ILineConsumer {
  public:
   // The widest and the largest box that one grid takes. The largest bounds the memory: what is
   // bigger is drawn in bands.
-  static constexpr std::int32_t MaxWidth = 16384;
+  static constexpr std::int32_t MaxWidth = 32768;
   static constexpr std::int64_t MaxCells = std::int64_t{1} << 22;
 
   // The most rows that a box of this width may have.
@@ -35,6 +37,11 @@ class TCellGrid final : public ILineConsumer {
   void Consume(std::span<const TPointF> Points, std::span<const TQXPolyline> Lines) override;
 
   const TRect& Box() const { return FBox; }
+  // The rows of the box that lines may have touched.
+  std::int32_t TouchedTop() const { return std::max(FLowest >> SubpixelBits, 0); }
+  std::int32_t TouchedBottom() const {
+    return std::min(FHighest + SubpixelScale - 1, FHeight * SubpixelScale) >> SubpixelBits;
+  }
   std::int32_t* Cells(std::int32_t Row) { return FCells.get() + Row * FStride; }
   std::uint8_t* Marks(std::int32_t Row) { return FMarks.get() + Row * FMarkStride; }
   std::ptrdiff_t MarkStride() const { return FMarkStride; }
@@ -55,6 +62,7 @@ class TCellGrid final : public ILineConsumer {
   TRect FBox;
   std::ptrdiff_t FStride = 0, FMarkStride = 0;
   std::int32_t FWidth = 0, FHeight = 0;
+  std::int32_t FLowest = 0, FHighest = 0;
   bool FIsInside = false;
   std::int64_t FCellRoom = 0, FMarkRoom = 0;
   std::unique_ptr<std::int32_t[]> FCells;

@@ -1,0 +1,59 @@
+// What fills the spans: one colour, or a paint that makes its pixels row by row.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "graphics/surface/Bitmap.h"
+#include "raster/Spans.h"
+
+namespace qxsvg {
+
+// Premultiplied pixels at places of the device. A pixel's colour depends on its place alone.
+class IPaint {
+ public:
+  // The pixels of row Y from X on. Rows come from top to bottom within a drawing.
+  virtual void Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) = 0;
+  // Whether all pixels of the row have one colour.
+  virtual bool IsRowEven(std::int32_t Y, std::uint32_t& Color) {
+    static_cast<void>(Y), static_cast<void>(Color);
+    return false;
+  }
+  // Whether every pixel is opaque.
+  bool IsOpaque() const { return FIsOpaque; }
+
+ protected:
+  ~IPaint() = default;
+  bool FIsOpaque = false;
+};
+
+// Blends one premultiplied colour.
+class TColorSink final : public ISpanSink {
+ public:
+  TColorSink(const TQXPixels& Target, std::uint32_t Color) : FTarget(Target), FColor(Color) {}
+  void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+
+ private:
+  const TQXPixels FTarget;
+  const std::uint32_t FColor;
+};
+
+// Blends a paint, its alpha multiplied by Opacity (0 to 255).
+class TPaintSink final : public ISpanSink {
+ public:
+  TPaintSink(const TQXPixels& Target, IPaint& Paint, std::uint32_t Opacity = FullCover)
+      : FTarget(Target), FPaint(Paint), FOpacity(Opacity) {}
+  void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+
+ private:
+  static constexpr std::int32_t Chunk = 1024;
+  void Blend(std::int32_t Y, const TCoverSpan& Span, const std::uint8_t* Covers);
+
+  const TQXPixels FTarget;
+  IPaint& FPaint;
+  const std::uint32_t FOpacity;
+  std::array<std::uint32_t, Chunk> FPixels;
+  std::array<std::uint8_t, Chunk + CoversPadding> FScaled;
+};
+
+}  // namespace qxsvg

@@ -1,0 +1,192 @@
+#include "raster/Rasterizer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "raster/Kernels.h"
+
+namespace qxsvg {
+
+namespace {
+
+// The pixels that a box touches, within Clip.
+TRect PixelsOf(const TRectF& Box, const TRect& Clip) {
+  const auto Within = [](float V, std::int32_t Least, std::int32_t Most) {
+    const double D = V;
+    return static_cast<std::int32_t>(
+        std::clamp(D, static_cast<double>(Least), static_cast<double>(Most)));
+  };
+  // Half a subpixel more, since points are rounded to those.
+  constexpr float Half = 0.5f / SubpixelScale;
+  return {Within(std::floor(Box.Left - Half), Clip.Left, Clip.Right),
+          Within(std::floor(Box.Top - Half), Clip.Top, Clip.Bottom),
+          Within(std::ceil(Box.Right + Half), Clip.Left, Clip.Right),
+          Within(std::ceil(Box.Bottom + Half), Clip.Top, Clip.Bottom)};
+}
+
+bool Holds(const TRect& Outer, const TRectF& Inner) {
+  return Inner.Left >= static_cast<float>(Outer.Left) &&
+         Inner.Top >= static_cast<float>(Outer.Top) &&
+         Inner.Right <= static_cast<float>(Outer.Right) &&
+         Inner.Bottom <= static_cast<float>(Outer.Bottom);
+}
+
+// Scales evenly, perhaps with a turn or a reflection.
+bool IsSimilarity(const TMatrix& M) {
+  const double A = double{M.m11} * M.m11 + double{M.m12} * M.m12;
+  const double D = double{M.m21} * M.m21 + double{M.m22} * M.m22;
+  const double Skew = double{M.m11} * M.m21 + double{M.m12} * M.m22;
+  constexpr double Close = 1e-5;
+  return std::abs(A - D) <= Close * std::max(A, D) && std::abs(Skew) <= Close * std::max(A, D);
+}
+
+}  // namespace
+
+TRasterizer::TRasterizer() : FLines(FGrid), FReversed(FGrid, true) {}
+TRasterizer::~TRasterizer() = default;
+
+TQXPathView TRasterizer::Transformed(const TQXPathView& Path, const TMatrix& M, TRectF& Box) {
+  if (IsIdentityMatrix(M)) {
+    Box = QXPointsBox(Path.Points);
+    return Path;
+  }
+  if (FPoints.size() < Path.Count()) FPoints.resize(Path.Count());
+  Box = QXTransformPoints(Path.Points, M, FPoints.data());
+  return {{FPoints.data(), Path.Count()}, Path.Kinds};
+}
+
+// The lines are made anew for each band of rows that the grid can hold at once.
+template <class Emitter>
+void TRasterizer::Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISpanSink& Sink,
+                        const Emitter& Emit) {
+  const std::int32_t Rows = TCellGrid::MaxRows(static_cast<std::int32_t>(Box.Width()));
+  TRect Band = Box;
+  for (std::int32_t Top = Box.Top; Top < Box.Bottom; Top = Band.Bottom) {
+    Band.Top = Top;
+    Band.Bottom = std::min(Box.Bottom - Top, Rows) + Top;
+    const bool IsWhole = Band == Box;
+    FGrid.Begin(Band, IsInside && IsWhole);
+    Emit(Band, IsInside && IsWhole);
+    SweepRows(Mode, Sink);
+  }
+}
+
+void TRasterizer::SweepRows(TCoverageMode Mode, ISpanSink& Sink) {
+  const TRect& Box = FGrid.Box();
+  const std::size_t Cells = static_cast<std::size_t>(FGrid.MarkStride()) * GroupCells;
+  if (FCovers.size() < Cells + CoversPadding) {
+    FCovers.resize(Cells + CoversPadding);
+    FSpans.resize(static_cast<std::size_t>(FGrid.MarkStride()) + 2);
+  }
+  TSweepRow Row;
+  Row.MarkCount = FGrid.MarkStride();
+  Row.Left = Box.Left;
+  Row.Width = static_cast<std::int32_t>(Box.Width());
+  Row.Covers = FCovers.data();
+  Row.Spans = FSpans.data();
+  const TKernels& K = Kernels();
+  const auto SweepRow = Mode.FillMode == TQXGPFillMode::fmWinding ? K.SweepNonZero : K.SweepEvenOdd;
+  for (std::int32_t Y = FGrid.TouchedTop(); Y < FGrid.TouchedBottom(); ++Y) {
+    Row.Cells = FGrid.Cells(Y);
+    Row.Marks = FGrid.Marks(Y);
+    const std::size_t Count = SweepRow(Row);
+    if (Count == 0) continue;
+    if (Mode.IsAliased) {
+      for (std::size_t I = 0; I < Count; ++I) {
+        TCoverSpan& Span = FSpans[I];
+        if (Span.IsEven()) {
+          Span.Cover = Span.Cover < 128 ? 0 : FullCover;
+          continue;
+        }
+        std::uint8_t* C = FCovers.data() + (Span.Cover - TCoverSpan::CoversBase);
+        for (std::int32_t X = 0; X < Span.Length; ++X)
+          C[X] = static_cast<std::uint8_t>(C[X] < 128 ? 0 : FullCover);
+      }
+    }
+    Sink.Row(Box.Top + Y, {FSpans.data(), Count}, FCovers.data());
+  }
+}
+
+void TRasterizer::Fill(const TQXPathView& Path, const TMatrix& M, const TRect& Clip,
+                       TCoverageMode Mode, ISpanSink& Sink) {
+  TRectF Bounds;
+  const TQXPathView Device = Transformed(Path, M, Bounds);
+  const TRect Box = PixelsOf(Bounds, Clip);
+  if (Box.IsEmpty()) return;
+  Sweep(Box, Holds(Clip, Bounds), Mode, Sink, [&](const TRect& Band, bool IsInside) {
+    QXFlattenFigures(Device, QXRect(Band), IsInside, QXFlattenTolerance, FLines);
+    FLines.Flush();
+  });
+}
+
+void TRasterizer::Stroke(const TQXPathView& Path, const TMatrix& ToPen, const TQXStrokeStyle& Style,
+                         const TMatrix& ToDevice, const TRect& Clip, bool IsAliased,
+                         ISpanSink& Sink) {
+  TRectF Bounds;
+  TQXPathView Points;
+  TQXStrokeStyle Pen = Style;
+  TMatrix Rest = ToDevice;
+  if (IsSimilarity(ToDevice)) {
+    Pen.Width = QXMatrixMultiply(Style.Width, ToDevice);
+    Points = Transformed(
+        Path, IsIdentityMatrix(ToDevice) ? ToPen : QXMatrixMultiply(ToPen, ToDevice), Bounds);
+    Rest = QXIdentityMatrix;
+  } else {
+    Points = Transformed(Path, ToPen, Bounds);
+  }
+  if (!(Pen.Width > 0) || !std::isfinite(Pen.Width)) return;
+  const float Reach = Pen.Reach();
+  QXInflateRect(Bounds, Reach, Reach);
+  if (!IsIdentityMatrix(Rest)) Bounds = QXMatrixTransform(Rest, Bounds);
+  const TRect Box = PixelsOf(Bounds, Clip);
+  if (Box.IsEmpty()) return;
+  Sweep(Box, Holds(Clip, Bounds), {TQXGPFillMode::fmWinding, IsAliased}, Sink,
+        [&](const TRect& Band, bool) {
+          FStroker.Stroke(Points, Pen, Rest, QXRect(Band), QXFlattenTolerance, FLines, FReversed);
+          FLines.Flush();
+          FReversed.Flush();
+        });
+}
+
+void TRasterizer::Rectangle(const TRectF& R, const TRect& Clip, bool IsAliased, ISpanSink& Sink) {
+  const auto Fixed = [](float V, std::int32_t Least, std::int32_t Most) {
+    const double N = std::nearbyint(double{V} * SubpixelScale);
+    return static_cast<std::int32_t>(
+        std::clamp(N, double{SubpixelScale} * Least, double{SubpixelScale} * Most));
+  };
+  const std::int32_t Left = Fixed(R.Left, Clip.Left, Clip.Right);
+  const std::int32_t Right = Fixed(R.Right, Clip.Left, Clip.Right);
+  const std::int32_t Top = Fixed(R.Top, Clip.Top, Clip.Bottom);
+  const std::int32_t Bottom = Fixed(R.Bottom, Clip.Top, Clip.Bottom);
+  const TRect Box{Left >> SubpixelBits, Top >> SubpixelBits,
+                  (Right + SubpixelScale - 1) >> SubpixelBits,
+                  (Bottom + SubpixelScale - 1) >> SubpixelBits};
+  if (Box.IsEmpty()) return;
+  // How much of the pixel at I lies between both ends.
+  const auto Part = [](std::int64_t From, std::int64_t To, std::int64_t I) {
+    return static_cast<std::uint32_t>(std::max<std::int64_t>(
+        0, std::min(To, (I + 1) * SubpixelScale) - std::max(From, I * SubpixelScale)));
+  };
+  const std::int32_t LastX = Box.Right - 1;
+  for (std::int32_t Y = Box.Top; Y < Box.Bottom; ++Y) {
+    const std::uint32_t Height = Part(Top, Bottom, Y);
+    std::array<TCoverSpan, 3> Spans;
+    std::size_t Count = 0;
+    const auto Add = [&](std::int32_t X, std::int32_t Length, std::uint32_t Width) {
+      std::uint32_t Cover = (Width * Height * 2 * FullCover + CellFull / 2) >> CellFullBits;
+      if (IsAliased) Cover = Cover < 128 ? 0 : FullCover;
+      if (Length > 0 && Cover != 0) Spans[Count++] = {X, Length, Cover};
+    };
+    const std::uint32_t LeftPart = Part(Left, Right, Box.Left);
+    const std::uint32_t RightPart = Part(Left, Right, LastX);
+    const bool HasLeft = LeftPart != SubpixelScale,
+               HasRight = RightPart != SubpixelScale && Box.Left != LastX;
+    if (HasLeft) Add(Box.Left, 1, LeftPart);
+    Add(Box.Left + HasLeft, static_cast<std::int32_t>(Box.Width()) - HasLeft - HasRight,
+        SubpixelScale);
+    if (HasRight) Add(LastX, 1, RightPart);
+    if (Count != 0) Sink.Row(Y, {Spans.data(), Count}, nullptr);
+  }
+}
+
+}  // namespace qxsvg
