@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <memory>
 
 #include "foundation/Limits.h"
@@ -15,18 +16,45 @@ namespace qxsvg {
 namespace {
 
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
+// "<?xm" in EBCDIC.
+constexpr std::string_view EbcdicHead = "\x4C\x6F\xA7\x94";
+constexpr const char* EbcdicName = "EBCDIC-US";
 // A declaration that is longer than this is none.
 constexpr std::size_t LongestDeclaration = 1024;
 // Bytes converted at a time.
 constexpr std::size_t Step = std::size_t{1} << 16;
 
-std::string Utf8FromUtf16(std::string_view Bytes, bool IsBigEndian) {
-  const std::size_t High = IsBigEndian ? 0 : 1;
+// The shapes of text in wider units: by a byte order mark, or by the zeros beside the first "<".
+// The longer marks come first, because that of UTF-32 begins like one of UTF-16.
+struct TWideShape {
+  std::string_view Head;
+  std::size_t UnitBytes;
+  bool IsBigEndian;
+};
+using std::string_view_literals::operator""sv;
+constexpr TWideShape WideShapes[] = {{"\xFF\xFE\0\0"sv, 4, false}, {"<\0\0\0"sv, 4, false},
+                                     {"\0\0\xFE\xFF"sv, 4, true},  {"\0\0\0<"sv, 4, true},
+                                     {"\xFF\xFE"sv, 2, false},     {"<\0"sv, 2, false},
+                                     {"\xFE\xFF"sv, 2, true},      {"\0<"sv, 2, true}};
+
+std::string DecodeWide(std::string_view Bytes, const TWideShape& Shape) {
+  const std::size_t Size = Shape.UnitBytes;
   String Text;
-  Text.reserve(Bytes.size() / 2);
-  for (std::size_t I = 0; I + 1 < Bytes.size(); I += 2)
-    Text.push_back(static_cast<char16_t>(static_cast<unsigned char>(Bytes[I + High]) << 8 |
-                                         static_cast<unsigned char>(Bytes[I + 1 - High])));
+  Text.reserve(Bytes.size() / Size);
+  for (std::size_t I = 0; I + Size <= Bytes.size(); I += Size) {
+    std::uint32_t Code = 0;
+    for (std::size_t K = 0; K < Size; ++K)
+      Code =
+          Code << 8 | static_cast<unsigned char>(Bytes[I + (Shape.IsBigEndian ? K : Size - 1 - K)]);
+    if (Code < 0x10000) {
+      Text.push_back(static_cast<char16_t>(Code));
+    } else if (Code <= 0x10FFFF) {
+      Text.push_back(static_cast<char16_t>(0xD7C0 + (Code >> 10)));
+      Text.push_back(static_cast<char16_t>(0xDC00 + (Code & 0x3FF)));
+    } else {
+      Text.push_back(u'\uFFFD');
+    }
+  }
   return ToUtf8(StringView(Text).substr(Text.starts_with(u'\uFEFF') ? 1 : 0));
 }
 
@@ -87,29 +115,13 @@ std::string Convert(std::string_view Bytes, xmlCharEncodingHandler& Handler) {
   return Result;
 }
 
-// UTF-32 and EBCDIC, by the first four bytes.
-THandler WideHandler(std::string_view Bytes) {
-  const auto Encoding =
-      xmlDetectCharEncoding(reinterpret_cast<const unsigned char*>(Bytes.data()),
-                            static_cast<int>(std::min<std::size_t>(4, Bytes.size())));
-  constexpr std::array Wide = {XML_CHAR_ENCODING_UCS4LE, XML_CHAR_ENCODING_UCS4BE,
-                               XML_CHAR_ENCODING_UCS4_2143, XML_CHAR_ENCODING_UCS4_3412,
-                               XML_CHAR_ENCODING_EBCDIC};
-  if (std::ranges::find(Wide, Encoding) == Wide.end()) return nullptr;
-  return THandler(xmlGetCharEncodingHandler(Encoding));
-}
-
 }  // namespace
 
 std::string_view DecodeDocument(std::string_view Bytes, std::string& Buffer) {
   if (Bytes.starts_with(Utf8Mark)) return Bytes.substr(Utf8Mark.size());
-  if (const THandler Handler = WideHandler(Bytes)) return Buffer = Convert(Bytes, *Handler);
-  const std::string_view Head = Bytes.substr(0, 2);
-  if (Head == "\xFF\xFE" || Head == std::string_view("<\0", 2))
-    return Buffer = Utf8FromUtf16(Bytes, false);
-  if (Head == "\xFE\xFF" || Head == std::string_view("\0<", 2))
-    return Buffer = Utf8FromUtf16(Bytes, true);
-  const std::string Name = DeclaredEncoding(Bytes);
+  for (const TWideShape& Shape : WideShapes)
+    if (Bytes.starts_with(Shape.Head)) return Buffer = DecodeWide(Bytes, Shape);
+  const std::string Name = Bytes.starts_with(EbcdicHead) ? EbcdicName : DeclaredEncoding(Bytes);
   if (IsUtf8Name(Name)) return Bytes;
   const THandler Handler(xmlFindCharEncodingHandler(Name.c_str()));
   if (!Handler) throw EXMLError(Format(u"Unknown encoding <%s>", {FromUtf8(Name)}), 1, 0);

@@ -40,12 +40,12 @@ class TInflater {
       // One byte over the limit tells a document that is too large from one that just fits.
       const std::size_t Room =
           std::min(std::max(FirstRoom, Used * 2), Limits::DecompressedBytes + 1);
-      if (Room == Used) throw ESVGException(SDecompressedSizeLimit);
       Result.resize(Room);
       FStream.next_out = reinterpret_cast<Bytef*>(Result.data() + Used);
       FStream.avail_out = static_cast<uInt>(Room - Used);
       const int Status = inflate(&FStream, Z_NO_FLUSH);
       Used = Room - FStream.avail_out;
+      if (Used > Limits::DecompressedBytes) throw ESVGException(SDecompressedSizeLimit);
       if (Status == Z_STREAM_END) break;
       if (Status != Z_OK || FStream.avail_out != 0) RaiseDamaged();
     }
