@@ -98,7 +98,8 @@ bool SelectorMatcher::Passes(std::size_t At) {
           FOthers,
           PassesAttribute(At > 0 ? StringView(FTokens[At - 1].Value) : StringView(), Type, Value));
     case sttIDHashChar: return Count(FIDs, Value == FCurrent->ID());
-    case sttClassChar: return Count(FOthers, std::as_const(*FCurrent).Classes().IndexOf(Value) >= 0);
+    case sttClassChar:
+      return Count(FOthers, std::as_const(*FCurrent).Classes().IndexOf(Value) >= 0);
     case sttLanguage: return Count(FOthers, FCurrent->HasLanguage(Value));
     case sttUniversalChar:
       return GoTo(Value, [&](TSVGElement& Found) { return Found.HasAncestor(FCurrent); });

@@ -155,6 +155,10 @@ TQXGPPath& TSVGGraphicElement::Shape() {
 TSVGStylePropertiesSet& TSVGGraphicElement::GetPreferredStyles() {
   if (FParentPreferredStyles)
     if (TSVGGraphicElement* Ancestor = GetGraphicParent()) return Ancestor->GetPreferredStyles();
+  return WritePreferredStyles();
+}
+
+TSVGStylePropertiesSet& TSVGGraphicElement::WritePreferredStyles() {
   if (!FPreferredStyles) {
     FPreferredStyles = std::make_unique<TSVGStylePropertiesSet>();
     FPreferredStyles->SetOnChange(

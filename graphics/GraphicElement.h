@@ -368,6 +368,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
  private:
   struct Rows;
+  struct PublishedRow;
+  struct Published;
   struct References;
   struct Box;
   struct Spacings;
@@ -419,6 +421,16 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   void LengthSetInherited(TSVGStylePropertyLength* Sender, bool IsInherited);
   void LengthParent(TSVGStylePropertyLength* Sender, TSVGStylePropertyLength*& Parent);
   static const TSVGLengthEventsOf<TSVGGraphicElement> SpacingLength, BaselineShiftLength;
+  // The fields as they are, for streams.
+  TSVGFillRule OwnFillRule() const { return FFillRule; }
+  TSVGVectorEffect OwnVectorEffect() const { return FVectorEffect; }
+  float OwnOpacity() const { return FOpacity; }
+  bool OwnOverflow() const { return FOverflow; }
+  bool OwnVisible() const { return FVisible; }
+  TSVGStylePropertiesSet& WritePreferredStyles();
+  void ClearPlainProperties();
+  void AssignPlainProperties(const TSVGGraphicElement& From);
+  void AssignHeldObjects(TSVGGraphicElement& From);
   TSVGBrush& OwnBrush();
   TSVGPen& OwnPen();
   TSVGFont& OwnFont();
