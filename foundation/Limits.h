@@ -95,6 +95,10 @@ inline constexpr std::size_t TextRun = 1'000'000;
 inline constexpr std::int32_t ReferenceDepth = 64;
 // Elements drawn through references in one draw: use within use doubles the work at each level.
 inline constexpr std::int64_t DrawnReferences = 1'000'000;
+// Levels of SVG files that stand as images within each other, and files loaded that way in all from
+// the outermost one: each is a whole document.
+inline constexpr std::size_t ImageDocumentDepth = 4;
+inline constexpr std::int32_t ImageDocuments = 256;
 // Pixels of tiles painted in one draw.
 inline constexpr std::int64_t TilePixels = std::int64_t{1} << 30;
 

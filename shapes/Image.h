@@ -24,15 +24,38 @@ class QXSVG_API TSVGImage : public TSVGCustomViewBox {
 
   // The address as it was written: a data URI, or the name of a file.
   const String& Reference() const { return FReference; }
-  // Loads the picture; what cannot be read raises.
+  // Loads the picture; a file that is there and cannot be read raises.
   void SetReference(StringView Value);
+  // Null without a picture.
+  const TQXGPBitmap* Bitmap() const { return FBitmap.get(); }
+  // The part of Rect that the picture takes by the aspect ratio; it may reach beyond Rect. There
+  // must be a picture with area.
+  TRectF Align(const TRectF& Rect) const;
+
+  using TSVGCustomViewBox::Draw;
+  using TSVGCustomViewBox::ElementAtPos;
+  void Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
+  TSVGElement* ElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
+                            const TRectF& Rect, const TSVGFindOptions& Options) override;
 
  protected:
+  // Fills or frees the bitmap from the reference. A picture in the reference's own text that cannot
+  // be decoded leaves it empty.
+  virtual void LoadImage();
+  bool DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
+  // The box decides, not the picture.
+  TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
+                                      const TRectF& Rect, const TSVGFindOptions& Options) override;
   void DoLoadFromXML(IXMLNode& Node) override;
   void DoSaveToXML(IXMLNode& Node) override;
 
  private:
+  void LoadPicture();
+  void LoadDrawing();
+  bool HasPicture() const;
+
   String FReference;
+  std::unique_ptr<TQXGPBitmap> FBitmap;
 };
 
 }  // namespace qxsvg

@@ -1,0 +1,5 @@
+// The elements of text.
+#pragma once
+
+#include "text/CustomText.h"
+#include "text/TextElements.h"
