@@ -1,7 +1,6 @@
 #include "document/AttributeParsers.h"
 
 #include "runtime/StringList.h"
-#include "runtime/UpdateLock.h"
 
 namespace qxsvg {
 
@@ -16,10 +15,6 @@ template <class Result, class Parser>
 Result FromAttribute(const IXMLNode& Node, StringView Name, Result Default, Parser Parse) {
   StringView Value;
   return Node.FindAttribute(Name, Value) ? Parse(Value) : Default;
-}
-
-void AddCleaned(TStrings& List, StringView Text, StringView Delimiters) {
-  for (const StringView Item : SplitClean(Text, Delimiters)) List.Add(Item);
 }
 
 }  // namespace
@@ -40,27 +35,13 @@ String ParseString(const IXMLNode& Node, StringView ChildName, StringView Defaul
   return Child ? Child->Text() : String(Default);
 }
 
-void ParseStringList(TStrings& List, StringView Text, StringView Delimiters) {
-  const StringView Trimmed = Trim(Text);
-  if (Trimmed.empty()) {
-    List.Clear();
-    return;
-  }
-  const TUpdateLock Lock(List);
-  AddCleaned(List, Trimmed, Delimiters);
-}
-
 void ParseRequiredStringList(const IXMLNode& Node, StringView Name, TStrings& List,
                              StringView Delimiters) {
-  const TUpdateLock Lock(List);
-  List.Clear();
   StringView Value;
-  if (!Node.FindAttribute(Name, Value)) return;
-  Value = Trim(Value);
-  if (Value.empty())
-    List.Add(StringView());
+  if (Node.FindAttribute(Name, Value))
+    ParseRequiredStringList(List, Value, Delimiters);
   else
-    AddCleaned(List, Value, Delimiters);
+    List.Clear();
 }
 
 std::vector<float> ParseNumbers(const IXMLNode& Node, StringView Name,

@@ -21,11 +21,8 @@ QXSVG_API String ParseAttrString(const IXMLNode& Node, StringView Name, StringVi
 // The text of the first child node of that name.
 QXSVG_API String ParseString(const IXMLNode& Node, StringView ChildName, StringView Default);
 
-// Adds what stands in Text between the characters of Delimiters, cleaned, to List, with one notice;
-// an empty text clears the list.
-QXSVG_API void ParseStringList(TStrings& List, StringView Text, StringView Delimiters);
-// The same for an attribute, clearing first. An attribute that is there and empty leaves one empty
-// item, which no conditional test passes; an absent one leaves the list empty.
+// The parts of an attribute replace what List holds. An attribute that is there and empty leaves
+// one empty item, which no conditional test passes; an absent one leaves the list empty.
 QXSVG_API void ParseRequiredStringList(const IXMLNode& Node, StringView Name, TStrings& List,
                                        StringView Delimiters);
 
