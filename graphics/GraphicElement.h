@@ -16,6 +16,7 @@
 #include "foundation/Length.h"
 #include "foundation/SelectorTokens.h"
 #include "graphics/StylePropertiesSet.h"
+#include "graphics/surface/CanvasState.h"
 
 namespace qxsvg {
 
@@ -24,9 +25,11 @@ class TQXGPCanvas;
 class TQXGPPath;
 class TQXGPRegion;
 class TQXPathData;
+struct TQXPathView;
 class TSVGBrush;
 class TSVGFont;
 class TSVGPen;
+class TSVGViewBox;
 
 // Which of an element's references to other elements is meant.
 enum class TSVGReference : std::uint8_t {
@@ -313,6 +316,12 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   void DrawPath(const TQXPathData& Data, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                 const TRectF& Rect);
 
+  // The mode of a rule; Otherwise where the rule is none.
+  static TQXGPFillMode FillModeOf(TSVGFillRule Rule, TQXGPFillMode Otherwise);
+  // A share of the diagonal of a view box, as percentages of stroke widths are (SVG 1.1
+  // chapter 7.10).
+  static float NormalizedDiagonalShare(float Fraction, const TSVGViewBox& ViewBox);
+
   virtual TSVGElement* InternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                             TPointF Point, const TRectF& Rect,
                                             const TSVGFindOptions& Options);
@@ -389,6 +398,9 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
   template <class Row, class Value>
   void StoreKeepingMark(const Row& Property, const Value& NewValue);
+  void SetCanvasQuality(TQXGPCanvas& Canvas) const;
+  void DrawView(const TQXPathView& View, TQXGPFillMode Mode, const TMatrix& Matrix,
+                TQXGPCanvas& Canvas);
   bool IsMarked(TSVGStyleProperty Property) const { return FInherits.Has(Property); }
   const String& EffectiveReference(TSVGReference Which) const;
   void StoreReference(TSVGReference Which, StringView Value);
@@ -449,8 +461,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // The region that a clip path built; other elements point at it.
   std::unique_ptr<TQXGPRegion> FClipRegion;
   TQXGPRegion* FClipPath = nullptr;
-  // The mark of what BeginDraw saved, until EndDraw.
-  std::uint32_t FCanvasState = 0;
+  // What BeginDraw saved, until EndDraw.
+  TQXGPCanvasSaveState FCanvasState;
   TMatrix FMatrix;
   float FOpacity = 1;
   TQXGPColor FColor = 0;

@@ -8,6 +8,7 @@
 
 #include "graphics/surface/Bitmap.h"
 #include "graphics/surface/Brush.h"
+#include "graphics/surface/CanvasState.h"
 #include "graphics/surface/Font.h"
 #include "graphics/surface/Path.h"
 #include "graphics/surface/Pen.h"
@@ -37,17 +38,6 @@ enum class TQXDiagnostic : std::uint8_t {
   Unsupported     // the surface has no way to draw it
 };
 using TQXDiagnosticEvent = std::function<void(TQXDiagnostic Kind, StringView Text)>;
-
-// A mark to come back to; see TQXGPCanvas::SaveState.
-class TQXGPCanvasSaveState {
- public:
-  TQXGPCanvasSaveState() = default;
-
- private:
-  friend class TQXGPCanvas;
-  // How many states lie below and with it; 0 is no state.
-  std::uint32_t FDepth = 0;
-};
 
 // The quality settings that a saved state holds.
 struct TQXCanvasQuality {

@@ -1,0 +1,354 @@
+// The walk that draws an element and its children.
+//
+// The matrix goes down the tree by argument and into the paths; the canvas itself stays at the
+// identity, so that pens and gradients are chosen here.
+#include <cmath>
+#include <vector>
+
+#include "document/Document.h"
+#include "foundation/Writers.h"
+#include "graphics/GraphicElementParts.h"
+#include "graphics/surface/Canvas.h"
+#include "graphics/surface/PathData.h"
+#include "runtime/UpdateLock.h"
+#include "shapes/CustomViewBox.h"
+
+namespace qxsvg {
+
+namespace {
+
+// A surface never gets a pen without a width.
+constexpr float LeastThickness = 1e-12f;
+
+void ToGrayscale(TQXGPGradient& Gradient) {
+  for (std::size_t I = 0; I < Gradient.Points().Count(); ++I) {
+    TQXGPGradientPoint& Point = Gradient.Points().GetPoint(I);
+    Point.SetColor(SVGColorToGrayscale(Point.Color()));
+  }
+}
+
+// Takes a paint that is none, or automatic, to be the document's.
+template <class Value>
+Value OrDefault(Value Own, Value None, Value Automatic, Value Default) {
+  return Own == None || Own == Automatic ? Default : Own;
+}
+
+}  // namespace
+
+// --- Entry points
+// ---------------------------------------------------------------------------------
+
+void TSVGGraphicElement::Draw(TQXGPCanvas& Canvas, const TRectF& Rect) {
+  Draw(GetViewMatrix(Rect), Canvas, Rect);
+}
+
+void TSVGGraphicElement::Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  if (ShouldDraw()) InternalDraw(Matrix, Canvas, Rect);
+}
+
+void TSVGGraphicElement::DrawElement(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                     const TRectF& Rect) {
+  if (!ShouldDraw() || !GetVisible()) return;
+  const TQXCanvasStateLock State(Canvas);
+  TMatrix M = Matrix;
+  TRectF R = Rect;
+  if (TSVGGraphicElement* Ancestor = GetGraphicParent()) Ancestor->DrawElementParent(M, Canvas, R);
+  Draw(M, Canvas, R);
+}
+
+void TSVGGraphicElement::DrawElementParent(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect) {
+  if (TSVGGraphicElement* Ancestor = GetGraphicParent())
+    Ancestor->DrawElementParent(Matrix, Canvas, Rect);
+  if (!ShouldDraw()) return;
+  Matrix = QXMatrixMultiply(FMatrix, Matrix);
+  PerformClipping(Matrix, Canvas, Rect);
+}
+
+bool TSVGGraphicElement::DoShouldDraw() {
+  return GetVisible() && TSVGElement::DoShouldDraw();
+}
+
+// --- The walk
+// -------------------------------------------------------------------------------------
+
+void TSVGGraphicElement::InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                      const TRectF& Rect) {
+  const TMatrix M = QXMatrixMultiply(FMatrix, Matrix);
+  const bool Drawing = BeginDraw(M, Canvas, Rect);
+  // A reference may bring the walk to this element again below itself.
+  const TQXGPCanvasSaveState State = FCanvasState;
+  if (Drawing) DoInternalDraw(M, Canvas, Rect);
+  DrawChildren(M, Canvas, Rect);
+  FCanvasState = State;
+  EndDraw(M, Canvas, Rect);
+}
+
+void TSVGGraphicElement::DrawChildren(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                      const TRectF& Rect) {
+  for (std::int32_t I = 0; I < Items().Count(); ++I)
+    if (TSVGGraphicElement* Child = Items()[I]->AsGraphicElement())
+      Child->Draw(Matrix, Canvas, Rect);
+}
+
+bool TSVGGraphicElement::BeginDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  const TRectF Bounds = GetBoundsRect();
+  FCanvasState = Canvas.SaveState();
+  Canvas.SetBrush(GetBrush(Matrix, Bounds, GetNearestViewport(Rect)));
+  SetCanvasPen(Canvas, Matrix, GetVectorEffect() == TSVGVectorEffect::veNone);
+  // Only text looks at the font, and getting at one may start the font engine.
+  const bool WritesText = SVGTextContentElements.Has(SVGType());
+  if (WritesText) Canvas.Font().Assign(&GetFont());
+  if (!IsEnabled()) {
+    TMatrix M = Matrix;
+    TRectF R = Rect;
+    DisableAppearance(M, Canvas, R);
+  }
+  if (WritesText) Canvas.Font().SetBrush(Canvas.Brush());
+  SetCanvasQuality(Canvas);
+  PerformClipping(Matrix, Canvas, Rect);
+  return DoDrawing(this, Matrix, Canvas, Rect);
+}
+
+void TSVGGraphicElement::EndDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  DoDrawn(this, Matrix, Canvas, Rect);
+  Canvas.RestoreState(FCanvasState);
+}
+
+bool TSVGGraphicElement::DoDrawing(TSVGElement* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                   const TRectF& Rect) {
+  return !Document() || Document()->DoDrawing(Sender, Matrix, Canvas, Rect);
+}
+
+void TSVGGraphicElement::DoDrawn(TSVGElement* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                 const TRectF& Rect) {
+  if (Document()) Document()->DoDrawn(Sender, Matrix, Canvas, Rect);
+}
+
+// --- Quality
+// --------------------------------------------------------------------------------------
+
+void TSVGGraphicElement::SetCanvasQuality(TQXGPCanvas& Canvas) const {
+  TSVGColorRendering Rendering = GetColorRendering();
+  TSVGColorInterpolation Interpolation = GetColorInterpolation();
+  TSVGShapeRendering Shapes = GetShapeRendering();
+  TSVGTextRendering Texts = GetTextRendering();
+  if (const TSVGDocument* Owner = Document()) {
+    if (Rendering == TSVGColorRendering::clrnNone || Rendering == TSVGColorRendering::clrnAuto) {
+      Rendering = Owner->DefaultColorRendering();
+      Interpolation =
+          OrDefault(Interpolation, TSVGColorInterpolation::sciNone, TSVGColorInterpolation::sciAuto,
+                    Owner->DefaultColorInterpolation());
+    }
+    Shapes = OrDefault(Shapes, TSVGShapeRendering::srnNone, TSVGShapeRendering::srnAuto,
+                       Owner->DefaultShapeRendering());
+    Texts = OrDefault(Texts, TSVGTextRendering::txrnNone, TSVGTextRendering::txrnAuto,
+                      Owner->DefaultTextRendering());
+  }
+  Canvas.SetCompositingQuality(GetCompositingQuality(Rendering, Interpolation));
+  Canvas.TrySmoothingMode(GetSmoothingMode(Shapes));
+  Canvas.SetTextRenderingHint(GetTextRenderingHint(Texts));
+}
+
+TQXGPCompositingQuality TSVGGraphicElement::GetCompositingQuality(
+    TSVGColorRendering Rendering, TSVGColorInterpolation Interpolation) const {
+  switch (Rendering) {
+    case TSVGColorRendering::clrnOptimizeSpeed: return TQXGPCompositingQuality::cqHighSpeed;
+    case TSVGColorRendering::clrnOptimizeQuality: return TQXGPCompositingQuality::cqHighQuality;
+    default: break;
+  }
+  switch (Interpolation) {
+    case TSVGColorInterpolation::sciSRGB: return TQXGPCompositingQuality::cqGammaCorrected;
+    case TSVGColorInterpolation::sciLinearRGB: return TQXGPCompositingQuality::cqAssumeLinear;
+    default: return TQXGPCompositingQuality::cqDefault;
+  }
+}
+
+TQXGPSmoothingMode TSVGGraphicElement::GetSmoothingMode(TSVGShapeRendering Value) const {
+  switch (Value) {
+    case TSVGShapeRendering::srnAuto: return TQXGPSmoothingMode::smDefault;
+    case TSVGShapeRendering::srnOptimizeSpeed: return TQXGPSmoothingMode::smHighSpeed;
+    case TSVGShapeRendering::srnCrispEdges: return TQXGPSmoothingMode::smHighQuality;
+    default: return TQXGPSmoothingMode::smAntiAlias8x8;
+  }
+}
+
+TQXGPTextRenderingHint TSVGGraphicElement::GetTextRenderingHint(TSVGTextRendering Value) const {
+  switch (Value) {
+    case TSVGTextRendering::txrnAuto: return TQXGPTextRenderingHint::thSystemDefault;
+    case TSVGTextRendering::txrnOptimizeSpeed: return TQXGPTextRenderingHint::thSingleBitPerPixel;
+    case TSVGTextRendering::txrnOptimizeLegibility: return TQXGPTextRenderingHint::thAntiAlias;
+    default: return TQXGPTextRenderingHint::thAntiAliasGridFit;
+  }
+}
+
+// --- Paints
+// ---------------------------------------------------------------------------------------
+
+// Here "scaled" means that the stroke goes through the matrix with the shape; otherwise its width
+// is one in device pixels whatever the transformations.
+void TSVGGraphicElement::SetCanvasPen(TQXGPCanvas& Canvas, const TMatrix& Matrix, bool Scale) {
+  const TSVGPen& Pen = GetPen(QXIdentityMatrix, GetBoundsRect());
+  Canvas.SetPen(Pen);
+  float Width = Canvas.Pen().Thickness();
+  if (Pen.ThicknessIsPercent())
+    if (TSVGCustomViewBox* Nearest = GetNearestViewBox())
+      Width = NormalizedDiagonalShare(Width, Nearest->ViewBox());
+  // Not a number counts as a width, and comes out as the least one.
+  float Factor = 1;
+  if (Scale && Width != 0) Factor = QXMatrixMultiply(Width, Matrix) / Width;
+  Width *= Factor;
+  if (!(Width >= LeastThickness)) Width = LeastThickness;
+  Canvas.Pen().SetThickness(Width);
+
+  const bool HasDashes = Canvas.Pen().Kind() != TQXGPBrushKind::bkNone &&
+                         Canvas.Pen().Dash() == TQXGPStrokeDash::sdCustom;
+  if (!Scale || !HasDashes) return;
+  // The surface counts dashes in widths of the pen.
+  const auto Declared = Canvas.Pen().CustomDash();
+  std::vector<float> Dashes(Declared.begin(), Declared.end());
+  for (std::size_t I = Dashes.size(); I-- > 0;) {
+    const float Dash = Dashes[I] * Factor / Width;
+    // One that is no length shortens the list from its end.
+    if (!(Dash > 0))
+      Dashes.pop_back();
+    else
+      Dashes[I] = Dash;
+  }
+  if (!Dashes.empty())
+    Canvas.Pen().SetCustomDash(Dashes, Pen.GetDashOffsetValue() * Factor / Width);
+}
+
+float TSVGGraphicElement::NormalizedDiagonalShare(float Fraction, const TSVGViewBox& ViewBox) {
+  const double Width = ViewBox.Width().GetValue(), Height = ViewBox.Height().GetValue();
+  return static_cast<float>(Fraction * std::sqrt(Width * Width + Height * Height) / std::sqrt(2.0));
+}
+
+void TSVGGraphicElement::DisableAppearance(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect) {
+  if (!DoDisableAppearance(this, Matrix, Canvas, Rect)) return;
+  TQXGPBrush& Brush = Canvas.Brush();
+  Brush.SetColor(SVGColorToGrayscale(Brush.Color()));
+  if (Brush.Kind() == TQXGPBrushKind::bkGradient) ToGrayscale(Brush.GetGradient());
+  TQXGPPen& Pen = Canvas.Pen();
+  Pen.SetColor(SVGColorToGrayscale(Pen.Color()));
+  if (Pen.Kind() == TQXGPBrushKind::bkGradient) ToGrayscale(Pen.GetBrush().GetGradient());
+}
+
+bool TSVGGraphicElement::DoDisableAppearance(TSVGElement* Sender, TMatrix& Matrix,
+                                             TQXGPCanvas& Canvas, TRectF& Rect) {
+  return !Document() || Document()->DoDisableAppearance(Sender, Matrix, Canvas, Rect);
+}
+
+// --- The element itself
+// ---------------------------------------------------------------------------
+
+TQXGPPath* TSVGGraphicElement::GetShape() {
+  FShapeCacheChanged = false;
+  return FShape.get();
+}
+
+bool TSVGGraphicElement::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                        const TRectF& Rect) {
+  const TQXGPPath* Shape = GetShape();
+  if (!Shape || Shape->Count() == 0) return false;
+  DrawPath(*Shape, Matrix, Canvas, Rect);
+  return true;
+}
+
+TQXGPFillMode TSVGGraphicElement::FillModeOf(TSVGFillRule Rule, TQXGPFillMode Otherwise) {
+  switch (Rule) {
+    case TSVGFillRule::frNonZero: return TQXGPFillMode::fmWinding;
+    case TSVGFillRule::frEvenOdd: return TQXGPFillMode::fmAlternate;
+    default: return Otherwise;
+  }
+}
+
+void TSVGGraphicElement::DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                  const TRectF&) {
+  DrawView(Path.View(), Path.FillMode(), Matrix, Canvas);
+}
+
+void TSVGGraphicElement::DrawPath(const TQXPathData& Data, const TMatrix& Matrix,
+                                  TQXGPCanvas& Canvas, const TRectF&) {
+  DrawView(Data.View(), Data.FillMode(), Matrix, Canvas);
+}
+
+void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode,
+                                  const TMatrix& Matrix, TQXGPCanvas& Canvas) {
+  const TQXPathSource Source{View, FillModeOf(GetFillRule(), Mode), Matrix, nullptr};
+  const bool Fills = Canvas.Brush().Kind() != TQXGPBrushKind::bkNone;
+  const bool Strokes = Canvas.Pen().Kind() != TQXGPBrushKind::bkNone;
+  if (!Fills && !Strokes) return;
+  const double Opacity = GetAbsoluteOpacity();
+  if (Fills) Canvas.FillPath(Source, static_cast<float>(GetBrush().Opacity() * Opacity));
+  if (Strokes) Canvas.DrawPath(Source, static_cast<float>(GetPen().Opacity() * Opacity));
+}
+
+void TSVGGraphicElement::FillPolygons(const TMatrix&, TQXGPCanvas&) {}
+
+// --- Clipping
+// -------------------------------------------------------------------------------------
+
+void TSVGGraphicElement::PerformClipping(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                         const TRectF& Rect) {
+  if (!GetOptions().Has(TSVGOption::soApplyClipping)) return;
+  TSVGGraphicElement* Clip = GetClipURIElement();
+  if (!Clip) return;
+  TQXGPRegion Region(&Canvas);
+  Region.MakeEmpty();
+  Clip->BuildClipRegion(Region, QXIdentityMatrix, Rect);
+  // A clip path without geometry does not clip.
+  if (Region.IsEmpty()) return;
+  Region.Transform(Matrix);
+  Canvas.IntersectClip(Region);
+}
+
+void TSVGGraphicElement::BuildClipRegion(TQXGPRegion& Region, const TMatrix& Matrix,
+                                         const TRectF& Rect) {
+  if (!ShouldDraw()) return;
+  const TMatrix M = QXMatrixMultiply(FMatrix, Matrix);
+  if (const TQXGPPath* Shape = GetShape(); Shape && Shape->Count() > 0) {
+    const auto Path = Shape->Clone(static_cast<TQXGPCanvas*>(nullptr));
+    Path->SetFillMode(FillModeOf(GetClipRule(), Path->FillMode()));
+    Path->ApplyMatrix(M);
+    Region.Combine(*Path, TQXGPCombineMode::cmUnion);
+  }
+  for (std::int32_t I = 0; I < Items().Count(); ++I)
+    if (TSVGGraphicElement* Child = Items()[I]->AsGraphicElement(); Child && Child->GetVisible())
+      Child->BuildClipRegion(Region, M, Rect);
+}
+
+TQXGPRegion* TSVGGraphicElement::GetClipPath(TQXGPCanvas& Canvas) {
+  if (!FClippingChanged) return FClipPath;
+  FClippingChanged = false;
+  TSVGGraphicElement* Ancestor = GetGraphicParent();
+  if (IsMarked(TSVGStyleProperty::ipClipPath) && Ancestor)
+    FClipPath = Ancestor->GetClipPath(Canvas);
+  else if (TSVGGraphicElement* Clip = GetClipURIElement())
+    FClipPath = Clip->GetClipPath(Canvas);
+  return FClipPath;
+}
+
+// --- Baking
+// ---------------------------------------------------------------------------------------
+
+void TSVGGraphicElement::BakeTransformation(const TMatrix& Matrix) {
+  const TUpdateLock Lock(*this);
+  InternalBakeTransformation(Matrix);
+}
+
+void TSVGGraphicElement::InternalBakeTransformation(const TMatrix& Matrix) {
+  DoBakeTransformation(QXMatrixMultiply(FMatrix, Matrix));
+}
+
+// Without geometry that could take the matrix up, the element keeps it.
+void TSVGGraphicElement::DoBakeTransformation(const TMatrix& Matrix) {
+  SetMatrix(Matrix);
+}
+
+void TSVGGraphicElement::BakeTransformationChildren(const TMatrix& Matrix) {
+  for (std::int32_t I = 0; I < Items().Count(); ++I)
+    if (TSVGGraphicElement* Child = Items()[I]->AsGraphicElement())
+      Child->BakeTransformation(Matrix);
+}
+
+}  // namespace qxsvg

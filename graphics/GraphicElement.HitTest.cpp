@@ -1,0 +1,110 @@
+// Which element lies under a point: the walk goes against the order of painting.
+#include <algorithm>
+
+#include "document/Document.h"
+#include "graphics/GraphicElementParts.h"
+#include "graphics/surface/Canvas.h"
+
+namespace qxsvg {
+
+namespace {
+
+using enum TSVGPointerEvents;
+using TPointerEventSet = TEnumSet<TSVGPointerEvents, 16>;
+
+// What counts whatever it is painted with.
+constexpr TPointerEventSet StrokeGroup{peVisibleStroke, peVisible, peStroke, peAll};
+constexpr TPointerEventSet FillGroup{peVisibleFill, peVisible, peFill, peAll};
+// What counts where it is painted.
+constexpr TPointerEventSet PaintedGroup{peVisiblePainted, pePainted};
+// What needs the element to be drawn.
+constexpr TPointerEventSet VisibleGroup{peVisiblePainted, peVisibleFill, peVisibleStroke,
+                                        peVisible};
+
+// A hair line has to be within reach of a pointer: device pixels.
+constexpr float LeastHitThickness = 3;
+// Below three points there is no area.
+constexpr std::size_t LeastFillPoints = 3;
+
+bool Counts(TSVGPointerEvents Events, const TPointerEventSet& Group, TQXGPBrushKind Kind) {
+  return Group.Has(Events) || (Kind != TQXGPBrushKind::bkNone && PaintedGroup.Has(Events));
+}
+
+}  // namespace
+
+TSVGElement* TSVGGraphicElement::ElementAtPos(TQXGPCanvas& Canvas, TPointF Point,
+                                              const TRectF& Rect, const TSVGFindOptions& Options) {
+  return ElementAtPos(GetViewMatrix(Rect), Canvas, Point, Rect, Options);
+}
+
+TSVGElement* TSVGGraphicElement::ElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                              TPointF Point, const TRectF& Rect,
+                                              const TSVGFindOptions& Options) {
+  const TSVGPointerEvents Events = GetPointerEvents();
+  if (Events == peNone) return nullptr;
+  if (VisibleGroup.Has(Events) && !ShouldDraw() &&
+      !Options.Has(TSVGFindOption::foFindHiddenElements))
+    return nullptr;
+  if (!Options.Has(TSVGFindOption::foFindDisabled) && !IsEnabled()) return nullptr;
+  return InternalElementAtPos(Matrix, Canvas, Point, Rect, Options);
+}
+
+TSVGElement* TSVGGraphicElement::InternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                                      TPointF Point, const TRectF& Rect,
+                                                      const TSVGFindOptions& Options) {
+  const TMatrix M = QXMatrixMultiply(FMatrix, Matrix);
+  for (std::int32_t I = Items().Count(); I-- > 0;) {
+    // A handler of the host may take children away on the way.
+    if (I >= Items().Count()) continue;
+    TSVGGraphicElement* Child = Items()[I]->AsGraphicElement();
+    if (!Child) continue;
+    if (TSVGElement* Found = Child->ElementAtPos(M, Canvas, Point, Rect, Options)) return Found;
+  }
+  return DoInternalElementAtPos(M, Canvas, Point, Rect, Options);
+}
+
+TSVGElement* TSVGGraphicElement::DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                                        TPointF Point, const TRectF& Rect,
+                                                        const TSVGFindOptions& Options) {
+  TRectF Box = GetBoundsRect();
+  const TSVGPen& Pen = GetPen();
+  if (Counts(GetPointerEvents(), StrokeGroup, Pen.Kind()))
+    QXInflateRect(Box, Pen.Thickness(), Pen.Thickness());
+  TQXGPPath Outline(&Canvas);
+  Outline.AddRectangle(Box);
+  Outline.ApplyMatrix(Matrix);
+  if (!Outline.IsVisiblePathPoint(Point, &Canvas)) return nullptr;
+  if (!Options.Has(TSVGFindOption::foUseBoundingBox))
+    if (const TQXGPPath* Shape = GetShape(); Shape && Shape->Count() != 0)
+      return PathAtPos(Matrix, Canvas, Point, Rect, *Shape, Options);
+  return DoOnElementFound(this);
+}
+
+TSVGElement* TSVGGraphicElement::PathAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                           TPointF Point, const TRectF& Rect, const TQXGPPath& Path,
+                                           const TSVGFindOptions& Options) {
+  const auto P = Path.Clone(&Canvas);
+  P->SetFillMode(FillModeOf(GetFillRule(), P->FillMode()));
+  P->ApplyMatrix(Matrix);
+  const TSVGPointerEvents Events = GetPointerEvents();
+  const TQXGPBrushKind Kind = GetBrush(Matrix, GetBoundsRect(), GetNearestViewport(Rect)).Kind();
+  const bool FillCounts =
+      Options.Has(TSVGFindOption::foFindNonFilled) || Counts(Events, FillGroup, Kind);
+
+  const TQXCanvasStateLock State(Canvas);
+  SetCanvasPen(Canvas, Matrix, GetVectorEffect() == TSVGVectorEffect::veNone);
+  if (Canvas.Pen().Thickness() < LeastHitThickness) Canvas.Pen().SetThickness(LeastHitThickness);
+  PerformClipping(Matrix, Canvas, Rect);
+  if (FillCounts && P->Count() >= LeastFillPoints && P->IsVisiblePathPoint(Point, &Canvas))
+    return DoOnElementFound(this);
+  if (Counts(Events, StrokeGroup, Canvas.Pen().Kind()) &&
+      P->IsOutlineVisiblePathPoint(Point, Canvas.Pen(), &Canvas))
+    return DoOnElementFound(this);
+  return nullptr;
+}
+
+TSVGElement* TSVGGraphicElement::DoOnElementFound(TSVGElement* Element) {
+  return Document() ? Document()->DoOnElementFound(Element) : Element;
+}
+
+}  // namespace qxsvg
