@@ -1,4 +1,5 @@
 // The one place that knows the adapters: fills the services table with what this build has.
+#include "raster/RasterCanvas.h"
 #include "runtime/Services.h"
 
 #if defined(QXSVG_HAS_IMAGES)
@@ -10,7 +11,8 @@
 
 namespace qxsvg {
 
-void InstallDefaultServices([[maybe_unused]] TServices& Table) {
+void InstallDefaultServices(TServices& Table) {
+  Table.Canvas.Install(CreateRasterCanvasFactory);
 #if defined(QXSVG_HAS_LIBXML2)
   Table.XML.Install([] { return std::make_shared<TLibXmlVendor>(); });
 #endif

@@ -13,7 +13,7 @@ namespace qxsvg {
 class TClip {
  public:
   TClip() = default;
-  explicit TClip(const TRect& Box) : FBox(Box) {}
+  explicit TClip(const TRect& Box) : FBox(Box) { Rehash(); }
 
   const TRect& Box() const { return FBox; }
   bool IsEmpty() const { return FBox.IsEmpty(); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <cstring>
 
 #include "raster/KernelsPlain.h"
@@ -92,9 +93,53 @@ void PlainScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::uint32_t
     Target[I] = static_cast<std::uint8_t>(MultiplyBytes(A[I], Cover));
 }
 
+void PlainFetchLinear(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                      const TLinearRow& Row) {
+  const float Most = Row.Last + 0.5f;
+  for (std::int32_t I = 0; I < Count; ++I) {
+    float V = Row.Start + static_cast<float>(X + I) * Row.Step;
+    V = V > 0 ? V : 0;
+    V = V < Most ? V : Most;
+    Out[I] = Row.Colors[static_cast<std::int32_t>(V)];
+  }
+}
+
+void PlainFetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                      const TRadialRow& Row) {
+  const float Most = Row.Last + 0.5f;
+  for (std::int32_t I = 0; I < Count; ++I) {
+    const auto At = static_cast<float>(X + I);
+    const float DX = Row.X + At * Row.XStep, DY = Row.Y + At * Row.YStep;
+    const float A = DX * Row.FocusX + DY * Row.FocusY;
+    const float Square = A * A + Row.Free * (DX * DX + DY * DY);
+    float V = Most - (A + std::sqrt(Square)) * Row.Scale;
+    V = V > 0 ? V : 0;
+    V = V < Most ? V : Most;
+    Out[I] = Row.Colors[static_cast<std::int32_t>(V)];
+  }
+}
+
+void PlainResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row) {
+  for (std::int32_t I = 0; I < Count; ++I)
+    Out[I] = MixPixels(Row.Pixels[Row.First[I]], Row.Pixels[Row.Second[I]], Row.Weight[I]);
+}
+
+void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
+                  std::uint32_t Weight, std::int32_t Count) {
+  for (std::int32_t I = 0; I < Count; ++I) Out[I] = MixPixels(A[I], B[I], Weight);
+}
+
+void PlainSumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
+                 std::uint32_t Weight) {
+  for (std::int32_t I = 0; I < Count; ++I)
+    for (int C = 0; C < 4; ++C) Sums[4 * I + C] += (Pixels[I] >> (8 * C) & 255) * Weight;
+}
+
 const TKernels PlainKernels = {Sweep<false>,        Sweep<true>,      Fill,
                                PlainBlendColor,     PlainBlendPixels, PlainBlendCovered,
-                               PlainMultiplyCovers, PlainScaleCovers};
+                               PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,
+                               PlainFetchRadial,    PlainResampleRow, PlainMixRows,
+                               PlainSumRow};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

@@ -23,6 +23,25 @@ struct TSweepRow {
   TCoverSpan* Spans = nullptr;
 };
 
+// A row of a linear gradient: the pixel X has the colour at Start + X * Step, held to 0 to Last.
+struct TLinearRow {
+  const std::uint32_t* Colors;
+  float Last, Start, Step;
+};
+// A row of a radial gradient. The pixel's distance from the focus is (X, Y) plus its place times
+// the steps, in a space whose unit circle is the rim; Free is 1 less the square of the focus, Scale
+// is Last / Free. Colour 0 is that of the rim and of all beyond it.
+struct TRadialRow {
+  const std::uint32_t* Colors;
+  float Last, X, XStep, Y, YStep, FocusX, FocusY, Free, Scale;
+};
+// A row of pixels put together from two of another row each: Weight 256ths of the second.
+struct TResampledRow {
+  const std::uint32_t* Pixels;
+  const std::int32_t *First, *Second;
+  const std::uint16_t* Weight;
+};
+
 struct TKernels {
   // Sums the marked cells up to coverage, zeroes them and their marks, and gives the number of
   // spans.
@@ -44,6 +63,18 @@ struct TKernels {
                          std::int32_t Count);
   void (*ScaleCovers)(std::uint8_t* Target, const std::uint8_t* A, std::uint32_t Cover,
                       std::int32_t Count);
+
+  void (*FetchLinear)(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                      const TLinearRow& Row);
+  void (*FetchRadial)(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                      const TRadialRow& Row);
+  void (*ResampleRow)(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row);
+  // Out is A with Weight 256ths of B.
+  void (*MixRows)(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
+                  std::uint32_t Weight, std::int32_t Count);
+  // Adds Weight times each part of each pixel to Sums, four a pixel.
+  void (*SumRow)(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
+                 std::uint32_t Weight);
 };
 
 extern const TKernels PlainKernels;
@@ -84,6 +115,15 @@ constexpr std::uint32_t AddPixels(std::uint32_t A, std::uint32_t B) {
 }
 constexpr std::uint32_t OverPixel(std::uint32_t Target, std::uint32_t Source) {
   return AddPixels(Source, ScalePixel(Target, 255 - (Source >> 24)));
+}
+
+// A with Weight 256ths of B, each part rounded to the nearest.
+constexpr std::uint32_t MixPixels(std::uint32_t A, std::uint32_t B, std::uint32_t Weight) {
+  constexpr std::uint32_t Even = 0x00ff00ff, Half = 0x00800080;
+  const std::uint32_t Rest = 256 - Weight;
+  const std::uint32_t Low = ((A & Even) * Rest + (B & Even) * Weight + Half) >> 8 & Even;
+  const std::uint32_t High = ((A >> 8 & Even) * Rest + (B >> 8 & Even) * Weight + Half) & ~Even;
+  return Low | High;
 }
 
 }  // namespace qxsvg

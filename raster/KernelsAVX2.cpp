@@ -224,12 +224,107 @@ QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::ui
   PlainScaleCovers(Target + I, A + I, Cover, Count - I);
 }
 
+QXSVG_AVX2 inline __m256 PlacesFrom(std::int32_t X) {
+  return _mm256_cvtepi32_ps(
+      _mm256_add_epi32(_mm256_set1_epi32(X), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7)));
+}
+QXSVG_AVX2 inline __m256i ColorsAt(const std::uint32_t* Colors, __m256 Places, __m256 Most) {
+  Places = _mm256_min_ps(_mm256_max_ps(Places, _mm256_setzero_ps()), Most);
+  return _mm256_i32gather_epi32(reinterpret_cast<const int*>(Colors), _mm256_cvttps_epi32(Places),
+                                4);
+}
+
+QXSVG_AVX2 void FetchLinear(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                            const TLinearRow& Row) {
+  const __m256 Start = _mm256_set1_ps(Row.Start), Step = _mm256_set1_ps(Row.Step);
+  const __m256 Most = _mm256_set1_ps(Row.Last + 0.5f);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256 V = _mm256_add_ps(Start, _mm256_mul_ps(PlacesFrom(X + I), Step));
+    Store(Out + I, ColorsAt(Row.Colors, V, Most));
+  }
+  PlainFetchLinear(Out + I, X + I, Count - I, Row);
+}
+
+QXSVG_AVX2 void FetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                            const TRadialRow& Row) {
+  const __m256 Most = _mm256_set1_ps(Row.Last + 0.5f), Free = _mm256_set1_ps(Row.Free);
+  const __m256 FX = _mm256_set1_ps(Row.FocusX), FY = _mm256_set1_ps(Row.FocusY);
+  const __m256 Scale = _mm256_set1_ps(Row.Scale);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256 At = PlacesFrom(X + I);
+    const __m256 DX =
+        _mm256_add_ps(_mm256_set1_ps(Row.X), _mm256_mul_ps(At, _mm256_set1_ps(Row.XStep)));
+    const __m256 DY =
+        _mm256_add_ps(_mm256_set1_ps(Row.Y), _mm256_mul_ps(At, _mm256_set1_ps(Row.YStep)));
+    const __m256 A = _mm256_add_ps(_mm256_mul_ps(DX, FX), _mm256_mul_ps(DY, FY));
+    const __m256 Away = _mm256_add_ps(_mm256_mul_ps(DX, DX), _mm256_mul_ps(DY, DY));
+    const __m256 Square = _mm256_add_ps(_mm256_mul_ps(A, A), _mm256_mul_ps(Free, Away));
+    const __m256 Far = _mm256_mul_ps(_mm256_add_ps(A, _mm256_sqrt_ps(Square)), Scale);
+    Store(Out + I, ColorsAt(Row.Colors, _mm256_sub_ps(Most, Far), Most));
+  }
+  PlainFetchRadial(Out + I, X + I, Count - I, Row);
+}
+
+// A and B in 16-bit parts, with weights that add up to 256.
+QXSVG_AVX2 inline __m256i MixWords(__m256i A, __m256i B, __m256i Rest, __m256i Weight) {
+  const __m256i Sum = _mm256_add_epi16(_mm256_mullo_epi16(A, Rest), _mm256_mullo_epi16(B, Weight));
+  return _mm256_srli_epi16(_mm256_add_epi16(Sum, _mm256_set1_epi16(128)), 8);
+}
+QXSVG_AVX2 inline __m256i MixEight(__m256i A, __m256i B, __m256i LowWeight, __m256i HighWeight) {
+  const __m256i Zero = _mm256_setzero_si256(), All = _mm256_set1_epi16(256);
+  const __m256i Low = MixWords(_mm256_unpacklo_epi8(A, Zero), _mm256_unpacklo_epi8(B, Zero),
+                               _mm256_sub_epi16(All, LowWeight), LowWeight);
+  const __m256i High = MixWords(_mm256_unpackhi_epi8(A, Zero), _mm256_unpackhi_epi8(B, Zero),
+                                _mm256_sub_epi16(All, HighWeight), HighWeight);
+  return _mm256_packus_epi16(Low, High);
+}
+
+QXSVG_AVX2 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row) {
+  const auto* Pixels = reinterpret_cast<const int*>(Row.Pixels);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256i A = _mm256_i32gather_epi32(Pixels, Load(Row.First + I), 4);
+    const __m256i B = _mm256_i32gather_epi32(Pixels, Load(Row.Second + I), 4);
+    __m256i W =
+        _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(Row.Weight + I)));
+    W = _mm256_or_si256(W, _mm256_slli_epi32(W, 16));
+    Store(Out + I, MixEight(A, B, _mm256_unpacklo_epi32(W, W), _mm256_unpackhi_epi32(W, W)));
+  }
+  PlainResampleRow(Out + I, Count - I, {Row.Pixels, Row.First + I, Row.Second + I, Row.Weight + I});
+}
+
+QXSVG_AVX2 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
+                        std::uint32_t Weight, std::int32_t Count) {
+  const __m256i W = _mm256_set1_epi16(static_cast<short>(Weight));
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) Store(Out + I, MixEight(Load(A + I), Load(B + I), W, W));
+  PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
+}
+
+QXSVG_AVX2 void SumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
+                       std::uint32_t Weight) {
+  const __m256i W = _mm256_set1_epi32(static_cast<int>(Weight));
+  std::int32_t I = 0;
+  for (; I + 4 <= Count; I += 4) {
+    const __m128i P = _mm_loadu_si128(reinterpret_cast<const __m128i*>(Pixels + I));
+    // Both factors fit 16 bits, whose product is a 32-bit sum of one.
+    const __m256i Low = _mm256_madd_epi16(_mm256_cvtepu8_epi32(P), W);
+    const __m256i High = _mm256_madd_epi16(_mm256_cvtepu8_epi32(_mm_srli_si128(P, 8)), W);
+    Store(Sums + 4 * I, _mm256_add_epi32(Load(Sums + 4 * I), Low));
+    Store(Sums + 4 * I + 8, _mm256_add_epi32(Load(Sums + 4 * I + 8), High));
+  }
+  PlainSumRow(Sums + 4 * I, Pixels + I, Count - I, Weight);
+}
+
 #undef QXSVG_AVX2
 
 }  // namespace
 
-const TKernels AVX2Kernels = {Sweep<false>, Sweep<true>,  Fill,           BlendColor,
-                              BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers};
+const TKernels AVX2Kernels = {Sweep<false>, Sweep<true>,    Fill,        BlendColor,  BlendPixels,
+                              BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear, FetchRadial,
+                              ResampleRow,  MixRows,        SumRow};
 
 }  // namespace qxsvg
 

@@ -75,5 +75,14 @@ void PlainMultiplyCovers(std::uint8_t* Target, const std::uint8_t* A, const std:
                          std::int32_t Count);
 void PlainScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::uint32_t Cover,
                       std::int32_t Count);
+void PlainFetchLinear(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                      const TLinearRow& Row);
+void PlainFetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                      const TRadialRow& Row);
+void PlainResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row);
+void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
+                  std::uint32_t Weight, std::int32_t Count);
+void PlainSumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
+                 std::uint32_t Weight);
 
 }  // namespace qxsvg

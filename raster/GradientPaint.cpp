@@ -1,0 +1,198 @@
+#include "raster/GradientPaint.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace qxsvg {
+
+namespace {
+
+// As fine as eyes can tell on the largest surfaces; short gradients need less.
+constexpr std::size_t FineSteps = 1024, CoarseSteps = 256;
+constexpr double CoarseLength = 256;
+// A focus on the rim or outside would leave parts of the plane without a colour.
+constexpr float FarthestFocus = 0.999f;
+
+std::uint32_t Mix(TQXGPColor A, TQXGPColor B, float Part, float Opacity) {
+  const auto Channel = [&](int Shift) {
+    const auto From = static_cast<float>(A >> Shift & 255);
+    const auto To = static_cast<float>(B >> Shift & 255);
+    return From + (To - From) * Part;
+  };
+  const float Alpha = Channel(24) * Opacity;
+  const auto Put = [&](int Shift, float Value) {
+    return static_cast<std::uint32_t>(Value + 0.5f) << Shift;
+  };
+  const float Scale = Alpha / 255;
+  return Put(24, Alpha) | Put(16, Channel(16) * Scale) | Put(8, Channel(8) * Scale) |
+         Put(0, Channel(0) * Scale);
+}
+
+}  // namespace
+
+void TGradientTable::Build(std::span<const TQXGPGradientPoint> Stops, float Opacity,
+                           std::size_t Steps) {
+  const auto IsSame = [&] {
+    if (FOpacity != Opacity || FColors.size() != Steps || FStops.size() != Stops.size())
+      return false;
+    for (std::size_t I = 0; I < Stops.size(); ++I)
+      if (!(FStops[I] == TStop{Stops[I].Offset(), Stops[I].Color()})) return false;
+    return true;
+  };
+  if (IsSame()) return;
+  FStops.clear();
+  for (const TQXGPGradientPoint& Stop : Stops) FStops.push_back({Stop.Offset(), Stop.Color()});
+  FOpacity = Opacity;
+  FColors.resize(Steps);
+  FIsOpaque = Opacity >= 1 && std::all_of(FStops.begin(), FStops.end(),
+                                          [](const TStop& S) { return S.Color >> 24 == 255; });
+  const auto Last = static_cast<float>(Steps - 1);
+  std::size_t At = 0;
+  float Before = 0;
+  TQXGPColor Color = FStops.front().Color;
+  const auto IndexOf = [&](float Offset) {
+    return static_cast<std::size_t>(std::clamp(std::ceil(Offset * Last), 0.0f, Last + 1));
+  };
+  for (std::size_t I = 0; I < FStops.size(); ++I) {
+    const float Offset = FStops[I].Offset;
+    const float Now =
+        I == 0 ? (Offset == Offset ? Offset : 0) : (Offset > Before ? Offset : Before);
+    const std::size_t End = I + 1 == FStops.size() && Now >= 1 ? Steps : IndexOf(Now);
+    const float Scale = Now > Before ? 1 / (Now - Before) : 0;
+    for (; At < End; ++At) {
+      const float Part =
+          I == 0 ? 1 : std::clamp((static_cast<float>(At) / Last - Before) * Scale, 0.0f, 1.0f);
+      FColors[At] = Mix(Color, FStops[I].Color, Part, Opacity);
+    }
+    Before = Now;
+    Color = FStops[I].Color;
+  }
+  for (; At < Steps; ++At) FColors[At] = Mix(Color, Color, 0, Opacity);
+}
+
+bool TGradientPaint::Begin(const TQXGPGradient& Gradient, const TRectF& Box,
+                           const TMatrix& ToDevice, float Opacity) {
+  const std::span<const TQXGPGradientPoint> Stops = Gradient.Points().Items();
+  TMatrix FromDevice;
+  if (Stops.empty() || !QXMatrixInvert(ToDevice, FromDevice)) return false;
+  const double Length =
+      QXMatrixMultiply(1.0f, ToDevice) * std::max(double{Box.Width()}, double{Box.Height()});
+  FTable.Build(Stops, Opacity, Length > CoarseLength || Stops.size() > 8 ? FineSteps : CoarseSteps);
+  FIsOpaque = FTable.IsOpaque();
+  FRowLeft = FRowRight = 0;
+  FForm = TForm::Even;
+  const bool IsLinear = Gradient.Style() == TQXGPGradientStyle::gsLinear;
+  FColor = IsLinear ? FTable.Colors()[FTable.Count() - 1] : FTable.Colors()[0];
+  if (Stops.size() == 1) return true;
+  return IsLinear ? BeginLinear(Gradient, Box, FromDevice) : BeginRadial(Gradient, Box, FromDevice);
+}
+
+bool TGradientPaint::BeginLinear(const TQXGPGradient& Gradient, const TRectF& Box,
+                                 const TMatrix& M) {
+  const TPointF Start = Gradient.StartPosition().GetPoint(),
+                Stop = Gradient.StopPosition().GetPoint();
+  if (!IsFinite(Start) || !IsFinite(Stop)) return true;
+  const double X = Box.Left + double{Start.X} * Box.Width();
+  const double Y = Box.Top + double{Start.Y} * Box.Height();
+  double DX = (double{Stop.X} - Start.X) * Box.Width();
+  double DY = (double{Stop.Y} - Start.Y) * Box.Height();
+  const double Square = DX * DX + DY * DY;
+  // Without a length the colour behind the last stop fills all.
+  if (!(Square > 0)) return true;
+  const double Last = static_cast<double>(FTable.Count() - 1);
+  DX *= Last / Square;
+  DY *= Last / Square;
+  FPlaceX = M.m11 * DX + M.m12 * DY;
+  FPlaceY = M.m21 * DX + M.m22 * DY;
+  FPlace = (M.m31 - X) * DX + (M.m32 - Y) * DY + (FPlaceX + FPlaceY) / 2 + 0.5;
+  if (!std::isfinite(FPlaceX) || !std::isfinite(FPlaceY) || !std::isfinite(FPlace)) return true;
+  // A change that does not reach half a step over the widest surface is none.
+  constexpr double Flat = 1e-6;
+  if (std::abs(FPlaceX) < Flat) FPlaceX = 0;
+  if (std::abs(FPlaceY) < Flat) FPlaceY = 0;
+  FForm = TForm::Linear;
+  return true;
+}
+
+bool TGradientPaint::BeginRadial(const TQXGPGradient& Gradient, const TRectF& Box,
+                                 const TMatrix& M) {
+  const TPointF Center = Gradient.CenterPosition().GetPoint(),
+                Focus = Gradient.FocusOffsetPosition().GetPoint(),
+                Radius = Gradient.RadiusPosition().GetPoint();
+  const double RX = std::abs(double{Radius.X}) * Box.Width() / 2;
+  const double RY = std::abs(double{Radius.Y}) * Box.Height() / 2;
+  if (!(RX > 0 && RY > 0)) return true;
+  double FX = Focus.X * double{Box.Width()} / RX, FY = Focus.Y * double{Box.Height()} / RY;
+  if (const double Far = std::hypot(FX, FY); Far > FarthestFocus) {
+    FX *= FarthestFocus / Far;
+    FY *= FarthestFocus / Far;
+  }
+  const double X = Box.Left + double{Center.X} * Box.Width() + FX * RX;
+  const double Y = Box.Top + double{Center.Y} * Box.Height() + FY * RY;
+  const auto Set = [](double* From, double A, double B, double C) {
+    From[0] = C + (A + B) / 2;
+    From[1] = A;
+    From[2] = B;
+    return std::isfinite(From[0]) && std::isfinite(A) && std::isfinite(B);
+  };
+  if (!Set(FFromX, M.m11 / RX, M.m21 / RX, (M.m31 - X) / RX) ||
+      !Set(FFromY, M.m12 / RY, M.m22 / RY, (M.m32 - Y) / RY) || !std::isfinite(FX) ||
+      !std::isfinite(FY))
+    return true;
+  FFocus = {static_cast<float>(FX), static_cast<float>(FY)};
+  FForm = TForm::Radial;
+  return true;
+}
+
+float TGradientPaint::LinearStart(std::int32_t Y) const {
+  return static_cast<float>(FPlace + FPlaceY * Y);
+}
+
+bool TGradientPaint::IsRowEven(std::int32_t Y, std::uint32_t& Color) {
+  if (FForm == TForm::Even) {
+    Color = FColor;
+    return true;
+  }
+  if (FForm != TForm::Linear || FPlaceX != 0) return false;
+  Compute(0, Y, 1, &Color);
+  return true;
+}
+
+void TGradientPaint::Compute(std::int32_t X, std::int32_t Y, std::int32_t Count,
+                             std::uint32_t* Out) {
+  const auto Last = static_cast<float>(FTable.Count() - 1);
+  if (FForm == TForm::Linear) {
+    Kernels().FetchLinear(Out, X, Count,
+                          {FTable.Colors(), Last, LinearStart(Y), static_cast<float>(FPlaceX)});
+    return;
+  }
+  TRadialRow Row;
+  Row.Colors = FTable.Colors();
+  Row.Last = Last;
+  Row.X = static_cast<float>(FFromX[0] + FFromX[2] * Y);
+  Row.XStep = static_cast<float>(FFromX[1]);
+  Row.Y = static_cast<float>(FFromY[0] + FFromY[2] * Y);
+  Row.YStep = static_cast<float>(FFromY[1]);
+  Row.FocusX = FFocus.X;
+  Row.FocusY = FFocus.Y;
+  const double Free = 1 - (double{FFocus.X} * FFocus.X + double{FFocus.Y} * FFocus.Y);
+  Row.Free = static_cast<float>(Free);
+  Row.Scale = static_cast<float>(Last / Free);
+  Kernels().FetchRadial(Out, X, Count, Row);
+}
+
+void TGradientPaint::Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) {
+  if (FForm == TForm::Even) return Kernels().Fill(Out, Count, FColor);
+  if (FForm != TForm::Linear || FPlaceY != 0) return Compute(X, Y, Count, Out);
+  // All rows are alike: the part that was needed so far is kept.
+  if (FRowLeft == FRowRight) FRowLeft = FRowRight = X;
+  const std::int32_t Left = std::min(FRowLeft, X), Right = std::max(FRowRight, X + Count);
+  if (static_cast<std::size_t>(Right) > FRow.size()) FRow.resize(static_cast<std::size_t>(Right));
+  if (Left < FRowLeft) Compute(Left, Y, FRowLeft - Left, FRow.data() + Left);
+  if (Right > FRowRight) Compute(FRowRight, Y, Right - FRowRight, FRow.data() + FRowRight);
+  FRowLeft = Left;
+  FRowRight = Right;
+  std::copy_n(FRow.data() + X, Count, Out);
+}
+
+}  // namespace qxsvg

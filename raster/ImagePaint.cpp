@@ -1,0 +1,285 @@
+#include "raster/ImagePaint.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "raster/Kernels.h"
+
+namespace qxsvg {
+
+namespace {
+
+// Shifts this close to whole pixels are whole.
+constexpr double CloseShift = 1.0 / 512;
+// Shrinking by more than this takes means, since four pixels would leave out too many.
+constexpr double MeanFrom = 1.5;
+
+bool IsUnit(double V) {
+  return std::abs(V - 1) < 1e-6;
+}
+bool IsWhole(double V) {
+  return std::abs(V - std::round(V)) < CloseShift;
+}
+
+// Halves rows and columns by the mean of what they hold.
+std::uint32_t MeanOfFour(std::uint32_t A, std::uint32_t B, std::uint32_t C, std::uint32_t D) {
+  constexpr std::uint32_t Even = 0x00ff00ff, Half = 0x00020002;
+  const std::uint32_t Low = ((A & Even) + (B & Even) + (C & Even) + (D & Even) + Half) >> 2 & Even;
+  const std::uint32_t High =
+      ((A >> 8 & Even) + (B >> 8 & Even) + (C >> 8 & Even) + (D >> 8 & Even) + Half) >> 2 & Even;
+  return Low | High << 8;
+}
+
+}  // namespace
+
+std::int64_t TImagePaint::Held(std::int64_t At, std::int32_t Low, std::int32_t High) const {
+  if (!FIsRepeated) return std::clamp<std::int64_t>(At, Low, High - 1);
+  const std::int64_t Size = High - Low, Rest = (At - Low) % Size;
+  return Low + (Rest < 0 ? Rest + Size : Rest);
+}
+
+bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
+                        const TRect& Device) {
+  TMatrix M;
+  if (Pixels.IsEmpty() || Device.IsEmpty() || !QXMatrixInvert(Place.ToDevice, M)) return false;
+  FPixels = Pixels;
+  FDevice = Device;
+  FIsRepeated = Place.IsRepeated;
+  FFilter = Place.Filter;
+  FPart = FIsRepeated ? TRect{0, 0, Pixels.Width, Pixels.Height} : Place.Part;
+  if (FPart.IsEmpty()) return false;
+  FScaleX = M.m11, FSkewX = M.m21, FScaleY = M.m22, FSkewY = M.m12;
+  FOffsetX = M.m31 + (double{M.m11} + M.m21) / 2;
+  FOffsetY = M.m32 + (double{M.m12} + M.m22) / 2;
+  FSmooth[0].Source = FSmooth[1].Source = -1;
+  FShrunkY = Device.Top - 1;
+
+  // Whether it turns is told by what the skew does over the whole area.
+  const bool IsUpright = std::abs(FSkewX) * static_cast<double>(Device.Height()) < CloseShift &&
+                         std::abs(FSkewY) * static_cast<double>(Device.Width()) < CloseShift;
+  const double AcrossX = std::hypot(FScaleX, FSkewY), AcrossY = std::hypot(FSkewX, FScaleY);
+  const bool IsSmooth = FFilter == TImageFilter::Smooth;
+  if (IsUpright && IsUnit(FScaleX) && IsUnit(FScaleY) &&
+      (!IsSmooth || (IsWhole(FOffsetX - 0.5) && IsWhole(FOffsetY - 0.5))) &&
+      std::abs(FOffsetX) < 1e9 && std::abs(FOffsetY) < 1e9) {
+    FForm = TForm::Shifted;
+    FShiftX = static_cast<std::int32_t>(std::floor(FOffsetX + CloseShift));
+    FShiftY = static_cast<std::int32_t>(std::floor(FOffsetY + CloseShift));
+    return true;
+  }
+  if (IsUpright && IsSmooth && !FIsRepeated && std::max(AcrossX, AcrossY) > MeanFrom) {
+    FForm = TForm::Shrunk;
+    return true;
+  }
+  if (IsSmooth && std::max(AcrossX, AcrossY) > MeanFrom) Shrink(AcrossX, AcrossY);
+  FForm = IsUpright ? TForm::Upright : TForm::Turned;
+  if (FForm == TForm::Upright) {
+    MakeAxis(FColumns, FScaleX, FOffsetX, Device.Left, Device.Right, FPart.Left, FPart.Right);
+    MakeAxis(FRows, FScaleY, FOffsetY, Device.Top, Device.Bottom, FPart.Top, FPart.Bottom);
+  }
+  return true;
+}
+
+// Replaces the pixels by a copy that is halved as often as it takes. Sides that are odd lose their
+// last pixel into the one before it.
+void TImagePaint::Shrink(double ScaleX, double ScaleY) {
+  const auto Width = static_cast<std::int32_t>(FPart.Width());
+  const auto Height = static_cast<std::int32_t>(FPart.Height());
+  TQXConstPixels From(FPixels.Row(FPart.Top) + FPart.Left, Width, Height, FPixels.Stride);
+  FOffsetX -= FPart.Left;
+  FOffsetY -= FPart.Top;
+  for (double Scale = std::max(ScaleX, ScaleY);
+       Scale > MeanFrom && (From.Width > 1 || From.Height > 1); Scale /= 2) {
+    const std::int32_t W = (From.Width + 1) / 2, H = (From.Height + 1) / 2;
+    std::vector<std::uint32_t> Half(static_cast<std::size_t>(W) * static_cast<std::size_t>(H));
+    for (std::int32_t Y = 0; Y < H; ++Y) {
+      const std::uint32_t* A = From.Row(2 * Y);
+      const std::uint32_t* B = From.Row(std::min(2 * Y + 1, From.Height - 1));
+      std::uint32_t* Out = Half.data() + std::ptrdiff_t{Y} * W;
+      for (std::int32_t X = 0; X < W; ++X) {
+        const std::int32_t L = 2 * X, R = std::min(L + 1, From.Width - 1);
+        Out[X] = MeanOfFour(A[L], A[R], B[L], B[R]);
+      }
+    }
+    const double RX = static_cast<double>(W) / From.Width,
+                 RY = static_cast<double>(H) / From.Height;
+    FScaleX *= RX, FSkewX *= RX, FOffsetX *= RX;
+    FScaleY *= RY, FSkewY *= RY, FOffsetY *= RY;
+    FSmaller.swap(Half);
+    From = TQXConstPixels(FSmaller.data(), W, H, W);
+  }
+  FPixels = From;
+  FPart = {0, 0, From.Width, From.Height};
+}
+
+void TImagePaint::MakeAxis(TAxis& Axis, double Scale, double Offset, std::int32_t From,
+                           std::int32_t To, std::int32_t Low, std::int32_t High) const {
+  const auto Count = static_cast<std::size_t>(To - From);
+  Axis.First = From;
+  if (Axis.A.size() < Count) {
+    Axis.A.resize(Count);
+    Axis.B.resize(Count);
+    Axis.Weight.resize(Count);
+  }
+  const bool IsSmooth = FFilter == TImageFilter::Smooth;
+  for (std::size_t I = 0; I < Count; ++I) {
+    // Pixel middles lie half a pixel in; nearest pixels are those that hold the place.
+    const double At = Offset + Scale * (static_cast<double>(From) + static_cast<double>(I)) -
+                      (IsSmooth ? 0.5 : 0.0);
+    const double Place = std::clamp(At, -1e15, 1e15), Whole = std::floor(Place);
+    const auto First = static_cast<std::int64_t>(Whole);
+    Axis.A[I] = static_cast<std::int32_t>(Held(First, Low, High));
+    Axis.B[I] = static_cast<std::int32_t>(Held(First + 1, Low, High));
+    Axis.Weight[I] = static_cast<std::uint16_t>(IsSmooth ? std::lround((Place - Whole) * 256) : 0);
+  }
+}
+
+void TImagePaint::Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) {
+  switch (FForm) {
+    case TForm::Shifted: return FetchShifted(X, Y, Count, Out);
+    case TForm::Upright: return FetchUpright(X, Y, Count, Out);
+    case TForm::Shrunk: return FetchShrunk(X, Y, Count, Out);
+    case TForm::Turned: return FetchTurned(X, Y, Count, Out);
+  }
+}
+
+void TImagePaint::FetchShifted(std::int32_t X, std::int32_t Y, std::int32_t Count,
+                               std::uint32_t* Out) const {
+  const auto Row =
+      static_cast<std::int32_t>(Held(std::int64_t{Y} + FShiftY, FPart.Top, FPart.Bottom));
+  const std::uint32_t* Pixels = FPixels.Row(Row);
+  std::int64_t At = std::int64_t{X} + FShiftX;
+  while (Count > 0) {
+    const auto From = static_cast<std::int32_t>(Held(At, FPart.Left, FPart.Right));
+    std::int32_t Part = std::min(FPart.Right - From, Count);
+    if (!FIsRepeated && At < FPart.Left)
+      Part = static_cast<std::int32_t>(std::min<std::int64_t>(Count, FPart.Left - At));
+    else if (!FIsRepeated && At >= FPart.Right)
+      Part = Count;
+    if (FIsRepeated || At == From)
+      std::copy_n(Pixels + From, Part, Out);
+    else
+      std::fill_n(Out, Part, Pixels[From]);
+    Out += Part;
+    Count -= Part;
+    At += Part;
+  }
+}
+
+// A row of the image, stretched to the device; two are kept, of which Avoid is still needed.
+const std::uint32_t* TImagePaint::SmoothRow(std::int32_t Source, std::int32_t Avoid) {
+  for (TSmoothRow& Row : FSmooth)
+    if (Row.Source == Source) return Row.Pixels.data();
+  TSmoothRow& Row = FSmooth[0].Source == Avoid ? FSmooth[1] : FSmooth[0];
+  const auto Count = static_cast<std::size_t>(FDevice.Width());
+  if (Row.Pixels.size() < Count) Row.Pixels.resize(Count);
+  Row.Source = Source;
+  Kernels().ResampleRow(
+      Row.Pixels.data(), static_cast<std::int32_t>(Count),
+      {FPixels.Row(Source), FColumns.A.data(), FColumns.B.data(), FColumns.Weight.data()});
+  return Row.Pixels.data();
+}
+
+void TImagePaint::FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Count,
+                               std::uint32_t* Out) {
+  const auto Row = static_cast<std::size_t>(Y - FRows.First);
+  const std::int32_t Column = X - FColumns.First;
+  if (FFilter == TImageFilter::Nearest) {
+    const std::uint32_t* Pixels = FPixels.Row(FRows.A[Row]);
+    for (std::int32_t I = 0; I < Count; ++I)
+      Out[I] = Pixels[FColumns.A[static_cast<std::size_t>(Column + I)]];
+    return;
+  }
+  const std::uint32_t* A = SmoothRow(FRows.A[Row], FRows.B[Row]);
+  const std::uint32_t* B = SmoothRow(FRows.B[Row], FRows.A[Row]);
+  Kernels().MixRows(Out, A + Column, B + Column, FRows.Weight[Row], Count);
+}
+
+// Sums the rows that Y covers, then the columns that each pixel covers.
+void TImagePaint::ShrinkRow(std::int32_t Y) {
+  const auto Cover = [](double Scale, double Offset, std::int32_t At, std::int32_t Low,
+                        std::int32_t High) {
+    // Offset is that of the middle of the pixel.
+    const double Half = std::max(std::abs(Scale), 1.0) / 2, Middle = Offset + Scale * At;
+    const double Begin = std::clamp(Middle - Half, double(Low), double(High));
+    const double End = std::clamp(Middle + Half, double(Low), double(High));
+    if (End - Begin >= 1e-3) return TCovered{Begin, End};
+    const double Single = std::clamp(std::floor(Middle), double(Low), double(High - 1));
+    return TCovered{Single, Single + 1};
+  };
+  const auto Width = static_cast<std::size_t>(FPart.Width());
+  FSums.assign(Width * 4, 0);
+  const TCovered Rows = Cover(FScaleY, FOffsetY, Y, FPart.Top, FPart.Bottom);
+  std::uint32_t RowWeight = 0;
+  for (auto Row = static_cast<std::int32_t>(Rows.Begin); Row < Rows.End; ++Row) {
+    const double Part = std::min(Rows.End, Row + 1.0) - std::max(Rows.Begin, double(Row));
+    const auto Weight = static_cast<std::uint32_t>(std::lround(Part * 256));
+    if (Weight == 0) continue;
+    RowWeight += Weight;
+    Kernels().SumRow(FSums.data(), FPixels.Row(Row) + FPart.Left, static_cast<std::int32_t>(Width),
+                     Weight);
+  }
+  const auto Count = static_cast<std::size_t>(FDevice.Width());
+  if (FShrunk.size() < Count) FShrunk.resize(Count);
+  for (std::size_t I = 0; I < Count; ++I) {
+    const auto Place = FDevice.Left + static_cast<std::int32_t>(I);
+    const TCovered Columns = Cover(FScaleX, FOffsetX, Place, FPart.Left, FPart.Right);
+    std::uint64_t Sum[4] = {}, Total = 0;
+    for (auto Column = static_cast<std::int32_t>(Columns.Begin); Column < Columns.End; ++Column) {
+      const double Part =
+          std::min(Columns.End, Column + 1.0) - std::max(Columns.Begin, double(Column));
+      const auto Weight = static_cast<std::uint64_t>(std::lround(Part * 256));
+      Total += Weight;
+      const std::uint32_t* P = &FSums[static_cast<std::size_t>(Column - FPart.Left) * 4];
+      for (int C = 0; C < 4; ++C) Sum[C] += P[C] * Weight;
+    }
+    Total *= RowWeight;
+    std::uint32_t Pixel = 0;
+    for (int C = 0; C < 4 && Total != 0; ++C)
+      Pixel |= static_cast<std::uint32_t>((Sum[C] + Total / 2) / Total) << (8 * C);
+    FShrunk[I] = Pixel;
+  }
+  FShrunkY = Y;
+}
+
+void TImagePaint::FetchShrunk(std::int32_t X, std::int32_t Y, std::int32_t Count,
+                              std::uint32_t* Out) {
+  if (FShrunkY != Y) ShrinkRow(Y);
+  std::copy_n(FShrunk.data() + (X - FDevice.Left), Count, Out);
+}
+
+// In 48.16 fixed point from the row's own start, so that a pixel does not depend on where a row of
+// spans begins.
+void TImagePaint::FetchTurned(std::int32_t X, std::int32_t Y, std::int32_t Count,
+                              std::uint32_t* Out) const {
+  constexpr double One = 65536, Most = 1e9;
+  const bool IsSmooth = FFilter == TImageFilter::Smooth;
+  const double Middle = IsSmooth ? 0.5 : 0;
+  const auto Fixed = [&](double V) {
+    return static_cast<std::int64_t>(std::floor(std::clamp(V, -Most, Most) * One + 0.5));
+  };
+  const std::int64_t StepU = Fixed(FScaleX), StepV = Fixed(FSkewY);
+  std::int64_t U = Fixed(FOffsetX - Middle + FSkewX * Y) + StepU * X;
+  std::int64_t V = Fixed(FOffsetY - Middle + FScaleY * Y) + StepV * X;
+  const auto Pixel = [&](std::int64_t PX, std::int64_t PY) {
+    return FPixels.Row(static_cast<std::int32_t>(PY))[PX];
+  };
+  for (std::int32_t I = 0; I < Count; ++I, U += StepU, V += StepV) {
+    const std::int64_t Column = U >> 16, Line = V >> 16;
+    const std::int64_t X0 = Held(Column, FPart.Left, FPart.Right);
+    const std::int64_t Y0 = Held(Line, FPart.Top, FPart.Bottom);
+    if (!IsSmooth) {
+      Out[I] = Pixel(X0, Y0);
+      continue;
+    }
+    const std::int64_t X1 = Held(Column + 1, FPart.Left, FPart.Right);
+    const std::int64_t Y1 = Held(Line + 1, FPart.Top, FPart.Bottom);
+    const auto WX = static_cast<std::uint32_t>(U >> 8 & 255);
+    const auto WY = static_cast<std::uint32_t>(V >> 8 & 255);
+    Out[I] = MixPixels(MixPixels(Pixel(X0, Y0), Pixel(X1, Y0), WX),
+                       MixPixels(Pixel(X0, Y1), Pixel(X1, Y1), WX), WY);
+  }
+}
+
+}  // namespace qxsvg

@@ -1,0 +1,79 @@
+// Images as paints: laid out by a matrix, repeated or held at their sides.
+#pragma once
+
+#include <vector>
+
+#include "raster/Paint.h"
+
+namespace qxsvg {
+
+enum class TImageFilter : std::uint8_t {
+  Nearest,
+  // Between the four nearest pixels; shrinking by more than half takes the mean of what a pixel
+  // covers.
+  Smooth
+};
+
+struct TImagePlace {
+  // From the image's pixels to the device.
+  TMatrix ToDevice;
+  // The part of the image that is used; what lies outside it is its nearest pixel. Ignored where
+  // the image repeats.
+  TRect Part;
+  bool IsRepeated = false;
+  TImageFilter Filter = TImageFilter::Smooth;
+};
+
+// Keeps the memory that rows need.
+class TImagePaint final : public IPaint {
+ public:
+  // Paints within Device. The pixels must outlive the painting. False where nothing can be painted:
+  // the matrix cannot be inverted, or there are no pixels.
+  bool Begin(const TQXConstPixels& Pixels, const TImagePlace& Place, const TRect& Device);
+  void Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) override;
+
+ private:
+  // One axis of an upright image: for each place of the device from First on, the two pixels of the
+  // image and how much of the second.
+  struct TAxis {
+    std::vector<std::int32_t> A, B;
+    std::vector<std::uint16_t> Weight;
+    std::int32_t First = 0;
+  };
+  // The pixels that a place of the device covers, from Begin to End with fractions.
+  struct TCovered {
+    double Begin = 0, End = 0;
+  };
+  struct TSmoothRow {
+    std::int64_t Source = -1;
+    std::vector<std::uint32_t> Pixels;
+  };
+  enum class TForm : std::uint8_t { Shifted, Upright, Shrunk, Turned };
+
+  void Shrink(double ScaleX, double ScaleY);
+  void MakeAxis(TAxis& Axis, double Scale, double Offset, std::int32_t From, std::int32_t To,
+                std::int32_t Low, std::int32_t High) const;
+  std::int64_t Held(std::int64_t At, std::int32_t Low, std::int32_t High) const;
+  const std::uint32_t* SmoothRow(std::int32_t Source, std::int32_t Avoid);
+  void FetchShifted(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
+  void FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out);
+  void FetchShrunk(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out);
+  void FetchTurned(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
+  void ShrinkRow(std::int32_t Y);
+
+  TQXConstPixels FPixels;
+  TRect FPart, FDevice;
+  bool FIsRepeated = false;
+  TImageFilter FFilter = TImageFilter::Smooth;
+  TForm FForm = TForm::Shifted;
+  std::int32_t FShiftX = 0, FShiftY = 0;
+  // From the device to the image, pixel middles to pixel middles.
+  double FScaleX = 1, FScaleY = 1, FOffsetX = 0, FOffsetY = 0, FSkewX = 0, FSkewY = 0;
+  TAxis FColumns, FRows;
+  TSmoothRow FSmooth[2];
+  // A smaller copy, and the sums of one row of the shrunk image.
+  std::vector<std::uint32_t> FSmaller, FSums, FShrunk;
+  std::int32_t FShrunkY = -1;
+};
+
+}  // namespace qxsvg

@@ -1,0 +1,350 @@
+#include "raster/RasterCanvas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "graphics/surface/PathMeasure.h"
+#include "raster/Kernels.h"
+#include "raster/RegionCover.h"
+
+namespace qxsvg {
+
+namespace {
+
+std::uint32_t OpacityByte(float Opacity) {
+  return static_cast<std::uint32_t>(std::lround(Opacity * 255));
+}
+
+std::uint32_t PaintedColor(TQXGPColor Color, float Opacity) {
+  const auto Alpha =
+      static_cast<std::uint32_t>(std::lround(static_cast<float>(Color >> 24) * Opacity));
+  return QXPremultiply((Color & 0xffffff) | Alpha << 24);
+}
+
+bool IsUpright(const TMatrix& M) {
+  return (M.m12 == 0 && M.m21 == 0) || (M.m11 == 0 && M.m22 == 0);
+}
+
+// Whether the path is one rectangle with sides along the axes.
+bool IsRectangle(const TQXPathView& Path, TRectF& R) {
+  std::size_t Count = Path.Count();
+  if (Count > 6 || Count < 4) return false;
+  if (Path.Kinds[Count - 1] == TQXPathPointKind::pkClose) --Count;
+  if (Count == 5 && Path.Points[4] == Path.Points[0]) --Count;
+  if (Count != 4) return false;
+  for (std::size_t I = 1; I < Count; ++I)
+    if (Path.Kinds[I] != TQXPathPointKind::pkLine) return false;
+  const TPointF* P = Path.Points.data();
+  const bool IsAcross =
+      P[0].Y == P[1].Y && P[1].X == P[2].X && P[2].Y == P[3].Y && P[3].X == P[0].X;
+  const bool IsDown = P[0].X == P[1].X && P[1].Y == P[2].Y && P[2].X == P[3].X && P[3].Y == P[0].Y;
+  R = QXRect(P[0], P[2]).Normalized();
+  return IsAcross || IsDown;
+}
+
+std::uint64_t Combined(std::uint64_t Hash, std::uint64_t Value) {
+  return (Hash ^ Value) * 0x9e3779b97f4a7c15u;
+}
+std::uint64_t Combined(std::uint64_t Hash, float Value) {
+  std::uint32_t Bits;
+  std::memcpy(&Bits, &Value, sizeof Bits);
+  return Combined(Hash, std::uint64_t{Bits});
+}
+
+std::uint64_t HashOf(const TQXStrokeStyle& Style) {
+  std::uint64_t Hash = 0x8f1bbcdcbfa53e0bu;
+  Hash = Combined(Hash, Style.Width);
+  Hash = Combined(Hash, Style.MiterLimit);
+  Hash = Combined(Hash, Style.DashOffset);
+  Hash = Combined(Hash, static_cast<std::uint64_t>(Style.Join) |
+                            static_cast<std::uint64_t>(Style.StartCap) << 8 |
+                            static_cast<std::uint64_t>(Style.EndCap) << 16 |
+                            static_cast<std::uint64_t>(Style.DashCap) << 24);
+  for (const float Dash : Style.Dashes) Hash = Combined(Hash, Dash);
+  return Hash | 1;
+}
+
+class TRasterCanvasFactory final : public ICanvasFactory {
+ public:
+  std::unique_ptr<TQXGPCanvas> CreateCanvas(const TQXPixels& Pixels) override {
+    return std::make_unique<TQXRasterCanvas>(Pixels);
+  }
+};
+
+}  // namespace
+
+struct TQXRasterCanvas::TScratch {
+  TRasterizer Rasterizer;
+  TClipSink ClipSink;
+  TSpanStore Kept;
+  std::vector<std::uint64_t> Packed;
+  TGradientPaint Gradient;
+  TImagePaint Image;
+};
+
+TQXRasterCanvas::TQXRasterCanvas(const TQXPixels& Pixels)
+    : FPixels(Pixels), FScratch(std::make_unique<TScratch>()) {
+  FClip = TClip({0, 0, std::max(Pixels.Width, 0), std::max(Pixels.Height, 0)});
+}
+
+TQXRasterCanvas::~TQXRasterCanvas() = default;
+
+TRect TQXRasterCanvas::GetDeviceBounds() const {
+  return {0, 0, FPixels.Width, FPixels.Height};
+}
+
+TRectF TQXRasterCanvas::GetClipBounds() const {
+  return QXRect(FClip.Box());
+}
+
+bool TQXRasterCanvas::IsVisible(TPointF P) const {
+  const TRectF Box = QXRect(FClip.Box());
+  if (!Box.Contains(P)) return false;
+  return FClip.CoverAt(static_cast<std::int32_t>(P.X), static_cast<std::int32_t>(P.Y)) >= 128;
+}
+
+void TQXRasterCanvas::DoSaveState() {
+  FSavedClips.push_back(FClip);
+}
+
+void TQXRasterCanvas::DoRestoreState() {
+  FClip = std::move(FSavedClips.back());
+  FSavedClips.pop_back();
+}
+
+// Draws through the clip into Sink.
+template <class Drawing>
+void TQXRasterCanvas::Cover(ISpanSink& Sink, const Drawing& Draw) {
+  if (FClip.IsEmpty()) return;
+  if (!FClip.Mask()) return Draw(FClip.Box(), Sink);
+  FScratch->ClipSink.Begin(FClip, Sink);
+  Draw(FClip.Box(), FScratch->ClipSink);
+}
+
+template <class Drawing>
+void TQXRasterCanvas::CoverKept(TQXCoverageCache* Cache, const TQXCoverageKey& Key, ISpanSink& Sink,
+                                const Drawing& Draw) {
+  switch (Cache ? Cache->Ask(Key) : TQXCoverageCache::TUse::Draw) {
+    case TQXCoverageCache::TUse::Draw: return Cover(Sink, Draw);
+    case TQXCoverageCache::TUse::Replay: return TSpanStore::Replay(Cache->Data(), Sink);
+    case TQXCoverageCache::TUse::Keep: break;
+  }
+  TSpanStore& Kept = FScratch->Kept;
+  Kept.Clear();
+  Kept.SetNext(&Sink);
+  Cover(Kept, Draw);
+  Kept.Pack(FScratch->Packed);
+  Cache->Keep(FScratch->Packed.data(), FScratch->Packed.size() * sizeof(std::uint64_t));
+}
+
+void TQXRasterCanvas::DoIntersectClipRect(const TRectF& R) {
+  // Sides on pixel boundaries, within what coverage can tell, leave the clip a rectangle.
+  const auto IsWhole = [](float V) {
+    return std::abs(V - std::nearbyint(V)) < 0.5f / SubpixelScale;
+  };
+  if (R.IsEmpty()) return FClip.IntersectBox({});
+  if (IsWhole(R.Left) && IsWhole(R.Top) && IsWhole(R.Right) && IsWhole(R.Bottom))
+    return FClip.IntersectBox(CanvasRect(R));
+  auto Mask = std::make_shared<TSpanStore>();
+  Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
+    FScratch->Rasterizer.Rectangle(R, Clip, IsAliased(), Sink);
+  });
+  FClip.SetMask(std::move(Mask));
+}
+
+void TQXRasterCanvas::DoClear(TQXGPColor Color) {
+  const TRect Box = FClip.Box();
+  if (Box.IsEmpty()) return;
+  const std::uint32_t Pixel = QXPremultiply(Color);
+  const TKernels& K = Kernels();
+  for (std::int32_t Y = Box.Top; Y < Box.Bottom; ++Y) {
+    if (!FClip.Mask()) {
+      K.Fill(FPixels.Row(Y) + Box.Left, static_cast<std::int32_t>(Box.Width()), Pixel);
+      continue;
+    }
+    // Partly covered pixels become the mean of both.
+    for (const TCoverSpan& Span : FClip.Mask()->RowAt(Y))
+      for (std::int32_t X = std::max(Span.X, Box.Left); X < std::min(Span.End(), Box.Right); ++X) {
+        const std::uint32_t Cover =
+            Span.IsEven() ? Span.Cover : Span.Covers(FClip.Mask()->Covers())[X - Span.X];
+        std::uint32_t& P = FPixels.Row(Y)[X];
+        P = AddPixels(ScalePixel(P, FullCover - Cover), ScalePixel(Pixel, Cover));
+      }
+  }
+}
+
+template <class Covering>
+void TQXRasterCanvas::PaintColor(TQXGPColor Color, float Opacity, const Covering& Draw) {
+  const std::uint32_t Pixel = PaintedColor(Color, Opacity);
+  if (Pixel == 0) return;
+  TColorSink Sink(FPixels, Pixel);
+  Draw(Sink);
+}
+
+// Box is what gradients refer to.
+template <class Covering>
+void TQXRasterCanvas::Paint(const TQXGPBrush& Brush, const TRectF& Box, float Opacity,
+                            const Covering& Draw) {
+  switch (Brush.Kind()) {
+    case TQXGPBrushKind::bkNone: return;
+    case TQXGPBrushKind::bkSolid: return PaintColor(Brush.Color(), Opacity, Draw);
+    case TQXGPBrushKind::bkGradient: {
+      if (!FScratch->Gradient.Begin(*Brush.Gradient(), Box, Matrix(), Opacity)) return;
+      TPaintSink Sink(FPixels, FScratch->Gradient);
+      return Draw(Sink);
+    }
+    case TQXGPBrushKind::bkBitmap: {
+      TImagePlace Place;
+      Place.ToDevice = QXMatrixMultiply(Brush.BitmapMatrix(), Matrix());
+      Place.IsRepeated = true;
+      if (Quality().Interpolation == TQXGPInterpolationMode::imNearestNeighbor)
+        Place.Filter = TImageFilter::Nearest;
+      if (!FScratch->Image.Begin(Brush.Bitmap()->GetPixels(), Place, FClip.Box())) return;
+      TPaintSink Sink(FPixels, FScratch->Image, OpacityByte(Opacity));
+      return Draw(Sink);
+    }
+  }
+}
+
+void TQXRasterCanvas::DoFillPath(const TQXPathSource& Source, const TQXGPBrush& Brush,
+                                 float Opacity) {
+  if (FClip.IsEmpty()) return;
+  TRectF R;
+  const TMatrix ToDevice =
+      IsIdentityMatrix(Source.Matrix) ? Matrix() : QXMatrixMultiply(Source.Matrix, Matrix());
+  if (!IsFinite(ToDevice)) return;
+  const TRectF Box = Brush.Kind() == TQXGPBrushKind::bkGradient
+                         ? QXPathBounds(Source.Path, Source.Matrix)
+                         : TRectF{};
+  if (IsUpright(ToDevice) && IsRectangle(Source.Path, R)) {
+    R = QXMatrixTransform(ToDevice, R);
+    return Paint(Brush, Box, Opacity, [&](ISpanSink& Sink) {
+      Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
+        FScratch->Rasterizer.Rectangle(R, Clip, IsAliased(), Next);
+      });
+    });
+  }
+  TQXCoverageKey Key;
+  if (Source.Coverage) {
+    Key.Matrix = Matrix();
+    Key.PathMatrix = Source.Matrix;
+    Key.Clip = FClip.Hash();
+    Key.Mode = static_cast<std::uint32_t>(Source.FillMode) | (IsAliased() ? 2u : 0u);
+  }
+  Paint(Brush, Box, Opacity, [&](ISpanSink& Sink) {
+    CoverKept(Source.Coverage, Key, Sink, [&](const TRect& Clip, ISpanSink& Next) {
+      FScratch->Rasterizer.Fill(Source.Path, ToDevice, Clip, {Source.FillMode, IsAliased()}, Next);
+    });
+  });
+}
+
+void TQXRasterCanvas::DoDrawPath(const TQXPathSource& Source, const TQXGPPen& Pen, float Opacity) {
+  if (FClip.IsEmpty() || !IsFinite(QXMatrixMultiply(Source.Matrix, Matrix()))) return;
+  const TQXStrokeStyle Style = TQXStrokeStyle::FromPen(Pen);
+  TQXCoverageKey Key;
+  if (Source.Coverage) {
+    Key.Matrix = Matrix();
+    Key.PathMatrix = Source.Matrix;
+    Key.Stroke = HashOf(Style);
+    Key.Clip = FClip.Hash();
+    Key.Mode = IsAliased() ? 2u : 0u;
+  }
+  const auto Draw = [&](ISpanSink& Sink) {
+    CoverKept(Source.Coverage, Key, Sink, [&](const TRect& Clip, ISpanSink& Next) {
+      FScratch->Rasterizer.Stroke(Source.Path, Source.Matrix, Style, Matrix(), Clip, IsAliased(),
+                                  Next);
+    });
+  };
+  if (Pen.Kind() == TQXGPBrushKind::bkSolid) return PaintColor(Pen.Color(), Opacity, Draw);
+  if (!Pen.InnerBrush()) return;
+  const bool HasGradient = Pen.InnerBrush()->Kind() == TQXGPBrushKind::bkGradient;
+  Paint(*Pen.InnerBrush(), HasGradient ? QXPathBounds(Source.Path, Source.Matrix) : TRectF{},
+        Opacity, Draw);
+}
+
+void TQXRasterCanvas::DoFillRect(const TRectF& R, const TQXGPBrush& Brush, float Opacity) {
+  if (!IsUpright(Matrix())) return TQXGPCanvas::DoFillRect(R, Brush, Opacity);
+  const TRectF Device = QXMatrixTransform(Matrix(), R);
+  Paint(Brush, R, Opacity, [&](ISpanSink& Sink) {
+    Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
+      FScratch->Rasterizer.Rectangle(Device, Clip, IsAliased(), Next);
+    });
+  });
+}
+
+void TQXRasterCanvas::DoDrawImage(const TQXConstPixels& Pixels, const TRectF& Dest,
+                                  const TRectF& Source, float Opacity) {
+  if (FClip.IsEmpty()) return;
+  const double SX = double{Dest.Width()} / Source.Width();
+  const double SY = double{Dest.Height()} / Source.Height();
+  TMatrix ToCanvas;
+  ToCanvas.m11 = static_cast<float>(SX);
+  ToCanvas.m22 = static_cast<float>(SY);
+  ToCanvas.m31 = static_cast<float>(Dest.Left - Source.Left * SX);
+  ToCanvas.m32 = static_cast<float>(Dest.Top - Source.Top * SY);
+  TImagePlace Place;
+  Place.ToDevice = QXMatrixMultiply(ToCanvas, Matrix());
+  if (!IsFinite(Place.ToDevice)) return;
+  Place.Part = {static_cast<std::int32_t>(std::floor(Source.Left)),
+                static_cast<std::int32_t>(std::floor(Source.Top)),
+                std::min(static_cast<std::int32_t>(std::ceil(Source.Right)), Pixels.Width),
+                std::min(static_cast<std::int32_t>(std::ceil(Source.Bottom)), Pixels.Height)};
+  if (Quality().Interpolation == TQXGPInterpolationMode::imNearestNeighbor)
+    Place.Filter = TImageFilter::Nearest;
+
+  const TRectF Area = Dest.Normalized();
+  TQXPathGeometry Outline;
+  const bool IsBox = IsUpright(Matrix());
+  const TRectF Device = QXMatrixTransform(Matrix(), Area);
+  TRect Box = FClip.Box();
+  if (!IsBox) Outline.AddRectangle(Area);
+  // Only the pixels that are seen are worth preparing.
+  const auto Within = [](double V, std::int32_t Low, std::int32_t High) {
+    return static_cast<std::int32_t>(std::clamp(V, double(Low), double(High)));
+  };
+  Box = {Within(std::floor(Device.Left), Box.Left, Box.Right),
+         Within(std::floor(Device.Top), Box.Top, Box.Bottom),
+         Within(std::ceil(Device.Right), Box.Left, Box.Right),
+         Within(std::ceil(Device.Bottom), Box.Top, Box.Bottom)};
+  if (!FScratch->Image.Begin(Pixels, Place, Box)) return;
+  TPaintSink Sink(FPixels, FScratch->Image, OpacityByte(Opacity));
+  Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
+    if (IsBox)
+      FScratch->Rasterizer.Rectangle(Device, Clip, IsAliased(), Next);
+    else
+      FScratch->Rasterizer.Fill(Outline.View(), Matrix(), Clip,
+                                {TQXGPFillMode::fmWinding, IsAliased()}, Next);
+  });
+}
+
+// Every step's coverage is combined with what the steps before it gave, in a byte for each pixel.
+void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& Matrix) {
+  if (FClip.IsEmpty()) return;
+  if (!IsFinite(Matrix)) return;
+  auto Mask = std::make_shared<TSpanStore>();
+  const std::size_t Steps = Region.StepCount();
+  const auto DrawStep = [&](std::size_t I, const TRect& Clip, ISpanSink& Sink) {
+    const TQXRegionStep Step = Region.Step(I);
+    FScratch->Rasterizer.Fill(Step.Path, Matrix, Clip, {Step.FillMode, IsAliased()}, Sink);
+  };
+  const bool IsSingle =
+      Steps == 1 && (!Region.IsInfinite() || Region.Step(0).Mode != TQXGPCombineMode::cmUnion);
+  Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
+    if (IsSingle) return DrawStep(0, Clip, Sink);
+    TRegionCover Cover(Clip, Region.IsInfinite());
+    for (std::size_t I = 0; I < Steps; ++I) {
+      Cover.BeginStep(Region.Step(I).Mode);
+      DrawStep(I, Clip, Cover);
+      Cover.EndStep();
+    }
+    Cover.Emit(Sink);
+  });
+  FClip.SetMask(std::move(Mask));
+}
+
+std::shared_ptr<ICanvasFactory> CreateRasterCanvasFactory() {
+  return std::make_shared<TRasterCanvasFactory>();
+}
+
+}  // namespace qxsvg

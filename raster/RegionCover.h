@@ -1,0 +1,37 @@
+// The coverage of a region put together step by step, a byte for each pixel of a box.
+#pragma once
+
+#include <vector>
+
+#include "foundation/DrawingEnums.h"
+#include "raster/Spans.h"
+
+namespace qxsvg {
+
+class TRegionCover final : public ISpanSink {
+ public:
+  // Begins with nothing, or with everything.
+  TRegionCover(const TRect& Box, bool IsInfinite);
+
+  // Rows that come between the two are the step's. Where both cover a pixel in part, a union takes
+  // the sum of the areas less their product, an intersection the product, as if the two were
+  // independent.
+  void BeginStep(TQXGPCombineMode Mode);
+  void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void EndStep();
+
+  // The rows of the whole.
+  void Emit(ISpanSink& Sink) const;
+
+ private:
+  std::uint8_t* RowOf(std::int32_t Y);
+  void SkipTo(std::int32_t Y);
+
+  const TRect FBox;
+  const std::size_t FWidth;
+  std::vector<std::uint8_t> FCovers, FRow;
+  TQXGPCombineMode FMode = TQXGPCombineMode::cmUnion;
+  std::int32_t FNextRow = 0;
+};
+
+}  // namespace qxsvg
