@@ -16,6 +16,14 @@ void DrawUpTo(TDrawEvent Event, TSVGDocument& Document, TSVGElement& Element, co
 
 }  // namespace
 
+TMatrix TSVGDocument::GetViewMatrix(const TMatrix& Matrix, const TRectF& Rect) {
+  const bool IsSpecified = ViewBox().ViewBoxSpecified();
+  const bool FitsNowhere = AspectRatio().Align() == TSVGAlign::saNone &&
+                           FDefaultAspectRatio.Align() == TSVGAlign::saNone;
+  if (!IsSpecified && FitsNowhere) return TSVGCustomViewBox::GetViewMatrix(Matrix, Rect);
+  return ViewMatrix(IsSpecified ? AspectRatio() : FDefaultAspectRatio, Rect, true);
+}
+
 void TSVGDocument::Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   if (ShouldDraw()) TSVGCustomViewBox::Draw(Matrix, Canvas, Rect);
 }

@@ -87,6 +87,9 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   // --- Drawing. Rect is the area drawn to, in surface coordinates; Matrix leads from the
   // document's user space to the surface, and is the document's view of Rect in the forms without
   // one.
+  using TSVGCustomViewBox::GetViewMatrix;
+  // Without a view box the document's width and height serve, fitted by DefaultAspectRatio.
+  TMatrix GetViewMatrix(const TMatrix& Matrix, const TRectF& Rect) override;
   using TSVGCustomViewBox::Draw;
   void Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
   // One element alone at its place in the tree, when it and the document may be drawn.
