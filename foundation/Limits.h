@@ -77,6 +77,9 @@ inline constexpr std::int64_t BitmapPixels = std::int64_t{1} << 28;
 // Pixels of one tile of a pattern. A tile is as large as the document says, whatever the size of the
 // drawing; a screen of the finest displays has half as many.
 inline constexpr std::int64_t PatternPixels = std::int64_t{1} << 24;
+// Bytes that the coverage kept for redrawing may take, of all documents together. The tiger at the
+// size of a large screen takes about two megabytes.
+inline constexpr std::size_t CoverageBytes = std::size_t{64} << 20;
 // Bytes of an image after decoding, asked of the header before memory is taken. Four bytes a pixel,
 // so that the pictures of the largest phone cameras (108 million pixels) fit.
 inline constexpr std::size_t ImageBytes = std::size_t{440} << 20;

@@ -91,9 +91,24 @@ void TSVGGraphicElement::DrawChildren(const TMatrix& Matrix, TQXGPCanvas& Canvas
 }
 
 bool TSVGGraphicElement::BeginDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
-  const TRectF Bounds = GetBoundsRect();
   FCanvasState = Canvas.SaveState();
-  Canvas.SetBrush(GetBrush(Matrix, Bounds, GetNearestViewport(Rect)));
+  const TSVGDocument* Owner = Document();
+  if (PaintsItself() || (Owner && (Owner->OnDrawing || Owner->OnDisableAppearance)))
+    SetCanvasPaints(Matrix, Canvas, Rect);
+  PerformClipping(Matrix, Canvas, Rect);
+  return DoDrawing(this, Matrix, Canvas, Rect);
+}
+
+void TSVGGraphicElement::SetCanvasPaints(const TMatrix& Matrix, TQXGPCanvas& Canvas,
+                                         const TRectF& Rect) {
+  // The box matters to paint servers alone, and finding it may take longer than drawing.
+  const bool NeedsBox = FBrushChanged && !EffectiveFillURI().empty();
+  const TSVGBrush& Brush =
+      GetBrush(Matrix, NeedsBox ? GetBoundsRect() : TRectF(), GetNearestViewport(Rect));
+  Canvas.SetBrush(Brush);
+  // A tile lies in user space.
+  if (Brush.Kind() == TQXGPBrushKind::bkBitmap)
+    Canvas.Brush().SetBitmapMatrix(QXMatrixMultiply(Brush.BitmapMatrix(), Matrix));
   SetCanvasPen(Canvas, Matrix, GetVectorEffect() == TSVGVectorEffect::veNone);
   // Only text looks at the font, and getting at one may start the font engine.
   const bool WritesText = SVGTextContentElements.Has(SVGType());
@@ -105,8 +120,6 @@ bool TSVGGraphicElement::BeginDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, c
   }
   if (WritesText) Canvas.Font().SetBrush(Canvas.Brush());
   SetCanvasQuality(Canvas);
-  PerformClipping(Matrix, Canvas, Rect);
-  return DoDrawing(this, Matrix, Canvas, Rect);
 }
 
 void TSVGGraphicElement::EndDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
@@ -187,8 +200,13 @@ TQXGPTextRenderingHint TSVGGraphicElement::GetTextRenderingHint(TSVGTextRenderin
 // Here "scaled" means that the stroke goes through the matrix with the shape; otherwise its width
 // is one in device pixels whatever the transformations.
 void TSVGGraphicElement::SetCanvasPen(TQXGPCanvas& Canvas, const TMatrix& Matrix, bool Scale) {
-  const TSVGPen& Pen = GetPen(QXIdentityMatrix, GetBoundsRect());
+  const bool NeedsBox = FPenChanged && !EffectiveStrokeURI().empty();
+  const TSVGPen& Pen = GetPen(QXIdentityMatrix, NeedsBox ? GetBoundsRect() : TRectF());
   Canvas.SetPen(Pen);
+  if (Pen.Kind() == TQXGPBrushKind::bkBitmap) {
+    TQXGPBrush& Tile = Canvas.Pen().GetBrush();
+    Tile.SetBitmapMatrix(QXMatrixMultiply(Tile.BitmapMatrix(), Matrix));
+  }
   float Width = Canvas.Pen().Thickness();
   if (Pen.ThicknessIsPercent())
     if (TSVGCustomViewBox* Nearest = GetNearestViewBox())
@@ -205,7 +223,9 @@ void TSVGGraphicElement::SetCanvasPen(TQXGPCanvas& Canvas, const TMatrix& Matrix
   if (!Scale || !HasDashes) return;
   // The surface counts dashes in widths of the pen.
   const auto Declared = Canvas.Pen().CustomDash();
-  std::vector<float> Dashes(Declared.begin(), Declared.end());
+  // Its memory stays, so that a redraw takes none.
+  thread_local std::vector<float> Dashes;
+  Dashes.assign(Declared.begin(), Declared.end());
   for (std::size_t I = Dashes.size(); I-- > 0;) {
     const float Dash = Dashes[I] * Factor / Width;
     // One that is no length shortens the list from its end.
@@ -264,22 +284,31 @@ TQXGPFillMode TSVGGraphicElement::FillModeOf(TSVGFillRule Rule, TQXGPFillMode Ot
 
 void TSVGGraphicElement::DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                   const TRectF&) {
-  DrawView(Path.View(), Path.FillMode(), Matrix, Canvas);
+  // What is drawn once must not pay for being drawn again: coverage is kept from the second time
+  // on, of the element's own shape, which tells when it changes.
+  Coverage* Kept = nullptr;
+  if (&Path == FShape.get()) {
+    if (FWasShapeDrawn && !FCoverage) FCoverage = std::make_unique<Coverage>();
+    FWasShapeDrawn = true;
+    Kept = FCoverage.get();
+  }
+  DrawView(Path.View(), Path.FillMode(), Kept, Matrix, Canvas);
 }
 
 void TSVGGraphicElement::DrawPath(const TQXPathData& Data, const TMatrix& Matrix,
                                   TQXGPCanvas& Canvas, const TRectF&) {
-  DrawView(Data.View(), Data.FillMode(), Matrix, Canvas);
+  DrawView(Data.View(), Data.FillMode(), nullptr, Matrix, Canvas);
 }
 
-void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode,
+void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode, Coverage* Kept,
                                   const TMatrix& Matrix, TQXGPCanvas& Canvas) {
-  const TQXPathSource Source{View, FillModeOf(GetFillRule(), Mode), Matrix, nullptr};
+  TQXPathSource Source{View, FillModeOf(GetFillRule(), Mode), Matrix, Kept ? &Kept->Fill : nullptr};
   const bool Fills = Canvas.Brush().Kind() != TQXGPBrushKind::bkNone;
   const bool Strokes = Canvas.Pen().Kind() != TQXGPBrushKind::bkNone;
   if (!Fills && !Strokes) return;
   const double Opacity = GetAbsoluteOpacity();
   if (Fills) Canvas.FillPath(Source, static_cast<float>(GetBrush().Opacity() * Opacity));
+  if (Kept) Source.Coverage = &Kept->Stroke;
   if (Strokes) Canvas.DrawPath(Source, static_cast<float>(GetPen().Opacity() * Opacity));
 }
 

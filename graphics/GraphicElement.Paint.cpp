@@ -60,7 +60,10 @@ TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& T
     }
     case TSVGElementType::etPattern: {
       auto& Pattern = static_cast<TSVGPattern&>(*Server);
-      Target.SetBitmap(Pattern.GetPattern(*this, Matrix, Bounds));
+      // The first tile begins where the pattern says, in user space.
+      const TPointF Start = Pattern.TileRect(Bounds).TopLeft();
+      Target.SetBitmap(Pattern.GetPattern(*this, Matrix, Bounds),
+                       CreateTranslateQXMatrix(Start.X, Start.Y));
       return TQXGPBrushKind::bkBitmap;
     }
     default: return TQXGPBrushKind::bkNone;
@@ -79,7 +82,7 @@ const String& TSVGGraphicElement::EffectiveFillURI() const {
 
 TSVGBrush& TSVGGraphicElement::GetBrush() {
   if (!FBrushChanged || FElementState.Has(TSVGElementStateFlag::esReading)) return OwnBrush();
-  const TRectF Bounds = GetBoundsRect();
+  const TRectF Bounds = EffectiveFillURI().empty() ? TRectF() : GetBoundsRect();
   return GetBrush(QXIdentityMatrix, Bounds, GetNearestViewport(Bounds));
 }
 
@@ -121,7 +124,8 @@ const String& TSVGGraphicElement::EffectiveStrokeURI() const {
 
 TSVGPen& TSVGGraphicElement::GetPen() {
   if (!FPenChanged || FElementState.Has(TSVGElementStateFlag::esReading)) return OwnPen();
-  return GetPen(QXIdentityMatrix, GetBoundsRect());
+  // The box matters to paint servers alone, and finding that of a group takes the whole subtree.
+  return GetPen(QXIdentityMatrix, EffectiveStrokeURI().empty() ? TRectF() : GetBoundsRect());
 }
 
 TSVGPen& TSVGGraphicElement::GetPen(const TMatrix& Matrix, const TRectF& Bounds) {

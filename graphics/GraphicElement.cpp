@@ -47,6 +47,7 @@ void TSVGGraphicElement::Reset() {
   MarkPaintsChanged();
   FClippingChanged = true;
   FShapeCacheChanged = true;
+  DropCoverage();
   TSVGElement::Reset();
 }
 
@@ -145,8 +146,20 @@ TSVGGraphicElement::References& TSVGGraphicElement::WriteReferences() {
 }
 
 TQXGPPath& TSVGGraphicElement::Shape() {
-  if (!FShape) FShape = std::make_unique<TQXGPPath>();
+  if (!FShape) {
+    FShape = std::make_unique<TQXGPPath>();
+    FShape->SetOnChange(TNotifyMethod::Bind<&TSVGGraphicElement::ShapeChanged>(this));
+  }
   return *FShape;
+}
+
+void TSVGGraphicElement::ShapeChanged(TPersistent*) {
+  DropCoverage();
+}
+
+void TSVGGraphicElement::DropCoverage() {
+  FWasShapeDrawn = false;
+  FCoverage.reset();
 }
 
 // --- Preferred styles

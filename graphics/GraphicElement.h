@@ -309,6 +309,9 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   virtual TQXGPTextRenderingHint GetTextRenderingHint(TSVGTextRendering Value) const;
   virtual TQXGPCompositingQuality GetCompositingQuality(TSVGColorRendering Rendering,
                                                         TSVGColorInterpolation Interpolation) const;
+  // Whether the element draws with its own brush and pen, as all do but containers: where it does
+  // not, they are put on the canvas for the host's handlers alone.
+  virtual bool PaintsItself() const { return true; }
   // Fills and strokes a path that is in user space, by the canvas's brush and pen and the element's
   // fill rule and opacities.
   void DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
@@ -382,6 +385,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   struct References;
   struct Box;
   struct Spacings;
+  struct Coverage;
   // What changed while styles were applied and has still to be told to the children.
   enum Stale : std::uint8_t { stBrush = 1, stPen = 2, stFont = 4 };
   class StylingLock;
@@ -399,7 +403,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   template <class Row, class Value>
   void StoreKeepingMark(const Row& Property, const Value& NewValue);
   void SetCanvasQuality(TQXGPCanvas& Canvas) const;
-  void DrawView(const TQXPathView& View, TQXGPFillMode Mode, const TMatrix& Matrix,
+  void DrawView(const TQXPathView& View, TQXGPFillMode Mode, Coverage* Kept, const TMatrix& Matrix,
                 TQXGPCanvas& Canvas);
   bool IsMarked(TSVGStyleProperty Property) const { return FInherits.Has(Property); }
   const String& EffectiveReference(TSVGReference Which) const;
@@ -424,6 +428,9 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   References& WriteReferences();
   Box& WriteBox();
   Spacings& WriteSpacings();
+  void ShapeChanged(TPersistent* Sender);
+  void DropCoverage();
+  void SetCanvasPaints(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
   void HeldObjectChanged(TPersistent* Sender) { ObjectPropChange(Sender); }
   float LengthUnitFactor(TSVGUnit Unit);
   void HeldUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);
@@ -458,6 +465,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   std::unique_ptr<Box> FBox;
   std::unique_ptr<Spacings> FSpacings;
   std::unique_ptr<TQXGPPath> FShape;
+  // The coverage of the shape from drawing to drawing; made when the same shape is drawn again.
+  std::unique_ptr<Coverage> FCoverage;
   // The region that a clip path built; other elements point at it.
   std::unique_ptr<TQXGPRegion> FClipRegion;
   TQXGPRegion* FClipPath = nullptr;
@@ -496,6 +505,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // Notices of held objects are gathered and not passed on.
   bool FIsStyling = false;
   std::uint8_t FStale = 0;
+  // The shape was painted since it last changed.
+  bool FWasShapeDrawn = false;
 };
 
 }  // namespace qxsvg

@@ -7,6 +7,7 @@
 #include "graphics/SVGBrush.h"
 #include "graphics/SVGFont.h"
 #include "graphics/SVGPen.h"
+#include "graphics/surface/CoverageCache.h"
 
 namespace qxsvg {
 
@@ -29,6 +30,11 @@ struct TSVGGraphicElement::Spacings {
   TSVGStylePropertyAutoLength Kerning{TSVGStyleProperty::ipKerning};
   TSVGStylePropertyAutoLength Word{TSVGStyleProperty::ipWordSpacing};
   TSVGBaselineShiftLength BaselineShift{TSVGStyleProperty::ipBaselineShift};
+};
+
+struct TSVGGraphicElement::Coverage {
+  TQXCoverageCache Fill{QXSharedCoverageBudget()};
+  TQXCoverageCache Stroke{QXSharedCoverageBudget()};
 };
 
 // Switches the change notice of a paint object off while inherited parts are copied into it, so

@@ -38,6 +38,8 @@ class QXSVG_API TSVGPattern : public TSVGCustomViewBox {
   String PatternTransformMatrix() const;
   void SetPatternTransformMatrix(StringView Value);
 
+  // The rectangle of the first tile for a shape whose box is Bounds, in user space.
+  TRectF TileRect(const TRectF& Bounds) { return TileRect(Bounds, Matrix()); }
   // A new tile for Element, whose box is Bounds, in user units as pixels. One without area gives an
   // empty bitmap.
   virtual std::unique_ptr<TQXGPBitmap> GetPattern(TSVGGraphicElement& Element,

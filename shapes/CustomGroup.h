@@ -24,6 +24,7 @@ class QXSVG_API TSVGCustomGroup : public TSVGGraphicElement {
   void Change(TSVGElement* Element) override;
 
  protected:
+  bool PaintsItself() const override { return false; }
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
                                       const TRectF& Rect, const TSVGFindOptions& Options) override;
   TSVGElement* InternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <new>
 
+#include "foundation/Limits.h"
+
 namespace qxsvg {
 
 bool TQXCoverageBudget::Take(std::size_t Bytes) {
@@ -11,6 +13,11 @@ bool TQXCoverageBudget::Take(std::size_t Bytes) {
     if (Bytes > FLimit || Used > FLimit - Bytes) return false;
   } while (!FUsed.compare_exchange_weak(Used, Used + Bytes, std::memory_order_relaxed));
   return true;
+}
+
+TQXCoverageBudget& QXSharedCoverageBudget() {
+  static constinit TQXCoverageBudget Budget(Limits::CoverageBytes);
+  return Budget;
 }
 
 TQXCoverageCache::TUse TQXCoverageCache::Ask(const TQXCoverageKey& Key) {

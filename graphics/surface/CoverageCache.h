@@ -15,7 +15,7 @@ namespace qxsvg {
 // outlive its caches. Any thread may use it.
 class QXSVG_API TQXCoverageBudget {
  public:
-  explicit TQXCoverageBudget(std::size_t Bytes) : FLimit(Bytes) {}
+  constexpr explicit TQXCoverageBudget(std::size_t Bytes) : FLimit(Bytes) {}
   bool Take(std::size_t Bytes);
   void GiveBack(std::size_t Bytes) { FUsed.fetch_sub(Bytes, std::memory_order_relaxed); }
   std::size_t Used() const { return FUsed.load(std::memory_order_relaxed); }
@@ -25,6 +25,9 @@ class QXSVG_API TQXCoverageBudget {
   std::atomic<std::size_t> FUsed{0};
   std::size_t FLimit;
 };
+
+// The one that the whole process shares, of Limits::CoverageBytes.
+QXSVG_API TQXCoverageBudget& QXSharedCoverageBudget();
 
 // Everything besides the path's points that coverage depends on. The surface fills it in; Stroke is
 // a number that stands for the pen's outline (0 for a fill), Clip one that stands for the clip's
