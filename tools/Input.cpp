@@ -5,8 +5,11 @@
 #include <iterator>
 
 #include "document/Document.h"
+#include "document/XML.h"
 #include "foundation/Limits.h"
 #include "runtime/Exceptions.h"
+#include "runtime/Services.h"
+#include "runtime/Streams.h"
 #include "tools/ProgressBar.h"
 
 namespace qxsvg::tools {
@@ -31,6 +34,13 @@ void LoadDrawing(TSVGDocument& Drawing, const std::string& Name) {
     Drawing.LoadFromText(std::string_view(ReadStandardInput()));
   else
     Drawing.LoadFromFile(std::string_view(Name));
+}
+
+std::unique_ptr<IXMLDocument> LoadDrawingXML(const std::string& Name) {
+  const auto Vendor = Services().XML.Get();
+  if (Name == "-") return Vendor->LoadFromBytes(ReadStandardInput());
+  TFileStream File(FromUtf8(Name), TFileMode::fmOpenRead);
+  return Vendor->LoadFromStream(File);
 }
 
 std::string CauseOf(const std::exception& Error) {

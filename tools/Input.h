@@ -2,17 +2,22 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace qxsvg {
+class IXMLDocument;
 class TSVGDocument;
-}
+}  // namespace qxsvg
 
 namespace qxsvg::tools {
 
 // Loads a file, or standard input for "-". Raises what the document raises.
 void LoadDrawing(TSVGDocument& Drawing, const std::string& Name);
+
+// The same as far as the nodes of the XML.
+std::unique_ptr<IXMLDocument> LoadDrawingXML(const std::string& Name);
 
 // The cause of a failure on one line; an XML error with its line and column.
 std::string CauseOf(const std::exception& Error);
