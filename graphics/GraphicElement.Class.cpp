@@ -155,7 +155,9 @@ struct TSVGGraphicElement::Published : PublishedRow {
           u"MarkerMidURI", &HasReference<P::ipMarkerMid, &E::GetMarkerMidURI>),
       Property<&E::GetMarkerEndURI, &E::SetMarkerEndURI>(
           u"MarkerEndURI", &HasReference<P::ipMarkerEnd, &E::GetMarkerEndURI>),
-      OwnProperty<&E::OwnOpacity, &E::SetOpacity, 1.0f>(u"Opacity"),
+      Property<&E::OwnOpacity, &E::SetOpacity>(
+          u"Opacity",
+          [](const TPersistent& Self) { return static_cast<const E&>(Self).FOpacity != 1; }),
       OwnProperty<&E::OpacityPreferredUnit, &E::SetOpacityPreferredUnit, TSVGUnit::suNone>(
           u"OpacityPreferredUnit"),
       Property<&E::OwnOverflow, &E::SetOverflow>(
