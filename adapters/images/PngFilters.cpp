@@ -8,7 +8,9 @@ namespace qxsvg::images {
 
 namespace {
 
-enum TFilter : std::uint8_t { fiNone, fiSub, fiUp, fiAverage, fiPaeth };
+// The average filter is missing: on drawings it hardly ever wins, and trying it costs a fifth of
+// all.
+enum TFilter : std::uint8_t { fiNone = 0, fiSub = 1, fiUp = 2, fiPaeth = 4 };
 
 // Each filter is a loop over independent bytes, which the compiler turns into vectors. A is the
 // byte one pixel to the left, B the one above, C the one above A.
@@ -28,7 +30,6 @@ void FilterBytes(const std::uint8_t* __restrict Row, const std::uint8_t* __restr
   const auto Predict = [](std::uint8_t A, std::uint8_t B, std::uint8_t C) -> std::uint8_t {
     if constexpr (Kind == fiSub) return A;
     if constexpr (Kind == fiUp) return B;
-    if constexpr (Kind == fiAverage) return static_cast<std::uint8_t>((A + B) >> 1);
     if constexpr (Kind == fiPaeth) return Paeth(A, B, C);
     return 0;
   };
@@ -39,19 +40,19 @@ void FilterBytes(const std::uint8_t* __restrict Row, const std::uint8_t* __restr
         Row[I] - Predict(Row[I - PixelSize], Prior[I], Prior[I - PixelSize]));
 }
 
-// The sum of the bytes taken as signed differences, which grows with the cost of coding them.
-std::uint64_t Cost(const std::uint8_t* Bytes, std::size_t Count) {
-  // In blocks whose sum fits 16 bits, so that a vector holds many.
-  constexpr std::size_t Block = 256;
-  std::uint64_t Total = 0;
-  for (std::size_t First = 0; First < Count; First += Block) {
+// How much there is to code: bytes that are not zero, and bytes that differ from those of the pixel
+// before. Drawings are made of repetition, which this finds better than the sum of the differences
+// that is usual for photographs.
+std::size_t Cost(const std::uint8_t* Bytes, std::size_t Count, std::size_t PixelSize) {
+  // In blocks whose count fits a byte, so that a vector holds many.
+  constexpr std::size_t Block = 127;
+  std::size_t Total = 0;
+  for (std::size_t I = 0; I < PixelSize; ++I) Total += Bytes[I] != 0;
+  for (std::size_t First = PixelSize; First < Count; First += Block) {
     const std::size_t Last = std::min(First + Block, Count);
-    std::uint16_t Sum = 0;
-    for (std::size_t I = First; I < Last; ++I) {
-      const std::uint8_t V = Bytes[I];
-      const auto Negated = static_cast<std::uint8_t>(-V);
-      Sum = static_cast<std::uint16_t>(Sum + std::min(V, Negated));
-    }
+    std::uint8_t Sum = 0;
+    for (std::size_t I = First; I < Last; ++I)
+      Sum = static_cast<std::uint8_t>(Sum + (Bytes[I] != 0) + (Bytes[I] != Bytes[I - PixelSize]));
     Total += Sum;
   }
   return Total;
@@ -73,19 +74,24 @@ void TPngFilters::Filter(const std::uint8_t* Row, const std::uint8_t* Prior, std
   }
   using TFunction =
       void (*)(const std::uint8_t*, const std::uint8_t*, std::uint8_t*, std::size_t, std::size_t);
-  constexpr std::array<TFunction, 5> Filters{&FilterBytes<fiNone>, &FilterBytes<fiSub>,
-                                             &FilterBytes<fiUp>, &FilterBytes<fiAverage>,
-                                             &FilterBytes<fiPaeth>};
+  struct TCandidate {
+    TFilter Kind;
+    TFunction Filter;
+  };
+  constexpr TCandidate Candidates[] = {{fiNone, &FilterBytes<fiNone>},
+                                       {fiSub, &FilterBytes<fiSub>},
+                                       {fiUp, &FilterBytes<fiUp>},
+                                       {fiPaeth, &FilterBytes<fiPaeth>}};
   // Where two cost the same the simpler one, whose bytes are likelier to repeat, is taken.
-  std::uint64_t BestCost = std::numeric_limits<std::uint64_t>::max();
+  std::size_t BestCost = std::numeric_limits<std::size_t>::max();
   std::uint8_t* Best = FScratch[0].data();
   std::uint8_t* Other = FScratch[1].data();
-  for (std::uint8_t Kind = 0; Kind < Filters.size(); ++Kind) {
-    Filters[Kind](Row, Prior, Other, FRowSize, FPixelSize);
-    const std::uint64_t OtherCost = Cost(Other, FRowSize);
+  for (const TCandidate& Candidate : Candidates) {
+    Candidate.Filter(Row, Prior, Other, FRowSize, FPixelSize);
+    const std::size_t OtherCost = Cost(Other, FRowSize, FPixelSize);
     if (OtherCost >= BestCost) continue;
     BestCost = OtherCost;
-    Target[0] = Kind;
+    Target[0] = Candidate.Kind;
     std::swap(Best, Other);
   }
   std::memcpy(Target + 1, Best, FRowSize);
