@@ -30,7 +30,7 @@ bool LoadWithQxsvg(const std::string& File) {
   qxsvg::TSVGDocument Document;
   qxsvg::TBytesViewStream Stream{std::string_view(File)};
   Document.LoadFromStream(Stream);
-  return Document.Count() > 0;
+  return Document.Items().Count() > 0;
 }
 
 #ifdef QXSVG_BENCH_LIBRSVG_2_0
@@ -112,7 +112,7 @@ std::string MakeDrawing() {
   Text << R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 1000 1000">)";
   for (int I = 0; I < 10'000; ++I)
     Text << R"(<path fill="#1f77b4" stroke="black" stroke-width="0.5" d="M)" << I % 1000 << ' '
-         << I / 1000 << R"(h10v10h-10z" transform="translate(1,2)"/>)";
+         << I / 1000 << R"~(h10v10h-10z" transform="translate(1,2)"/>)~";
   Text << "</svg>";
   return Text.str();
 }
