@@ -1,12 +1,15 @@
 // The keyed tables of the system, whose visible order is that of their slots.
 //
 // Open addressing with linear probing over a power-of-two count of slots. The order of iteration
-// decides ties in the cascade and the order of element lists, so everything that the order depends on
-// is fixed: the hash (see StringHash), the probing, the growth and the removal. A slot holds only a
-// small index into a dense array of entries, which keeps a sparse table cheap.
+// decides ties in the cascade and the order of element lists, so everything that the order depends
+// on is fixed: the hash (see StringHash), the probing, the growth and the removal. A slot holds
+// only a small index into a dense array of entries, which keeps a sparse table cheap.
 #pragma once
 
+#include <limits>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "document/SlotArray.h"
 #include "runtime/Exceptions.h"
@@ -96,12 +99,12 @@ class TQXDictionary : public TPersistent {
     if (!Found) RaiseKeyNotFound();
     return *Found;
   }
-  // Removes all entries; the slots stay.
+  // Removes all entries and the slots, so that what is added next stands in the order of a new
+  // table.
   virtual void Clear() {
-    std::vector<Entry> Old = std::move(FEntries);
-    FEntries.clear();
-    SlotArray OldSlots = FSlots;
-    FSlots.Clear();
+    const std::vector<Entry> Old = std::exchange(FEntries, {});
+    const SlotArray OldSlots = std::exchange(FSlots, {});
+    SlotsMoved();
     for (std::size_t Slot = 0; Slot < OldSlots.Size(); ++Slot) {
       const std::uint32_t At = OldSlots.Get(Slot);
       if (At == SlotArray::Empty) continue;
@@ -136,8 +139,8 @@ class TQXDictionary : public TPersistent {
     constexpr std::uint32_t Positive = 0x7FFFFFFF;
     return static_cast<std::int32_t>(((Comparer::Hash(Wanted) & Positive) + 1) & Positive);
   }
-  // The slot of the key; the complement of the empty slot that ends the search; or the most negative
-  // integer in a table without slots.
+  // The slot of the key; the complement of the empty slot that ends the search; or the most
+  // negative integer in a table without slots.
   std::int32_t FindSlot(LookupKey Wanted, std::int32_t Hash) const {
     if (FSlots.Size() == 0) return std::numeric_limits<std::int32_t>::min();
     const std::size_t Mask = FSlots.Size() - 1;
@@ -151,7 +154,8 @@ class TQXDictionary : public TPersistent {
   virtual void DoAdd(std::int32_t Slot, std::int32_t Hash, Key&& NewKey, Value&& NewValue) {
     FEntries.push_back({Hash, std::move(NewKey), std::move(NewValue)});
     FSlots.Set(static_cast<std::size_t>(Slot), static_cast<std::uint32_t>(FEntries.size() - 1));
-    // The handlers may change the table, so each notice goes out with a copy where that is possible.
+    // The handlers may change the table, so each notice goes out with a copy where that is
+    // possible.
     const std::size_t At = FEntries.size() - 1;
     if (WantsKeyNotice()) KeyNotify(Key(FEntries[At].FKey), Notification::cnAdded);
     if (WantsValueNotice() && At < FEntries.size())
@@ -200,8 +204,9 @@ class TQXDictionary : public TPersistent {
   }
   // The old entries go in by the order of their old slots, which the new order depends on.
   void Rehash(std::size_t NewSlots) {
-    SlotArray Old = std::move(FSlots);
-    FSlots = SlotArray(NewSlots);
+    // Where there is no memory for the new slots, the old ones stay.
+    const SlotArray Old = std::exchange(FSlots, SlotArray(NewSlots));
+    SlotsMoved();
     for (std::size_t Slot = 0; Slot < Old.Size(); ++Slot) {
       const std::uint32_t At = Old.Get(Slot);
       if (At == SlotArray::Empty) continue;
@@ -210,7 +215,8 @@ class TQXDictionary : public TPersistent {
       FSlots.Set(Home, At);
     }
   }
-  // Backward-shift deletion: an entry moves into the gap unless its home lies between the gap and it.
+  // Backward-shift deletion: an entry moves into the gap unless its home lies between the gap and
+  // it.
   void CloseGap(std::size_t Gap) {
     const std::size_t Mask = FSlots.Size() - 1;
     FSlots.Set(Gap, SlotArray::Empty);
@@ -240,6 +246,8 @@ class TQXDictionary : public TPersistent {
       OnRemoveFromEmpty();
   }
   virtual void OnRemoveFromEmpty() {}
+  // Entries stand in other slots now.
+  virtual void SlotsMoved() {}
 
   SlotArray FSlots;
   std::vector<Entry> FEntries;
@@ -251,9 +259,9 @@ class TQXHashTable : public TQXDictionary<Key, Value, Comparer> {
   using Base = TQXDictionary<Key, Value, Comparer>;
 
  public:
+  using Base::Base;
   using typename Base::Entry;
   using typename Base::Notification;
-  using Base::Base;
 
   TNotifyMethod OnChange;
 
@@ -264,7 +272,6 @@ class TQXHashTable : public TQXDictionary<Key, Value, Comparer> {
   }
   void Clear() override {
     BeginUpdate();
-    FByPosition.reset();
     Base::Clear();
     EndUpdate();
   }
@@ -310,6 +317,7 @@ class TQXHashTable : public TQXDictionary<Key, Value, Comparer> {
   bool WantsKeyNotice() const override { return FUpdateCount == 0 && Base::WantsKeyNotice(); }
   bool WantsValueNotice() const override { return FUpdateCount == 0 && Base::WantsValueNotice(); }
   void OnRemoveFromEmpty() override { RaiseTableEmpty(); }
+  void SlotsMoved() override { FByPosition.reset(); }
   void DefineProperties(TFiler& Filer) override;
 
  private:

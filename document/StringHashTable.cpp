@@ -1,5 +1,7 @@
 #include "document/StringHashTable.h"
 
+#include <algorithm>
+
 #include "foundation/Limits.h"
 
 namespace qxsvg {
@@ -13,8 +15,15 @@ String Decimal(std::int32_t Value) {
 
 }  // namespace
 
-String UniqueNameRows::RowKey(StringView Name, StringView Word) {
-  return String(Name).append(1, u'\0').append(Word);
+StringView UniqueNameRows::Stem(StringView Name, StringView Word) {
+  const StringView Before = Name.substr(0, Name.find(Word));
+  return Before.substr(0, Before.find_last_not_of(u' ') + 1);
+}
+
+std::int32_t& UniqueNameRows::RoundOf(StringView Name, StringView Word) {
+  if (std::find(FWords.begin(), FWords.end(), Word) == FWords.end()) FWords.emplace_back(Word);
+  auto& Rows = FRounds[String(Stem(Name, Word))];
+  return Rows[String(Name).append(1, u'\0').append(Word)];
 }
 
 String UniqueNameRows::NameOfRound(StringView Name, StringView Word, std::int32_t Round) {
@@ -30,11 +39,7 @@ String UniqueNameRows::NameOfRound(StringView Name, StringView Word, std::int32_
 }
 
 void UniqueNameRows::NoteRemoved(StringView Key) {
-  std::erase_if(FRounds, [Key](const auto& Row) {
-    const StringView RowKey = Row.first;
-    const std::size_t End = RowKey.find(u'\0');
-    return Key == RowKey.substr(0, End) || Key.find(RowKey.substr(End + 1)) != StringView::npos;
-  });
+  for (const String& Word : FWords) FRounds.erase(String(Stem(Key, Word)));
 }
 
 }  // namespace qxsvg

@@ -17,7 +17,7 @@ class QXSVG_API UniqueNameRows {
   template <class IsTakenTest>
   String Find(StringView Name, StringView Word, IsTakenTest IsTaken) {
     if (!IsTaken(Name)) return String(Name);
-    std::int32_t& Round = FRounds[RowKey(Name, Word)];
+    std::int32_t& Round = RoundOf(Name, Word);
     String Result = NameOfRound(Name, Word, Round);
     while (IsTaken(Result)) Result = NameOfRound(Name, Word, ++Round);
     return Result;
@@ -26,9 +26,16 @@ class QXSVG_API UniqueNameRows {
   void NoteRemoved(StringView Key);
 
  private:
-  static String RowKey(StringView Name, StringView Word);
+  // What a name has in common with all names of its row: the text before Word, without the blanks
+  // at its end.
+  static StringView Stem(StringView Name, StringView Word);
   static String NameOfRound(StringView Name, StringView Word, std::int32_t Round);
-  std::unordered_map<String, std::int32_t> FRounds;
+  std::int32_t& RoundOf(StringView Name, StringView Word);
+
+  // By stem, then by name and word, because a removed name tells of its stem alone.
+  std::unordered_map<String, std::unordered_map<String, std::int32_t>> FRounds;
+  // The words asked for so far; hardly ever more than one.
+  std::vector<String> FWords;
 };
 
 template <class Value>

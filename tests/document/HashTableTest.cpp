@@ -178,6 +178,56 @@ TEST(HashTable, UniqueNamesOfOneRowStayCheap) {
   EXPECT_EQ(T.Count(), 20000);
 }
 
+// Many pairs of equal identifiers make many rows, and each removal has to leave most of them alone.
+TEST(HashTable, UniqueNamesOfManyRowsStayCheap) {
+  Table T;
+  constexpr int Count = 30000;
+  for (int I = 0; I < Count; ++I) {
+    const std::string Digits = std::to_string(I);
+    const String Name(Digits.begin(), Digits.end());
+    T.Add(Name, I);
+    const String Second = T.GetUniqueName(Name, u"Copy");
+    T.Add(Second, I);
+    T.Add(u"passing", I);
+    T.Remove(u"passing");
+  }
+  EXPECT_EQ(T.Count(), 2 * Count);
+  T.Remove(u"7 Copy");
+  EXPECT_EQ(T.GetUniqueName(u"7", u"Copy"), u"7 Copy");
+}
+
+// A table that was emptied gives the order, and so the ties, of a new one.
+TEST(HashTable, ClearForgetsTheSlots) {
+  Table Used, New;
+  for (int I = 0; I < 100; ++I) Used.Add(String(1, static_cast<char16_t>(u'a' + I)), I);
+  Used.Clear();
+  EXPECT_EQ(Used.Slots(), 0u);
+  for (const StringView Key : {u"rect", u".a", u"#b", u"g", u"path"}) {
+    Used.Add(String(Key), 0);
+    New.Add(String(Key), 0);
+  }
+  EXPECT_EQ(Keys(Used), Keys(New));
+}
+
+TEST(HashTable, PositionsFollowTheSlots) {
+  Table T;
+  const auto ByPosition = [&T] {
+    std::vector<String> Result;
+    for (int I = 0; I < T.Count(); ++I) Result.push_back(T.GetKeyByIndex(I));
+    return Result;
+  };
+  for (const StringView Key : {u"rect", u".a", u"#b"}) T.Add(String(Key), 0);
+  EXPECT_EQ(ByPosition(), Keys(T));
+  T.SetCapacity(64);
+  EXPECT_EQ(ByPosition(), Keys(T));
+  T.SetCapacity(4);
+  EXPECT_EQ(ByPosition(), Keys(T));
+  // Three entries of four slots: replacing a value makes room first.
+  T.AddOrSetValue(u"rect", 1);
+  EXPECT_EQ(T.Slots(), 8u);
+  EXPECT_EQ(ByPosition(), Keys(T));
+}
+
 TEST(HashTable, ObjectTablesAreAssigned) {
   int One = 1, Two = 2;
   TQXStringObjectHashTable<int> T, Copy;
