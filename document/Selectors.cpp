@@ -62,7 +62,8 @@ class TSelectorScanner {
   void TakeBracket() {
     Begin(sttHasAttribute);
     SkipBlanks();
-    TakeUpTo(u"^$*|~=]");
+    // "!" is no operator, and is told like one.
+    TakeUpTo(u"^$*|~=!]");
     Begin(sttNone);
     if (FAt >= FText.size()) return;
     const char16_t Stop = FText[FAt];
