@@ -168,7 +168,8 @@ String PropertyWriter::Background() const {
   if (!FElement.FEnableBackground) return String(SVGEnableBackgrounds[false]);
   String Result(SVGEnableBackgrounds[true]);
   const TRectF& Rect = FElement.BackgroundRect();
-  if (Rect != TRectF()) Result += u" " + SVGRectToString(Rect, TSVGUnit::suNone, FFormat);
+  if (Rect != TRectF())
+    Result.append(u" ").append(SVGRectToString(Rect, TSVGUnit::suNone, FFormat));
   return Result;
 }
 
