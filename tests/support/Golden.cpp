@@ -1,4 +1,4 @@
-#include "support/Golden.h"
+#include "tests/support/Golden.h"
 
 #include <gtest/gtest.h>
 
