@@ -116,7 +116,7 @@ TPointF TQXPathGeometry::CurrentPoint() const {
 
 void TQXPathGeometry::MoveTo(TPointF P) {
   if (!IsFinite(P)) return;
-  if (FPoints.size() == FPoints.capacity()) Open(1);
+  Grow(1);
   FFigure = FPoints.size();
   Put(P, pkMove);
 }
@@ -162,7 +162,7 @@ void TQXPathGeometry::Close() {
 
 void TQXPathGeometry::AddRectangle(const TRectF& R) {
   if (!IsFinite(R)) return;
-  Open(6);
+  Grow(6);
   MoveTo({R.Left, R.Top});
   LineTo({R.Right, R.Top});
   LineTo({R.Right, R.Bottom});
@@ -185,7 +185,7 @@ void TQXPathGeometry::AddRectangle(const TRectF& R, float RX, float RY, TQXCorne
                                   {crTopRight, {R.Right, R.Top}, {-DX, 0}, {0, DY}},
                                   {crBottomRight, {R.Right, R.Bottom}, {0, -DY}, {-DX, 0}},
                                   {crBottomLeft, {R.Left, R.Bottom}, {DX, 0}, {0, -DY}}}};
-  Open(18);
+  Grow(18);
   bool IsFirst = true;
   // The figure begins on the top side, so that the left top corner comes last.
   for (std::size_t I = 0; I < Rows.size(); ++I) {
@@ -213,7 +213,7 @@ void TQXPathGeometry::AddEllipse(const TRectF& Box) {
   const auto At = [&](double X, double Y) {
     return TPointF{static_cast<float>(CX + RX * X), static_cast<float>(CY + RY * Y)};
   };
-  Open(15);
+  Grow(15);
   MoveTo(At(1, 0));
   CurveTo(At(1, QuarterArc), At(QuarterArc, 1), At(0, 1));
   CurveTo(At(-QuarterArc, 1), At(-1, QuarterArc), At(-1, 0));
@@ -224,7 +224,7 @@ void TQXPathGeometry::AddEllipse(const TRectF& Box) {
 
 void TQXPathGeometry::AddPolygon(std::span<const TPointF> Points) {
   if (Points.empty()) return;
-  Open(Points.size() + 1);
+  Grow(Points.size() + 1);
   bool IsFirst = true;
   for (const TPointF P : Points) {
     if (!IsFinite(P)) continue;

@@ -111,7 +111,8 @@ class TRecordingCanvas : public TQXGPCanvas {
                    float Opacity) override {
     Record("image " + std::to_string(Pixels.Width) + "x" + std::to_string(Pixels.Height) + " " +
            Brief(Opacity) + ": " + Describe(Source) + " to " +
-           Describe(QXMatrixTransform(Matrix(), Dest)));
+           Describe(QXRect(QXMatrixTransform(Matrix(), Dest.TopLeft()),
+                           QXMatrixTransform(Matrix(), Dest.BottomRight()))));
   }
 
  private:
