@@ -1,5 +1,6 @@
 // How a viewport fits what it shows, and the walks that draw it and look into it.
 #include "shapes/CustomViewBox.h"
+#include "document/TreeWalk.h"
 #include "graphics/surface/Canvas.h"
 #include "shapes/Reference.h"
 
@@ -93,6 +94,7 @@ void TSVGCustomViewBox::OverflowClipping(const TMatrix& Matrix, TQXGPCanvas& Can
 }
 
 void TSVGCustomViewBox::Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  const TTreeWalk Walk(*this);
   if (!ShouldDraw()) return;
   const TReferenceScope Scope;
   const TQXCanvasStateLock State(Canvas);
@@ -104,6 +106,7 @@ void TSVGCustomViewBox::Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const T
 TSVGElement* TSVGCustomViewBox::ElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                              TPointF Point, const TRectF& Rect,
                                              const TSVGFindOptions& Options) {
+  const TTreeWalk Walk(*this);
   const TReferenceScope Scope;
   const TMatrix View = QXMatrixMultiply(GetViewMatrix(QXIdentityMatrix, ViewTarget()), Matrix);
   return TSVGCustomGroup::ElementAtPos(View, Canvas, Point, Rect, Options);

@@ -1,5 +1,6 @@
 // Where an image element shows its picture, and what of it can be hit.
 #include "shapes/Image.h"
+#include "document/TreeWalk.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/Path.h"
 
@@ -46,6 +47,7 @@ TRectF TSVGImage::Align(const TRectF& Rect) const {
 }
 
 void TSVGImage::Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  const TTreeWalk Walk(*this);
   if (!ShouldDraw()) return;
   const TQXCanvasStateLock State(Canvas);
   OverflowClipping(QXMatrixMultiply(this->Matrix(), Matrix), Canvas, Rect);

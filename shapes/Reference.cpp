@@ -118,7 +118,10 @@ TReferenceStep::~TReferenceStep() {
 TAdoption::TAdoption(TSVGElement& Child, TSVGElement& Parent)
     : FStep(Parent, Child), FChild(&Child), FParent(&Parent), FDocument(Parent.Document()) {
   if (!FStep) return;
-  if (&Child != &Parent && IsAncestor(Child, Parent)) {
+  // Within a larger walk an element that names itself is left out like any other loop; asked for by
+  // itself it is refused by SetParent.
+  const bool NamesItself = &Child == &Parent && Work.Scopes > 1;
+  if (NamesItself || (&Child != &Parent && IsAncestor(Child, Parent))) {
     // The child would come to stand above itself, and every question to a parent would never end.
     if (FDocument)
       FDocument->Diagnose(TSVGDiagnosticKind::dkReference, &Parent, SCircularReference);

@@ -45,7 +45,8 @@ class TReferenceStep {
 // child is an ancestor of the new parent already.
 class TAdoption {
  public:
-  // Raises EInvalidOperation where Child is the parent itself. Both must be in Document.
+  // Raises EInvalidOperation where Child is the parent itself, unless a viewport around it is being
+  // walked: then it is left out like any loop.
   TAdoption(TSVGElement& Child, TSVGElement& Parent);
   TAdoption(const TAdoption&) = delete;
   TAdoption& operator=(const TAdoption&) = delete;

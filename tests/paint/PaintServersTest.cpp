@@ -1,0 +1,347 @@
+// Gradients, patterns and clip paths: what they give to the shapes that name them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "foundation/Limits.h"
+#include "graphics/surface/Bitmap.h"
+#include "runtime/Exceptions.h"
+#include "tests/shapes/Drawing.h"
+
+namespace qxsvg::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+constexpr TRectF Box{0, 0, 100, 50};
+
+std::unique_ptr<TQXGPGradient> GradientOf(TDrawing& D, StringView ID, const TRectF& Bounds = Box,
+                                          const TMatrix& Matrix = QXIdentityMatrix) {
+  return D.Get<TSVGCustomGradient>(ID).GetGradient(Matrix, Bounds, Bounds);
+}
+
+Lines OffsetsOf(const TQXGPGradient& Gradient) {
+  Lines Result;
+  for (const TQXGPGradientPoint& Point : Gradient.Points().Items()) {
+    char Text[32];
+    std::snprintf(Text, sizeof Text, "%.4f", Point.Offset());
+    Result.push_back(Text);
+  }
+  return Result;
+}
+
+std::string Describe(TPointF P) {
+  return Brief(P.X) + "," + Brief(P.Y);
+}
+
+// --- Gradients
+// ------------------------------------------------------------------------------------
+
+TEST(Gradient, StopsAreLaidOutByTheSpread) {
+  struct Case {
+    const char* Spread;
+    const char* Stops;
+    Lines Offsets;
+  };
+  constexpr char Half[] = "<stop/><stop offset='0.5'/>";
+  const Case Cases[] = {
+      {"pad", "<stop offset='.25'/><stop offset='75%'/>", {"0.2500", "0.7500"}},
+      // Neither sorted nor clamped.
+      {"pad", "<stop offset='2'/><stop offset='-1'/>", {"2.0000", "-1.0000"}},
+      {"repeat", Half, {"0.0000", "0.5000", "0.5001", "1.0001"}},
+      {"reflect", Half, {"0.0000", "0.5000", "0.5001", "1.0001"}},
+      {"repeat", "<stop/><title/><stop offset='0.5'/>", {"0.0000", "0.5000", "0.5001", "1.0001"}},
+      {"pad", "", {}},
+      {"repeat", "<title/>", {}},
+  };
+  for (const Case& C : Cases) {
+    TDrawing D(std::string("<linearGradient id='g' spreadMethod='") + C.Spread + "'>" + C.Stops +
+               "</linearGradient>");
+    EXPECT_EQ(OffsetsOf(*GradientOf(D, u"g")), C.Offsets) << C.Spread << " " << C.Stops;
+  }
+}
+
+TEST(Gradient, ReflectionTurnsTheColoursBack) {
+  TDrawing D(
+      "<linearGradient id='g' spreadMethod='reflect'><stop stop-color='red'/>"
+      "<stop offset='0.5' stop-color='blue'/></linearGradient>");
+  const auto Gradient = GradientOf(D, u"g");
+  const auto Points = Gradient->Points().Items();
+  ASSERT_THAT(Points, SizeIs(4));
+  EXPECT_EQ(Points[1].Color(), Points[2].Color());
+  EXPECT_EQ(Points[0].Color(), Points[3].Color());
+}
+
+TEST(Gradient, OpacityGoesIntoTheColourOfAStop) {
+  TDrawing D(
+      "<linearGradient id='g'><stop stop-color='#102030' stop-opacity='0.5'/>"
+      "<stop offset='1' stop-color='#102030'/></linearGradient>");
+  const auto Gradient = GradientOf(D, u"g");
+  EXPECT_EQ(Gradient->Points().GetPoint(0).Color(), 0x80102030u);
+  EXPECT_EQ(Gradient->Points().GetPoint(1).Color(), 0xff102030u);
+}
+
+TEST(Gradient, StopsAreBorrowedOnlyByOneWithoutAnyChild) {
+  constexpr char Lender[] = "<linearGradient id='l' x2='0.3'><stop offset='0.4'/></linearGradient>";
+  TDrawing Plain(std::string(Lender) + "<linearGradient id='g' xlink:href='#l'/>");
+  const auto Gradient = GradientOf(Plain, u"g");
+  EXPECT_THAT(OffsetsOf(*Gradient), ElementsAre("0.4000"));
+  // The geometry is not borrowed.
+  EXPECT_EQ(Gradient->StopPosition().GetPoint(), QXPoint(1, 0));
+  TDrawing Titled(std::string(Lender) +
+                  "<linearGradient id='g' xlink:href='#l'><metadata/></linearGradient>");
+  Titled.Get<TSVGCustomGradient>(u"g").Items().Add(
+      std::make_unique<TSVGMetadata>(&Titled.Document));
+  EXPECT_THAT(OffsetsOf(*GradientOf(Titled, u"g")), IsEmpty());
+}
+
+TEST(Gradient, ANewStopIsSeen) {
+  TDrawing D("<linearGradient id='g'><stop/></linearGradient>");
+  EXPECT_THAT(OffsetsOf(*GradientOf(D, u"g")), SizeIs(1));
+  auto Stop = std::make_unique<TSVGGradientStop>(&D.Document);
+  Stop->SetOffset(0.75f);
+  D.Get(u"g").Items().Add(std::move(Stop));
+  EXPECT_THAT(OffsetsOf(*GradientOf(D, u"g")), ElementsAre("0.0000", "0.7500"));
+}
+
+TEST(Gradient, WhatHasNoEndIsCutAtALimit) {
+  TDrawing D(
+      "<radialGradient id='r' spreadMethod='repeat'><stop offset='0.1'/><stop offset='1'/>"
+      "</radialGradient><linearGradient id='a' xlink:href='#b'/>"
+      "<linearGradient id='b' xlink:href='#a'/><linearGradient id='s' xlink:href='#s'/>");
+  EXPECT_LE(GradientOf(D, u"r")->Points().Count(), Limits::GradientPoints);
+  EXPECT_EQ(GradientOf(D, u"a")->Points().Count(), 0u);
+  EXPECT_EQ(GradientOf(D, u"s")->Points().Count(), 0u);
+}
+
+TEST(LinearGradient, PositionsAreFractionsOfTheBox) {
+  struct Case {
+    const char* Attributes;
+    const char* Start;
+    const char* Stop;
+  };
+  const Case Cases[] = {
+      {"x2='100%'", "0,0", "1,0"},
+      {"x1='0.25' y1='50%' x2='1' y2='1'", "0.25,0.5", "1,1"},
+      {"gradientTransform='translate(0.5 0)'", "0.5,0", "1.5,0"},
+      {"gradientUnits='userSpaceOnUse' x1='25' x2='50' y2='25'", "0.25,0", "0.5,0.5"},
+      {"gradientUnits='userSpaceOnUse' gradientTransform='scale(2)' x2='50'", "0,0", "1,0"},
+  };
+  for (const Case& C : Cases) {
+    TDrawing D(std::string("<linearGradient id='g' ") + C.Attributes + "/>");
+    const auto Gradient = GradientOf(D, u"g");
+    EXPECT_EQ(Describe(Gradient->StartPosition().GetPoint()), C.Start) << C.Attributes;
+    EXPECT_EQ(Describe(Gradient->StopPosition().GetPoint()), C.Stop) << C.Attributes;
+  }
+}
+
+TEST(LinearGradient, WithoutABoxTheNumbersStandAsTheyAre) {
+  TDrawing D(
+      "<linearGradient id='g' gradientUnits='userSpaceOnUse' x2='50' "
+      "gradientTransform='scale(2)'/>");
+  EXPECT_EQ(GradientOf(D, u"g", QXRect(0, 0, 10, 0))->StopPosition().GetPoint(), QXPoint(50, 0));
+}
+
+TEST(LinearGradient, UserSpaceGoesThroughTheShapesMatrix) {
+  TDrawing D("<linearGradient id='g' gradientUnits='userSpaceOnUse' x1='100' x2='0'/>");
+  // A mirrored box: what was its left side is its right one, and the fractions follow.
+  const auto Gradient = GradientOf(D, u"g", Box, CreateScaleQXMatrix(-1, 1));
+  EXPECT_EQ(Gradient->StartPosition().GetPoint(), QXPoint(1, 0));
+}
+
+TEST(RadialGradient, OffsetsCountFromTheRim) {
+  TDrawing D(
+      "<radialGradient id='g'><stop stop-color='red'/><stop offset='1' stop-color='blue'/>"
+      "</radialGradient>");
+  const auto Gradient = GradientOf(D, u"g");
+  EXPECT_THAT(OffsetsOf(*Gradient), ElementsAre("0.0000", "1.0000"));
+  EXPECT_EQ(Gradient->Points().GetPoint(0).Color(), 0xff0000ffu);
+}
+
+TEST(RadialGradient, CentreFocusAndRadius) {
+  struct Case {
+    const char* Attributes;
+    const char* Center;
+    const char* Focus;
+    const char* Radius;
+  };
+  const Case Cases[] = {
+      {"", "0.5,0.5", "0,0", "1,1"},
+      {"r='0.25'", "0.5,0.5", "0,0", "0.5,0.5"},
+      // 0 is no fraction: it is a user unit, which happens to be the box's left side.
+      {"cx='0' fx='0.5'", "0,0.5", "0.5,0", "1,1"},
+      {"cx='0.25' fy='0.75'", "0.25,0.5", "0.25,0.25", "1,1"},
+      // Above 1 a number is user units, in a box of 100 by 50.
+      {"r='25'", "0.5,0.5", "0,0", "0.5,1"},
+      {"gradientUnits='userSpaceOnUse' cx='50' cy='25' r='25'", "0.5,0.5", "0,0", "0.5,1"},
+      {"gradientUnits='userSpaceOnUse' r='50%'", "0.5,0.5", "0,0", "1,1"},
+      {"gradientUnits='userSpaceOnUse' cx='50' cy='25' r='0.5'", "0.5,0.5", "0,0", "0.01,0.02"},
+  };
+  for (const Case& C : Cases) {
+    TDrawing D(std::string("<radialGradient id='g' ") + C.Attributes + "/>");
+    const auto Gradient = GradientOf(D, u"g");
+    EXPECT_EQ(Describe(Gradient->CenterPosition().GetPoint()), C.Center) << C.Attributes;
+    EXPECT_EQ(Describe(Gradient->FocusOffsetPosition().GetPoint()), C.Focus) << C.Attributes;
+    EXPECT_EQ(Describe(Gradient->RadiusPosition().GetPoint()), C.Radius) << C.Attributes;
+  }
+  TDrawing Empty("<radialGradient id='g'/>");
+  EXPECT_EQ(GradientOf(Empty, u"g", TRectF())->CenterPosition().GetPoint(), QXPoint(1, 1));
+}
+
+TEST(Gradient, SavesWhatItRead) {
+  TDrawing D(
+      "<linearGradient id='g' gradientUnits='userSpaceOnUse' spreadMethod='reflect' x1='3' "
+      "gradientTransform='translate(1 2)' xlink:href='#l'/>");
+  const std::string Saved = D.Saved(u"g");
+  EXPECT_THAT(Saved, HasSubstr("gradientUnits=\"userSpaceOnUse\" spreadMethod=\"reflect\" "
+                               "gradientTransform=\"translate(1 2)\" xlink:href=\"#l\""));
+  EXPECT_THAT(Saved, Not(HasSubstr(" transform=")));
+  EXPECT_THAT(Saved, HasSubstr("x1=\"3\""));
+}
+
+// --- Patterns
+// -------------------------------------------------------------------------------------
+
+std::string TileOf(TDrawing& D, const TRectF& Bounds) {
+  const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), QXIdentityMatrix, Bounds);
+  return std::to_string(Tile->GetWidth()) + "x" + std::to_string(Tile->GetHeight());
+}
+
+TEST(Pattern, TilesHaveTheSizeToldByTheUnits) {
+  struct Case {
+    const char* Attributes;
+    const char* Size;
+  };
+  const Case Cases[] = {
+      {"width='0.25' height='0.25'", "25x50"},
+      // The position is in user units and changes no size.
+      {"x='5' width='0.25' height='0.25'", "25x50"},
+      {"patternUnits='userSpaceOnUse' width='10.9' height='4'", "10x4"},
+      {"patternUnits='userSpaceOnUse' width='10' height='4' transform='scale(2)'", "20x8"},
+      {"patternUnits='userSpaceOnUse' width='10' height='4' patternTransform='scale(2)'", "10x4"},
+      {"patternUnits='userSpaceOnUse' width='0' height='4'", "0x0"},
+      {"patternUnits='userSpaceOnUse' width='1e9' height='1e9'", "0x0"},
+  };
+  for (const Case& C : Cases) {
+    TDrawing D(std::string("<pattern id='p' ") + C.Attributes + "/><rect id='r'/>");
+    EXPECT_EQ(TileOf(D, QXRect(0, 0, 100, 200)), C.Size) << C.Attributes;
+  }
+}
+
+TEST(Pattern, DrawsItsContentThroughItsOwnTransformation) {
+  TDrawing D(
+      "<pattern id='p' patternUnits='userSpaceOnUse' width='8' height='8' "
+      "patternTransform='scale(2)'><rect width='2' height='2' fill='red'/></pattern>"
+      "<rect id='r' width='20' height='20' fill='url(#p)'/>");
+  const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), QXIdentityMatrix, Box);
+  EXPECT_EQ(Tile->GetPixels().Row(3)[3], 0xffff0000u);
+  EXPECT_EQ(Tile->GetPixels().Row(4)[4], 0u);
+  EXPECT_THAT(D.DrawInFull(), ElementsAre(HasSubstr("bitmap(8x8)")));
+}
+
+TEST(Pattern, ADisabledShapeGetsADisabledTile) {
+  TDrawing D(
+      "<pattern id='p' patternUnits='userSpaceOnUse' width='4' height='4'>"
+      "<rect width='4' height='4' fill='red'/></pattern><rect id='r'/>");
+  D.Get(u"r").SetEnabled(false);
+  const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), QXIdentityMatrix, Box);
+  const std::uint32_t Pixel = Tile->GetPixels().Row(1)[1];
+  EXPECT_EQ(Pixel & 0xff, Pixel >> 8 & 0xff);
+  EXPECT_TRUE(D.Get(u"p").Enabled());
+}
+
+TEST(Pattern, ShowsTheContentOfAnotherAboveItsOwn) {
+  TDrawing D(
+      "<pattern id='o' patternUnits='userSpaceOnUse' width='1' height='1'>"
+      "<rect width='2' height='2' fill='blue'/></pattern>"
+      "<pattern id='p' patternUnits='userSpaceOnUse' width='4' height='4' xlink:href='#o'>"
+      "<rect width='4' height='4' fill='red'/></pattern><rect id='r'/>");
+  const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), QXIdentityMatrix, Box);
+  EXPECT_EQ(Tile->GetPixels().Row(1)[1], 0xff0000ffu);
+  EXPECT_EQ(Tile->GetPixels().Row(3)[3], 0xffff0000u);
+  EXPECT_EQ(D.Get(u"o").Parent(), &D.Document);
+}
+
+TEST(Pattern, LoopsEnd) {
+  TDrawing D(
+      "<pattern id='p' width='10' height='10' patternUnits='userSpaceOnUse'><rect width='8' "
+      "height='8' fill='url(#p)' stroke='url(#p)'/></pattern>"
+      "<pattern id='a' patternUnits='userSpaceOnUse' width='4' height='4' xlink:href='#b'/>"
+      "<pattern id='b' patternUnits='userSpaceOnUse' width='4' height='4' xlink:href='#a'/>"
+      "<pattern id='s' patternUnits='userSpaceOnUse' width='4' height='4' xlink:href='#s'/>"
+      "<rect id='r' width='9' height='9' fill='url(#p)'/><rect width='9' height='9' "
+      "fill='url(#a)'/><rect width='9' height='9' fill='url(#s)'/><circle r='3'/>");
+  EXPECT_THAT(D.Draw(), SizeIs(4));
+  EXPECT_THROW(D.Get<TSVGPattern>(u"s").GetPattern(D.Get(u"r"), QXIdentityMatrix, Box),
+               EInvalidOperation);
+}
+
+TEST(Pattern, IsNotDrawnInPlace) {
+  EXPECT_THAT(TDrawing("<g><pattern><rect width='9' height='9'/></pattern></g>").Draw(), IsEmpty());
+}
+
+// --- Clip paths
+// -----------------------------------------------------------------------------------
+
+std::string ClipsOf(const std::string& Body) {
+  TDrawing D(Body);
+  TRecordingCanvas Canvas;
+  Canvas.RecordsStates = true;
+  D.Document.Draw(Canvas, QXRect(0, 0, 100, 100));
+  std::string Result;
+  for (const std::string& Line : Canvas.Take())
+    if (Line.starts_with("clip region")) Result += Line.substr(11);
+  return Result;
+}
+
+TEST(ClipPath, IsTheUnionOfItsVisibleChildren) {
+  const auto Clip = [](const std::string& Children) {
+    return ClipsOf("<clipPath id='c'>" + Children +
+                   "</clipPath><circle r='9' transform='translate(50 0)' clip-path='url(#c)'/>");
+  };
+  EXPECT_EQ(Clip("<rect width='2' height='2'/><rect x='1' width='2' height='2'/>"),
+            " | M 50,0 L 52,0 L 52,2 L 50,2 Z | M 51,0 L 53,0 L 53,2 L 51,2 Z");
+  // Without geometry nothing is clipped at all.
+  EXPECT_EQ(Clip(""), "");
+  EXPECT_EQ(Clip("<rect display='none' width='2' height='2'/>"), "");
+  EXPECT_EQ(Clip("<polygon clip-rule='evenodd' points='0 0 2 0 2 2'/>"),
+            " | M 50,0 L 52,0 L 52,2 Z evenodd");
+  EXPECT_EQ(Clip("<g><rect width='2' height='2'/></g>"), "");
+}
+
+TEST(ClipPath, TakesTheOutlineOfAUse) {
+  EXPECT_EQ(ClipsOf("<defs><polygon id='t' points='0 0 2 0 2 2'/></defs><clipPath id='c'>"
+                    "<use xlink:href='#t'/></clipPath><circle r='9' clip-path='url(#c)'/>"),
+            " | M 0,0 L 2,0 L 2,2 Z");
+}
+
+TEST(ClipPath, RestrictsHits) {
+  TDrawing D(
+      "<clipPath id='c'><rect width='10' height='10'/></clipPath>"
+      "<rect id='r' width='40' height='40' clip-path='url(#c)'/>");
+  EXPECT_EQ(D.At(5, 5), "r");
+  EXPECT_EQ(D.At(20, 20), "");
+  D.Document.SetOptions(D.Document.GetOptions() - TSVGOptions{TSVGOption::soApplyClipping});
+  EXPECT_EQ(D.At(20, 20), "r");
+}
+
+TEST(ClipPath, LoopsEnd) {
+  TDrawing D(
+      "<clipPath id='c' clip-path='url(#c)'><use xlink:href='#u'/></clipPath>"
+      "<clipPath id='d'><use id='u' xlink:href='#v'/><use id='v' xlink:href='#u'/></clipPath>"
+      "<rect width='9' height='9' clip-path='url(#c)'/><rect width='9' height='9' "
+      "clip-path='url(#d)'/>");
+  EXPECT_THAT(D.Draw(), SizeIs(2));
+}
+
+TEST(ClipPath, TheAccessorAppliesItsTransformationTwice) {
+  TDrawing D("<clipPath id='c' transform='scale(2)'><rect width='1' height='1'/></clipPath>");
+  TRecordingCanvas Canvas;
+  EXPECT_EQ(D.Get(u"c").GetClipPath(Canvas)->GetBounds(), QXRect(0, 0, 4, 4));
+}
+
+}  // namespace
+}  // namespace qxsvg::test

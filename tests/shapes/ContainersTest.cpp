@@ -1,0 +1,168 @@
+// Containers: what they read, which children they take, what they draw.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "runtime/Exceptions.h"
+#include "tests/shapes/Drawing.h"
+
+namespace qxsvg::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr char Square[] = "M 0,0 L 1,0 L 1,1 L 0,1 Z";
+
+TEST(Switch, DrawsTheFirstChildThatPasses) {
+  struct Case {
+    const char* Children;
+    bool Draws;
+  };
+  const Case Cases[] = {
+      {"<rect systemLanguage='xx' width='9' height='9'/><rect width='1' height='1'/>"
+       "<rect width='5' height='5'/>",
+       true},
+      {"<title>t</title><rect width='1' height='1'/>", true},
+      {"<rect requiredExtensions='any' width='9' height='9'/><rect width='1' height='1'/>", true},
+      {"<rect requiredFeatures='no-such-feature' width='9' height='9'/>", false},
+      // The chosen child is hidden, and the next one does not get its turn.
+      {"<rect display='none' width='9' height='9'/><rect width='1' height='1'/>", false},
+  };
+  for (const Case& C : Cases) {
+    const Lines Drawn = TDrawing(std::string("<switch>") + C.Children + "</switch>").Draw();
+    EXPECT_EQ(Drawn, C.Draws ? Lines{std::string("fill ") + Square} : Lines{}) << C.Children;
+  }
+}
+
+TEST(Switch, IsNotHiddenByItsOwnDisplay) {
+  EXPECT_THAT(TDrawing("<switch display='none'><rect visibility='visible' width='1' "
+                       "height='1'/></switch>")
+                  .Draw(),
+              ElementsAre(std::string("fill ") + Square));
+}
+
+TEST(Defs, DrawsNothingWhateverItsDisplay) {
+  EXPECT_THAT(TDrawing("<defs display='inline'><rect width='9' height='9'/></defs>").Draw(),
+              IsEmpty());
+}
+
+TEST(Group, BoundsAreThoseOfItsChildrenUntilSomethingChanges) {
+  TDrawing D("<g id='g'><path d=''/><rect id='r' x='1' y='2' width='3' height='4'/></g>");
+  auto& Group = D.Get(u"g");
+  EXPECT_EQ(Group.GetBoundsRect(), QXRect(1, 2, 4, 6));
+  EXPECT_EQ(Group.GetBoundsRect(CreateScaleQXMatrix(2, 2)), QXRect(2, 4, 8, 12));
+  // The box under a matrix is not kept for the one without.
+  EXPECT_EQ(Group.GetBoundsRect(), QXRect(1, 2, 4, 6));
+}
+
+TEST(Group, ReportsItselfForItsChildrenWhenAsked) {
+  TDrawing D("<g id='o'><g id='i'><rect id='r' width='9' height='9'/></g></g>");
+  EXPECT_EQ(D.At(5, 5), "r");
+  Lines Asked;
+  D.Document.OnElementFound = [&](TPersistent*, TSVGElement*& Element) {
+    Asked.push_back(ToUtf8(Element->ID()));
+  };
+  // The document around them is a group as well.
+  D.At(5, 5, {TSVGFindOption::foFindGroups});
+  EXPECT_THAT(Asked, ElementsAre("r", "i", "o"));
+}
+
+TEST(Link, KeepsItsTargetWithoutFollowingIt) {
+  struct Case {
+    const char* Target;
+    const char* Saved;
+  };
+  for (const Case& C : {Case{"#x", "#x"}, {"page.svg", "#page.svg"}}) {
+    TDrawing D(std::string("<a id='a' xlink:href='") + C.Target + "'/>");
+    EXPECT_THAT(D.Saved(u"a"), HasSubstr(std::string("xlink:href=\"") + C.Saved + "\""));
+  }
+  TSVGALinkElement Link(nullptr);
+  constexpr TCursor Hand = -21;
+  EXPECT_EQ(Link.GetCursor(), Hand);
+  Link.SetCursor(0);
+  Link.Clear();
+  EXPECT_EQ(Link.GetCursor(), Hand);
+}
+
+TEST(Reading, UnknownElementsAreDroppedOrRefused) {
+  struct Case {
+    const char* Body;
+    std::int32_t Children;
+    bool IsRefused;
+  };
+  const Case Cases[] = {
+      {"<bogus/>", 0, true},
+      {"<x:namedview xmlns:x='urn:x'/><perspective/>", 0, false},
+      // What is known by name only is kept by default, in whatever namespace.
+      {"<filter/><x:rect xmlns:x='urn:x'/>", 2, true},
+      {"<view/><metadata><x/></metadata><script/>", 3, false},
+      {"<title>t</title><desc>d</desc><style>rect {}</style><!-- c -->", 0, false},
+      {"<g><animate/></g>", 1, true},
+  };
+  for (const Case& C : Cases) {
+    TDrawing D(C.Body);
+    EXPECT_EQ(D.Document.Items().Count(), C.Children) << C.Body;
+    TSVGDocument Strict;
+    Strict.SetOptions(Strict.GetOptions() - TSVGOptions{TSVGOption::soSkipUnknownXML});
+    const auto Load = [&] { Strict.LoadFromText(Wrapped(C.Body, "")); };
+    if (C.IsRefused) {
+      EXPECT_THROW(Load(), ESVGException) << C.Body;
+    } else {
+      EXPECT_NO_THROW(Load()) << C.Body;
+    }
+  }
+}
+
+TEST(Reading, AnEntityBecomesAGroup) {
+  TSVGDocument Document;
+  Document.LoadFromText(
+      std::string_view("<!DOCTYPE svg [<!ENTITY two \"<rect id='a'/><rect id='b'/>\">]>"
+                       "<svg>&two;</svg>"));
+  ASSERT_EQ(Document.Items().Count(), 1);
+  EXPECT_EQ(Document.Items()[0]->SVGType(), TSVGElementType::etGroup);
+  EXPECT_EQ(Document.Items()[0]->Items().Count(), 2);
+}
+
+TEST(Reading, AChildInTheWrongPlaceIsRefused) {
+  EXPECT_THROW(TDrawing("<switch><linearGradient/></switch>"), ESVGException);
+  EXPECT_THROW(TDrawing("<g><stop/></g>"), ESVGException);
+  EXPECT_NO_THROW(TDrawing("<switch><filter/></switch>"));
+}
+
+TEST(Kept, MetadataAndPlaceholdersComeBackAsTheyWereRead) {
+  TDrawing D("<metadata id='m'><x a='1'>t</x></metadata><filter id='f'><feBlend/></filter>");
+  EXPECT_EQ(D.Document.FindElement(u"f")->GetSVGType(), TSVGElementType::etFilter);
+  const std::string Saved = ToUtf8(D.Document.ToString());
+  EXPECT_THAT(Saved, HasSubstr("<x a=\"1\">t</x>"));
+  EXPECT_THAT(Saved, HasSubstr("<feBlend"));
+  EXPECT_LT(Saved.find("metadata"), Saved.find("filter"));
+  // A second load gives the same tree.
+  TSVGDocument Again;
+  Again.LoadFromText(Saved);
+  EXPECT_EQ(Again.Items().Count(), 2);
+}
+
+TEST(Classes, EveryElementTypeHasItsOwn) {
+  EXPECT_EQ(GetElementType(TSVGPlaceholder::Class), TSVGElementType::etView);
+  EXPECT_EQ(&FindSVGClass(u"TSVGPolygon"), &TSVGPolygon::Class);
+  EXPECT_THROW(FindSVGClass(u"TSVGNothing"), EClassNotFound);
+  for (std::size_t I = 0; I < SVGElementTypeCount; ++I) {
+    const TSVGElementClass* const Class = SVGClasses[I];
+    if (!Class) continue;
+    const std::unique_ptr<TSVGElement> Made = Class->Create(nullptr);
+    EXPECT_EQ(&Made->ClassType(), Class);
+    EXPECT_NE(Made->SVGTypeName(), u"") << I;
+    if (Class == &TSVGPlaceholder::Class) continue;
+    EXPECT_EQ(static_cast<std::size_t>(Class->Type), I) << ToUtf8(Class->Name);
+  }
+}
+
+TEST(Memory, ElementsAreSmall) {
+  // A tree of a hundred thousand shapes is to stay within a hundred megabytes.
+  EXPECT_LE(sizeof(TSVGRectangle), 700u);
+  EXPECT_LE(sizeof(TSVGPath), 800u);
+}
+
+}  // namespace
+}  // namespace qxsvg::test

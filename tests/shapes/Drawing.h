@@ -1,0 +1,65 @@
+// Documents of a few elements, drawn on a canvas that writes down what it is asked for.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "document/QXSVG.h"
+#include "shapes/QXSVG.BasicShapes.h"
+#include "tests/support/RecordingCanvas.h"
+
+namespace qxsvg::test {
+
+inline std::string Wrapped(std::string_view Body, std::string_view Root) {
+  return "<svg xmlns=\"http://www.w3.org/2000/svg\" "
+         "xmlns:xlink=\"http://www.w3.org/1999/xlink\" " +
+         std::string(Root) + ">" + std::string(Body) + "</svg>";
+}
+
+// A document whose user units are the pixels of a canvas of 100 by 100.
+struct TDrawing {
+  explicit TDrawing(std::string_view Body, std::string_view Root = "viewBox=\"0 0 100 100\"") {
+    Document.LoadFromText(Wrapped(Body, Root));
+  }
+
+  template <class T = TSVGGraphicElement>
+  T& Get(StringView ID) {
+    return dynamic_cast<T&>(*Document.FindElement(ID));
+  }
+  // What is painted, a line each: "fill" or "draw", and the path on the device.
+  std::vector<std::string> Draw() {
+    TRecordingCanvas Canvas;
+    Document.Draw(Canvas, QXRect(0, 0, 100, 100));
+    std::vector<std::string> Result;
+    for (const std::string& Line : Canvas.Take()) {
+      const std::size_t Colon = Line.find(": ");
+      Result.push_back(Line.substr(0, Line.find(' ')) + " " + Line.substr(Colon + 2));
+    }
+    return Result;
+  }
+  // The whole lines, with paints and opacities.
+  std::vector<std::string> DrawInFull() {
+    TRecordingCanvas Canvas;
+    Document.Draw(Canvas, QXRect(0, 0, 100, 100));
+    return Canvas.Take();
+  }
+  // The identifier of what lies under a point; "" for nothing.
+  std::string At(float X, float Y, const TSVGFindOptions& Options = {}) {
+    TRecordingCanvas Canvas;
+    const TSVGElement* const Found =
+        Document.ElementAtPos(Canvas, QXPoint(X, Y), QXRect(0, 0, 100, 100), Options);
+    return Found ? ToUtf8(Found->ID()) : "";
+  }
+  // The element as it is saved, without its children.
+  std::string Saved(StringView ID) {
+    const std::string Text = ToUtf8(Document.FindElement(ID)->ToString());
+    const std::size_t Start = Text.find('<', 1);
+    return Text.substr(Start, Text.find('>', Start) - Start + 1);
+  }
+
+  TSVGDocument Document;
+};
+
+using Lines = std::vector<std::string>;
+
+}  // namespace qxsvg::test

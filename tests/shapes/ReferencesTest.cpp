@@ -1,0 +1,278 @@
+// Elements that show others: use and markers, and what ends their loops.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "runtime/Exceptions.h"
+#include "tests/shapes/Drawing.h"
+
+namespace qxsvg::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+TEST(Use, DrawsItsTargetAtItsPosition) {
+  TDrawing D(
+      "<use x='10' y='20' width='50' xlink:href='#r'/>"
+      "<defs><rect id='r' x='1' y='1' width='5' height='5'/></defs>");
+  EXPECT_THAT(D.Draw(), ElementsAre("fill M 11,21 L 16,21 L 16,26 L 11,26 Z"));
+}
+
+TEST(Use, BoundsOfAShapeAreMovedAndTheUsesOwnSizeIgnored) {
+  TDrawing D(
+      "<rect id='r' x='1' y='1' width='5' height='6'/>"
+      "<use id='u' x='10' y='20' width='50' height='50' xlink:href='#r'/><use id='n' width='7' "
+      "height='8' xlink:href='#nothing'/>");
+  EXPECT_EQ(D.Get(u"u").GetBoundsRect(), QXRect(11, 21, 16, 27));
+  EXPECT_EQ(D.Get(u"n").GetBoundsRect(), QXRect(0, 0, 7, 8));
+}
+
+TEST(Use, FitsASymbolIntoItsOwnSize) {
+  TDrawing D(
+      "<symbol id='s' viewBox='0 0 10 10'><rect width='10' height='10'/></symbol>"
+      "<use width='50' height='50' xlink:href='#s'/>");
+  // The symbol itself is drawn too, since it stands in no defs.
+  EXPECT_THAT(D.Draw(), ElementsAre("fill M 0,0 L 10,0 L 10,10 L 0,10 Z",
+                                    "fill M 0,0 L 50,0 L 50,50 L 0,50 Z"));
+}
+
+TEST(Use, LendsItsStylesToTheTarget) {
+  TDrawing D(
+      "<defs><rect id='r' width='5' height='5'/><rect id='b' width='5' height='5' "
+      "fill='blue'/></defs><g fill='red'><use xlink:href='#r'/><use xlink:href='#b'/></g>");
+  const Lines Drawn = D.DrawInFull();
+  ASSERT_THAT(Drawn, SizeIs(2));
+  EXPECT_THAT(Drawn[0], HasSubstr("0000"));  // red
+  EXPECT_NE(Drawn[0].substr(0, 12), Drawn[1].substr(0, 12));
+}
+
+TEST(Use, VisibilityIsTheTargetsUnlessItInherits) {
+  struct Case {
+    const char* Target;
+    const char* Use;
+    bool Draws;
+  };
+  const Case Cases[] = {
+      {"", "", true},
+      {"display='none'", "", false},
+      {"visibility='hidden'", "visibility='visible'", false},
+      {"visibility='visible'", "visibility='hidden'", true},
+      {"", "visibility='hidden'", false},
+  };
+  for (const Case& C : Cases) {
+    TDrawing D(std::string("<defs><rect id='r' width='5' height='5' ") + C.Target +
+               "/></defs><use xlink:href='#r' " + C.Use + "/>");
+    EXPECT_EQ(!D.Draw().empty(), C.Draws) << C.Target << " / " << C.Use;
+  }
+}
+
+TEST(Use, IsWhatAHitReports) {
+  TDrawing D(
+      "<defs><g id='g'><rect id='r' width='5' height='5'/></g></defs>"
+      "<use id='u' x='50' xlink:href='#g'/>");
+  EXPECT_EQ(D.At(52, 2), "u");
+  EXPECT_EQ(D.At(2, 2), "");
+}
+
+TEST(Use, ReturnsTheTargetAlsoWhenDrawingFails) {
+  TDrawing D("<defs id='d'><rect id='r' width='5' height='5'/></defs><use xlink:href='#r'/>");
+  TSVGElement* const Defs = D.Document.FindElement(u"d");
+  D.Draw();
+  EXPECT_EQ(D.Get(u"r").Parent(), Defs);
+  D.Document.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&,
+                             bool&) {
+    if (Sender == D.Document.FindElement(u"r")) throw EAbort(u"");
+  };
+  EXPECT_THROW(D.Draw(), EAbort);
+  EXPECT_EQ(D.Get(u"r").Parent(), Defs);
+}
+
+TEST(Use, ForgetsATargetThatDies) {
+  TDrawing D("<g id='g'><rect id='r' width='5' height='5'/></g><use id='u'/>");
+  auto& Use = D.Get<TSVGUse>(u"u");
+  Use.SetReference(u"r");
+  int Changes = 0;
+  D.Document.OnChange = [&](TPersistent*) { ++Changes; };
+  D.Get(u"r").NotifyListeners();
+  EXPECT_GT(Changes, 0);
+  D.Document.FindElement(u"g")->Items().Clear();
+  EXPECT_EQ(Use.Reference(), u"");
+}
+
+TEST(Use, ATargetDestroyedWhileItIsDrawnBringsNothingDown) {
+  TDrawing D(
+      "<defs id='d'><g id='g'><rect width='5' height='5'/></g></defs>"
+      "<use xlink:href='#g'/><rect id='last' width='2' height='2'/>");
+  D.Document.OnDrawn = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&) {
+    if (Sender != D.Document.FindElement(u"g")) return;
+    // Out of the tree, but alive until the walk is over.
+    D.Document.FindElement(u"d")->Items().Extract(D.Document.FindElement(u"g")).release();
+  };
+  TSVGElement* const Group = D.Document.FindElement(u"g");
+  EXPECT_THAT(D.Draw(), SizeIs(2));
+  EXPECT_EQ(Group->Parent(), nullptr);
+  const std::unique_ptr<TSVGElement> Owner(Group);
+}
+
+TEST(Use, SharesTheShapeOfItsTarget) {
+  TDrawing D("<rect id='r' width='5' height='5'/><use id='u' xlink:href='#r'/>");
+  EXPECT_EQ(D.Get(u"u").GetShape(), D.Get(u"r").GetShape());
+  EXPECT_TRUE(D.Get(u"u").HasChild(&D.Get(u"r")));
+}
+
+TEST(Use, LendingAShapeDoesNotMakeItAnew) {
+  TDrawing D("<defs><path id='p' d='M0 0H5V5Z'/></defs><use xlink:href='#p'/>");
+  D.Draw();
+  const TQXGPPath* const Shape = D.Get(u"p").GetShape();
+  int Changes = 0;
+  auto Count = [&](TPersistent*) { ++Changes; };
+  const_cast<TQXGPPath*>(Shape)->SetOnChange(TNotifyMethod::To(Count));
+  D.Draw();
+  D.Draw();
+  EXPECT_EQ(Changes, 0);
+}
+
+TEST(Use, OneThatNamesItselfIsRefusedAloneAndLeftOutOfAPicture) {
+  TDrawing D("<use id='u' xlink:href='#u'/><rect width='5' height='5'/>");
+  EXPECT_THAT(D.Draw(), SizeIs(1));
+  TRecordingCanvas Canvas;
+  EXPECT_THROW(D.Get(u"u").Draw(QXIdentityMatrix, Canvas, QXRect(0, 0, 9, 9)), EInvalidOperation);
+}
+
+TEST(Use, LoopsAndChainsEndAndTheRestIsDrawn) {
+  std::string Chain = "<g id='c0'><rect width='1' height='1'/></g>";
+  for (int I = 1; I < 4000; ++I)
+    Chain += "<use id='c" + std::to_string(I) + "' xlink:href='#c" + std::to_string(I - 1) + "'/>";
+  std::string Fan = "<g id='f0'><rect width='1' height='1'/></g>";
+  for (int I = 1; I < 9; ++I) {
+    Fan += "<g id='f" + std::to_string(I) + "'>";
+    for (int J = 0; J < 10; ++J) Fan += "<use xlink:href='#f" + std::to_string(I - 1) + "'/>";
+    Fan += "</g>";
+  }
+  const std::string Bodies[] = {
+      "<g id='g'><rect width='2' height='2'/><use xlink:href='#g' x='5'/></g>",
+      "<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>",
+      "<use id='a' xlink:href='#b'/><use id='b' xlink:href='#a'/>",
+      "<symbol id='a'><use xlink:href='#a'/></symbol><use xlink:href='#a'/>",
+      "<defs>" + Chain + "</defs><use xlink:href='#c3999'/>",
+      "<defs>" + Fan + "</defs><use xlink:href='#f8'/>",
+  };
+  for (const std::string& Body : Bodies) {
+    TDrawing D(Body + "<rect id='last' x='60' y='60' width='30' height='30'/>");
+    int Told = 0;
+    D.Document.OnDiagnostic = [&](TSVGDiagnosticKind, TSVGElement*, StringView) { ++Told; };
+    EXPECT_EQ(D.Draw().back(), "fill M 60,60 L 90,60 L 90,90 L 60,90 Z") << Body.substr(0, 60);
+    EXPECT_GT(Told, 0) << Body.substr(0, 60);
+    EXPECT_EQ(D.At(75, 75), "last");
+    D.Document.Items()[0]->GetBoundsRect(CreateScaleQXMatrix(2, 2));
+  }
+}
+
+// --- Markers
+// --------------------------------------------------------------------------------------
+
+// A marker whose content is a unit square at its reference point.
+std::string MarkerOf(const char* Attributes) {
+  return std::string("<marker id='m' overflow='visible' ") + Attributes +
+         "><rect width='1' height='1'/></marker>";
+}
+
+// Where the unit squares of the markers stand.
+Lines MarkersOf(const std::string& Body) {
+  Lines Result;
+  for (const std::string& Line : TDrawing(Body).Draw())
+    if (Line.starts_with("fill ")) Result.push_back(Line.substr(5));
+  return Result;
+}
+
+TEST(Markers, StandOnTheVerticesOfTheirKind) {
+  const std::string Marker = MarkerOf("");
+  struct Case {
+    const char* Shape;
+    std::size_t Count;
+  };
+  const Case Cases[] = {
+      {"<line x2='9' stroke='red' fill='none' marker-mid='url(#m)'/>", 0},
+      {"<line x2='9' stroke='red' fill='none' marker-start='url(#m)' marker-end='url(#m)'/>", 2},
+      {"<polyline points='0 0 9 0 9 9 0 9' fill='none' marker-mid='url(#m)'/>", 2},
+      {"<path d='M0 0C1 1 2 2 3 3L4 4' fill='none' marker-mid='url(#m)'/>", 1},
+      {"<path d='M0 0L1 0C1 1 2 2 3 3L4 4' fill='none' marker-mid='url(#m)'/>", 2},
+      // A segment of no length has no direction to stand in.
+      {"<path d='M5 5L5 5' fill='none' marker-start='url(#m)' marker-end='url(#m)'/>", 0},
+      {"<path d='M0 0L0 0L9 0' fill='none' marker-start='url(#m)'/>", 1},
+      {"<rect width='9' height='9' fill='none' marker-start='url(#m)'/>", 0},
+      {"<line x2='9' fill='none' marker-start='url(#nothing)'/>", 0},
+  };
+  for (const Case& C : Cases) EXPECT_THAT(MarkersOf(Marker + C.Shape), SizeIs(C.Count)) << C.Shape;
+}
+
+TEST(Markers, TurnOnlyWhenTheyTurnByThemselves) {
+  constexpr char Path[] = "<path d='M0 0L10 0L10 10' fill='none' marker-mid='url(#m)'/>";
+  // The bisector of right and down.
+  EXPECT_THAT(MarkersOf(MarkerOf("orient='auto'") + Path),
+              ElementsAre("M 10,0 L 10.707,0.707 L 10,1.414 L 9.293,0.707 Z"));
+  EXPECT_THAT(MarkersOf(MarkerOf("orient='45'") + Path),
+              ElementsAre("M 10,0 L 11,0 L 11,1 L 10,1 Z"));
+}
+
+TEST(Markers, ScaleWithTheStrokeAndStandOnTheirReferencePoint) {
+  constexpr char Line[] =
+      "<line x1='20' y1='20' x2='50' y2='20' stroke='red' stroke-width='2' "
+      "marker-start='url(#m)'/>";
+  // Ten units in three widths of two: 0.6.
+  EXPECT_THAT(MarkersOf(MarkerOf("viewBox='0 0 10 10'") + Line),
+              ElementsAre("M 20,20 L 20.6,20 L 20.6,20.6 L 20,20.6 Z"));
+  EXPECT_THAT(MarkersOf(MarkerOf("viewBox='0 0 10 10' refX='5' refY='5'") + Line),
+              ElementsAre("M 17,17 L 17.6,17 L 17.6,17.6 L 17,17.6 Z"));
+  EXPECT_THAT(MarkersOf(MarkerOf("viewBox='0 0 10 10' markerUnits='userSpaceOnUse' "
+                                 "markerWidth='20' markerHeight='20'") +
+                        Line),
+              ElementsAre("M 20,20 L 22,20 L 22,22 L 20,22 Z"));
+}
+
+TEST(Markers, EveryOneSeesTheWidthOfItsOwnShape) {
+  const Lines Placed = MarkersOf(
+      "<marker id='m' overflow='visible' viewBox='0 0 10 10'><rect width='10' height='10' "
+      "stroke='red' stroke-width='7'/></marker><polyline points='20 20 50 20 80 20' fill='none' "
+      "stroke='red' stroke-width='2' marker-start='url(#m)' marker-mid='url(#m)' "
+      "marker-end='url(#m)'/>");
+  EXPECT_THAT(Placed,
+              ElementsAre("M 20,20 L 26,20 L 26,26 L 20,26 Z", "M 50,20 L 56,20 L 56,26 L 50,26 Z",
+                          "M 80,20 L 86,20 L 86,26 L 80,26 Z"));
+}
+
+TEST(Markers, AreHitAsPartOfTheirShape) {
+  TDrawing D(
+      "<marker id='m' overflow='visible' markerUnits='userSpaceOnUse' viewBox='0 0 10 10' "
+      "markerWidth='10' markerHeight='10'><rect width='10' height='10'/></marker>"
+      "<polyline id='p' points='20 20 50 20 50 50' fill='none' stroke='red' "
+      "marker-end='url(#m)'/>");
+  EXPECT_EQ(D.At(48, 48), "");
+  EXPECT_EQ(D.At(52, 48), "");
+}
+
+TEST(Markers, AreNotDrawnInPlaceNorWithinThemselves) {
+  TDrawing D(
+      "<marker id='m'><path d='M0 0L1 1L2 0' fill='none' stroke='red' marker-mid='url(#m)'/>"
+      "</marker><path d='M0 0L9 9L18 0' fill='none' stroke='red' marker-mid='url(#m)'/>");
+  EXPECT_THAT(D.Draw(), SizeIs(2));
+  EXPECT_THAT(TDrawing("<marker><rect width='9' height='9'/></marker>").Draw(), IsEmpty());
+}
+
+TEST(Markers, ReadAndWriteTheirValues) {
+  TDrawing D(
+      "<marker id='a' orient='auto' refX='2' markerWidth='4'/><marker id='n' orient='45'/>"
+      "<marker id='u' orient='45deg'/>");
+  EXPECT_TRUE(D.Get<TSVGMarker>(u"a").AutomaticOrientation());
+  EXPECT_EQ(D.Get<TSVGMarker>(u"a").AspectRatio().Align(), TSVGAlign::saNone);
+  EXPECT_THAT(D.Saved(u"a"), HasSubstr("refX=\"2\" markerWidth=\"4\" "
+                                       "markerUnits=\"strokeWidth\" orient=\"auto\""));
+  EXPECT_THAT(D.Saved(u"n"), HasSubstr("orient=\"45\""));
+  // The unit must stand apart, so this is no number.
+  EXPECT_EQ(D.Get<TSVGMarker>(u"u").Orientation(), 0);
+}
+
+}  // namespace
+}  // namespace qxsvg::test

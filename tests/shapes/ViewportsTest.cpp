@@ -1,0 +1,190 @@
+// Aspect ratios, view boxes and the viewports that hold them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/shapes/Drawing.h"
+
+namespace qxsvg::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST(AspectRatio, ReadsAndWritesItsText) {
+  struct Case {
+    StringView Text;
+    StringView Written, Compact;
+  };
+  const Case Cases[] = {
+      {u"xMidYMid slice", u"xMidYMid slice", u"xMidYMid slice"},
+      {u"  defer  xMinYMin meet ", u"defer xMinYMin meet", u"defer xMinYMin"},
+      {u"none", u"none meet", u"none"},
+      {u"bogus slice", u"none slice", u"none slice"},
+      // A lone word, even this one, is an alignment.
+      {u"defer", u"none meet", u"none"},
+      {u"", u"xMaxYMin meet", u"xMaxYMin"},
+  };
+  for (const Case& C : Cases) {
+    TSVGPreserveAspectRatio Ratio(TSVGAlign::saXMaxYMin, false, false);
+    ParseAspectRatio(C.Text, Ratio);
+    EXPECT_EQ(ToUtf8(Ratio.ToString(false)), ToUtf8(C.Written));
+    EXPECT_EQ(ToUtf8(Ratio.ToString(true)), ToUtf8(C.Compact));
+  }
+}
+
+TEST(ViewBox, EveryChangeMakesItSpecified) {
+  int Notices = 0;
+  auto Count = [&Notices](TPersistent*) { ++Notices; };
+  TSVGViewBox Box;
+  Box.OnChange = TNotifyMethod::To(Count);
+  EXPECT_FALSE(Box.ViewBoxSpecified());
+  Box.X().SetValue(3);
+  EXPECT_TRUE(Box.ViewBoxSpecified());
+  EXPECT_EQ(Notices, 1);
+  Box.SetRect(QXRect(1, 2, 11, 22));
+  EXPECT_EQ(Notices, 2);
+  EXPECT_EQ(Box.GetRect(), QXRect(1, 2, 11, 22));
+  Box.SetRight(6);
+  EXPECT_EQ(Box.Width().GetValue(), 5);
+  // Clearing is a change too.
+  Box.Clear();
+  EXPECT_TRUE(Box.ViewBoxSpecified());
+  TSVGViewBox Unspecified;
+  Box.Assign(&Unspecified);
+  EXPECT_TRUE(Box.ViewBoxSpecified());
+  ParseRect(u"1 2,3", Box);
+  EXPECT_EQ(Box.GetRect(), QXRect(1, 2, 4, 2));
+}
+
+TEST(Viewport, FitsTheViewBox) {
+  struct Case {
+    const char* Box;
+    const char* Ratio;
+    float TX, TY, ScaleX, ScaleY;
+  };
+  // Onto 100 by 100 at the origin.
+  const Case Cases[] = {
+      {"0 0 50 20", "xMidYMid meet", 0, 30, 2, 2},
+      {"0 0 50 20", "xMinYMin meet", 0, 0, 2, 2},
+      {"0 0 50 20", "none", 0, 0, 2, 5},
+      {"0 0 10 20", "xMaxYMax slice", 0, -100, 10, 10},
+      {"0 0 10 20", "xMaxYMin meet", 50, 0, 5, 5},
+      // Boxes of unit size and below are scaled by their inverse, whatever the target.
+      {"0 0 1 1", "xMinYMin", 0, 0, 1, 1},
+      {"0 0 0.5 0.5", "xMinYMin", 0, 0, 2, 2},
+      {"0 0 0 0", "xMinYMin", 0, 0, 1, 1},
+  };
+  for (const Case& C : Cases) {
+    TDrawing D("", std::string("viewBox='") + C.Box + "' preserveAspectRatio='" + C.Ratio + "'");
+    float TX = 0, TY = 0, ScaleX = 0, ScaleY = 0;
+    D.Document.DefineView(QXRect(0, 0, 100, 100), D.Document.AspectRatio(), TX, TY, ScaleX, ScaleY);
+    EXPECT_EQ(Lines({Brief(TX), Brief(TY), Brief(ScaleX), Brief(ScaleY)}),
+              Lines({Brief(C.TX), Brief(C.TY), Brief(C.ScaleX), Brief(C.ScaleY)}))
+        << C.Box << " " << C.Ratio;
+  }
+}
+
+TEST(Viewport, ADocumentWithoutViewBoxIsFittedByItsSize) {
+  TDrawing D("<rect width='10' height='10'/>", "width='50' height='25'");
+  EXPECT_FALSE(D.Document.ViewBox().ViewBoxSpecified());
+  // Scale 2, centred vertically in the 100 by 100 of the canvas.
+  EXPECT_THAT(D.Draw(), ElementsAre("fill M 0,25 L 20,25 L 20,45 L 0,45 Z"));
+  D.Document.DefaultAspectRatio().SetAlign(TSVGAlign::saXMinYMin);
+  EXPECT_THAT(D.Draw(), ElementsAre("fill M 0,0 L 20,0 L 20,20 L 0,20 Z"));
+}
+
+TEST(Viewport, ANestedDocumentLiesAtItsPosition) {
+  TDrawing D("<svg x='30' y='40' width='20' height='20'><rect width='5' height='5'/></svg>");
+  // Its own x and y stand in for the missing box, and so cancel out its position.
+  EXPECT_THAT(D.Draw(), ElementsAre("fill M 0,0 L 5,0 L 5,5 L 0,5 Z"));
+  TDrawing Boxed(
+      "<svg x='30' y='40' width='20' height='20' viewBox='0 0 10 10'><rect width='5' "
+      "height='5'/></svg>");
+  EXPECT_THAT(Boxed.Draw(), ElementsAre("fill M 30,40 L 40,40 L 40,50 L 30,50 Z"));
+}
+
+TEST(Viewport, AnUnspecifiedBoxWithAlignmentIsOnlyMoved) {
+  TDrawing D("<pattern id='p' x='3' y='4' width='10' height='10'/><marker id='m'/>");
+  EXPECT_EQ(D.Get(u"p").GetViewMatrix(QXIdentityMatrix, QXRect(1, 1, 51, 51)),
+            CreateTranslateQXMatrix(-2, -3));
+  // Without an alignment either, the scale of the matrix handed in stands.
+  const TMatrix Scale = CreateScaleQXMatrix(2, 3);
+  EXPECT_EQ(D.Get(u"m").GetViewMatrix(Scale, QXRect(7, 8, 9, 9)),
+            QXMatrixMultiply(Scale, CreateTranslateQXMatrix(7, 8)));
+}
+
+TEST(Viewport, WithoutSizeItTakesTheBoundsOfItsContent) {
+  TDrawing D("<g id='g'/>");
+  TSVGDocument Nested(&D.Document);
+  Nested.SetWidth(0);
+  Nested.SetHeight(0);
+  auto Rect = std::make_unique<TSVGRectangle>(&Nested);
+  Rect->SetBoundsRect(QXRect(3, 4, 13, 24));
+  Nested.Items().Add(std::move(Rect));
+  EXPECT_EQ(Nested.GetBoundsRect(), QXRect(3, 4, 13, 24));
+  EXPECT_EQ(Nested.ViewBox().GetRect(), QXRect(3, 4, 13, 24));
+  EXPECT_FALSE(Nested.ViewBox().ViewBoxSpecified());
+}
+
+TEST(Viewport, HidesOverflowUnlessToldOtherwise) {
+  constexpr char Body[] =
+      "<svg id='s' x='10' y='10' width='20' height='20' viewBox='0 0 20 20'%s>"
+      "<rect id='r' x='15' width='60' height='20'/></svg>";
+  const auto With = [&](const char* Attribute) {
+    char Text[256];
+    std::snprintf(Text, sizeof Text, Body, Attribute);
+    return std::string(Text);
+  };
+  // One unit of room is left around the viewport.
+  EXPECT_EQ(TDrawing(With("")).At(30.5, 20), "r");
+  EXPECT_EQ(TDrawing(With("")).At(60, 20), "r");  // hit tests look at clip paths only
+  TRecordingCanvas Canvas;
+  Canvas.RecordsStates = true;
+  TDrawing Hidden(With(""));
+  Hidden.Document.Draw(Canvas, QXRect(0, 0, 100, 100));
+  EXPECT_THAT(Canvas.TakeText(), HasSubstr("clip 9,9,31,31"));
+  TDrawing Shown(With(" overflow='visible'"));
+  Shown.Document.Draw(Canvas, QXRect(0, 0, 100, 100));
+  EXPECT_THAT(Canvas.TakeText(), Not(HasSubstr("clip 9,9,31,31")));
+  Hidden.Document.SetOptions(Hidden.Document.GetOptions() -
+                             TSVGOptions{TSVGOption::soApplyClipping});
+  Hidden.Document.Draw(Canvas, QXRect(0, 0, 100, 100));
+  EXPECT_THAT(Canvas.TakeText(), Not(HasSubstr("clip")));
+}
+
+TEST(Viewport, ClipMovesEveryEdgeByItsOffset) {
+  TDrawing D("<svg id='s' width='100' height='100' clip='rect(1 2 3 4)'/>");
+  // Offsets come as top, right, bottom and left, and all are subtracted.
+  EXPECT_EQ(D.Get(u"s").GetClipRect(), QXRect(-5, -2, 99, 98));
+}
+
+TEST(Viewport, SavesItsViewBoxOnlyWhenItWasGiven) {
+  TDrawing D(
+      "<symbol id='a' viewBox='1 2 3 4' preserveAspectRatio='none'/>"
+      "<svg id='b' width='5' height='6' preserveAspectRatio='none'/>");
+  EXPECT_THAT(D.Saved(u"a"), HasSubstr("viewBox=\"1 2 3 4\" preserveAspectRatio=\"none\""));
+  EXPECT_THAT(D.Saved(u"b"), Not(HasSubstr("preserveAspectRatio")));
+}
+
+TEST(Symbol, ItsSizeIsReadCrosswise) {
+  TDrawing D("<symbol id='s' viewBox='1 2 30 40'/><symbol id='n'/>");
+  auto& Symbol = D.Get(u"s");
+  EXPECT_EQ(Symbol.GetX(), 1);
+  EXPECT_EQ(Symbol.GetY(), 2);
+  EXPECT_EQ(Symbol.GetWidth(), 40);
+  EXPECT_EQ(Symbol.GetHeight(), 30);
+  EXPECT_EQ(D.Get(u"n").GetWidth(), 0);
+}
+
+TEST(Symbol, WithoutSizeItCountsAsHavingAViewBox) {
+  TDrawing D("<symbol id='s'><rect x='2' y='3' width='4' height='5'/></symbol>");
+  auto& Symbol = D.Get<TSVGSymbol>(u"s");
+  EXPECT_FALSE(Symbol.ViewBox().ViewBoxSpecified());
+  EXPECT_EQ(Symbol.GetBoundsRect(), QXRect(2, 3, 6, 8));
+  EXPECT_TRUE(Symbol.ViewBox().ViewBoxSpecified());
+}
+
+}  // namespace
+}  // namespace qxsvg::test
