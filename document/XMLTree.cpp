@@ -105,7 +105,8 @@ const TXMLName* TXMLDocument::Intern(StringView LocalName, StringView Prefix) {
 
 const TXMLName* TXMLDocument::InternWhole(StringView Name) {
   const TXMLName Halves = SplitXMLName(Name);
-  if (!IsXMLName(Halves)) throw EXMLError(Format(u"<%s> is no XML name", {Name}), 0, 0);
+  if (!IsXMLName(Halves) || Name.starts_with(u':'))
+    throw EXMLError(Format(u"<%s> is no XML name", {Name}), 0, 0);
   return Intern(Halves.LocalName, Halves.Prefix);
 }
 

@@ -27,9 +27,7 @@ void PrintNamed(TSVGDocument& Drawing, TSVGElement& Parent) {
   }
 }
 
-}  // namespace
-
-void AddBoundsCommand(CLI::App& App, int& Status) {
+void Add(CLI::App& App, int& Status) {
   CLI::App* Command = App.add_subcommand(
       "bounds", "Prints x, y, width and height of elements in the drawing's user space");
   struct Arguments {
@@ -51,5 +49,9 @@ void AddBoundsCommand(CLI::App& App, int& Status) {
     });
   });
 }
+
+const Registration Registered("bounds", Add);
+
+}  // namespace
 
 }  // namespace qxsvg::tools

@@ -1,6 +1,10 @@
-// The subcommands of qxsvg. Each function adds one to App; when it has run, Status holds the exit
-// status: 0, or 1 when any file failed.
+// The subcommands of qxsvg. Each is a source of its own that registers itself:
+//   const Registration Info("info", [](CLI::App& App, int& Status) { ... });
 #pragma once
+
+#include <functional>
+#include <map>
+#include <string>
 
 namespace CLI {
 class App;
@@ -8,11 +12,15 @@ class App;
 
 namespace qxsvg::tools {
 
-void AddInfoCommand(CLI::App& App, int& Status);
-void AddValidateCommand(CLI::App& App, int& Status);
-void AddRenderCommand(CLI::App& App, int& Status);
-void AddHitCommand(CLI::App& App, int& Status);
-void AddBoundsCommand(CLI::App& App, int& Status);
-void AddSurfaceDemoCommand(CLI::App& App, int& Status);
+// Adds the subcommand to App. When it has run, Status holds the exit status: 0, or 1 when any file
+// failed.
+using AddCommand = std::function<void(CLI::App& App, int& Status)>;
+
+// All subcommands by name, which is the order that help lists them in.
+std::map<std::string, AddCommand>& Commands();
+
+struct Registration {
+  Registration(const std::string& Name, AddCommand Add) { Commands()[Name] = std::move(Add); }
+};
 
 }  // namespace qxsvg::tools

@@ -45,9 +45,7 @@ void Hit(const HitOptions& O) {
   std::cout << (Found ? PathOf(*Found) : "nothing") << "\n";
 }
 
-}  // namespace
-
-void AddHitCommand(CLI::App& App, int& Status) {
+void Add(CLI::App& App, int& Status) {
   CLI::App* Command = App.add_subcommand("hit", "Tells which element lies under a pixel");
   const auto Options = std::make_shared<HitOptions>();
   HitOptions& O = *Options;
@@ -68,5 +66,9 @@ void AddHitCommand(CLI::App& App, int& Status) {
     Status = ForEachFile({Options->File}, [&](const std::string&) { Hit(*Options); });
   });
 }
+
+const Registration Registered("hit", Add);
+
+}  // namespace
 
 }  // namespace qxsvg::tools

@@ -143,9 +143,7 @@ int Run(const InfoOptions& O) {
   return Status;
 }
 
-}  // namespace
-
-void AddInfoCommand(CLI::App& App, int& Status) {
+void Add(CLI::App& App, int& Status) {
   CLI::App* Command = App.add_subcommand("info", "Tells what drawings are made of");
   const auto Options = std::make_shared<InfoOptions>();
   InfoOptions& O = *Options;
@@ -158,5 +156,9 @@ void AddInfoCommand(CLI::App& App, int& Status) {
   Command->add_flag("--json", O.Json, "Prints an array of objects for programs");
   Command->callback([Options, &Status] { Status = Run(*Options); });
 }
+
+const Registration Registered("info", Add);
+
+}  // namespace
 
 }  // namespace qxsvg::tools

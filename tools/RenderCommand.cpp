@@ -188,9 +188,7 @@ int RunAll(const std::vector<Job>& Jobs, const RenderOptions& Options) {
   return Status;
 }
 
-}  // namespace
-
-void AddRenderCommand(CLI::App& App, int& Status) {
+void Add(CLI::App& App, int& Status) {
   CLI::App* Command = App.add_subcommand("render", "Draws files into PNG, JPEG or WebP pictures");
   const auto Options = std::make_shared<RenderOptions>();
   RenderOptions& O = *Options;
@@ -224,5 +222,9 @@ void AddRenderCommand(CLI::App& App, int& Status) {
   Command->add_flag("--quiet", O.IsQuiet, "Shows no progress");
   Command->callback([Options, &Status] { Status = RunAll(Plan(*Options), *Options); });
 }
+
+const Registration Registered("render", Add);
+
+}  // namespace
 
 }  // namespace qxsvg::tools

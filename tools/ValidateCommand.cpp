@@ -29,9 +29,7 @@ void Check(const std::string& Name, bool Deep) {
   if (Root->LocalName() != u"svg") throw ESVGException(SDocNotSVG);
 }
 
-}  // namespace
-
-void AddValidateCommand(CLI::App& App, int& Status) {
+void Add(CLI::App& App, int& Status) {
   CLI::App* Command = App.add_subcommand(
       "validate", "Checks whether files are drawings; prints a line for each that is not");
   const auto Options = std::make_shared<ValidateOptions>();
@@ -43,5 +41,9 @@ void AddValidateCommand(CLI::App& App, int& Status) {
         ForEachFile(Options->Files, [&](const std::string& Name) { Check(Name, Options->Deep); });
   });
 }
+
+const Registration Registered("validate", Add);
+
+}  // namespace
 
 }  // namespace qxsvg::tools

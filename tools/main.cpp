@@ -5,18 +5,27 @@
 
 #include "tools/Commands.h"
 
+namespace qxsvg::tools {
+
+std::map<std::string, AddCommand>& Commands() {
+  static std::map<std::string, AddCommand> Known;
+  return Known;
+}
+
+}  // namespace qxsvg::tools
+
+// What is wrong with the call itself; 1 is kept for what is wrong with a file.
+constexpr int UsageStatus = 2;
+
 int main(int Count, char** Arguments) {
   CLI::App App("Reads, checks, draws and asks SVG drawings.", "qxsvg");
   App.require_subcommand(1);
   int Status = 0;
-  for (const auto Add : {qxsvg::tools::AddInfoCommand, qxsvg::tools::AddValidateCommand,
-                         qxsvg::tools::AddRenderCommand, qxsvg::tools::AddHitCommand,
-                         qxsvg::tools::AddBoundsCommand, qxsvg::tools::AddSurfaceDemoCommand})
-    Add(App, Status);
   try {
+    for (const auto& [Name, Add] : qxsvg::tools::Commands()) Add(App, Status);
     App.parse(Count, Arguments);
   } catch (const CLI::ParseError& Error) {
-    return App.exit(Error);
+    return App.exit(Error) == 0 ? 0 : UsageStatus;
   } catch (const std::exception& Error) {
     std::fprintf(stderr, "qxsvg: %s\n", Error.what());
     return 1;
