@@ -146,7 +146,7 @@ bool SelectorMatcher::PassesAttribute(StringView Name, TSVGSelectorTokenType Typ
   if (Name == u"systemLanguage") return AnyPasses(Self.SystemLanguages());
   if (Name == u"class") return AnyPasses(Self.Classes());
   const TSVGStyleProperty Property = GetSVGStyleProperty(Name);
-  const bool HasText = Property != TSVGStyleProperty::ipNone && !FSelf.Inherits().Has(Property);
+  const bool HasText = FSelf.HasOwnText(SVGStylePropertyRowOf(Property));
   return DoesPass(HasText ? FSelf.PropertyText(Property) : String());
 }
 

@@ -147,7 +147,7 @@ void TSVGGraphicElement::AssignTo(TPersistent* Dest) const {
   auto& Self = const_cast<TSVGGraphicElement&>(*this);
   const TUpdateLock Lock(*Style);
   for (const TSVGStylePropertyRow& Row : SVGStylePropertyRows) {
-    if (Row.Home == TSVGStyleHome::shNone || IsMarked(Row.Property)) continue;
+    if (!HasOwnText(Row)) continue;
     if (const String Text = Self.PropertyText(Row.Property); !Text.empty())
       Style->SetStyleProp(Row.Property, Text);
   }

@@ -6,17 +6,8 @@
 #include "foundation/ParseTransform.h"
 #include "graphics/GraphicElementParts.h"
 #include "runtime/Exceptions.h"
-#include "runtime/UpdateLock.h"
 
 namespace qxsvg {
-
-void TSVGGraphicElement::LoadFromXML(IXMLNode& Node) {
-  const TUpdateLock Lock(*this);
-  DoOnParsingNode(this, Node);
-  DoLoadFromXML(Node);
-  ReadChildren(Node);
-  DoOnParsedNode(this);
-}
 
 void TSVGGraphicElement::DoLoadFromXML(IXMLNode& Node) {
   const StylingLock Lock(*this);
@@ -73,19 +64,27 @@ std::int32_t TSVGGraphicElement::ReadChild(IXMLNode& Node) {
 // --- Writing
 // --------------------------------------------------------------------------------------
 
-void TSVGGraphicElement::SaveToXML(IXMLNode& Node) {
-  if (!DoOnSavingElement(this, Node)) return;
-  DoSaveToXML(Node);
-  WriteChildren(Node);
-  DoOnSavedElement(this, Node);
-}
-
 void TSVGGraphicElement::WriteChildren(IXMLNode& Node) {
   for (std::int32_t I = 0; I < Items().Count(); ++I) {
     TSVGElement* Child = Items()[I];
-    Child->SaveToXML(
-        *Node.AddChild(SVGElementTypeNames[Ordinal(Child->GetSVGType())], SVGNamespace));
+    Child->SaveToXML(*Node.AddChild(Child->SVGTypeName(), SVGNamespace));
   }
+}
+
+namespace {
+
+// Whether the value is kept in a form of its own, and not in the strings of the style alone.
+bool IsKept(TSVGStyleHome Home) {
+  using enum TSVGStyleHome;
+  return Home != shStrings && Home != shGradientStop && Home != shMarkers && Home != shNone;
+}
+
+}  // namespace
+
+bool TSVGGraphicElement::HasOwnText(const TSVGStylePropertyRow& Row) const {
+  // The shorthand of the markers is written as its parts.
+  if (Row.Home == TSVGStyleHome::shMarkers) return false;
+  return IsKept(Row.Home) ? !IsMarked(Row.Property) : !FStyle.GetStyleProp(Row.Property).empty();
 }
 
 void TSVGGraphicElement::DoSaveToXML(IXMLNode& Node) {
@@ -95,14 +94,9 @@ void TSVGGraphicElement::DoSaveToXML(IXMLNode& Node) {
   SaveAttrString(Node, u"transform", Transform, Transform.empty(), IsCompact);
   const TSVGStyleProperties AsStyle = GetPreferredStyles().Value();
   for (const TSVGStylePropertyRow& Row : SVGStylePropertyRows) {
-    const bool IsInherited = IsMarked(Row.Property);
-    if (IsInherited && Row.IsInherited) continue;
+    const bool IsInherited = !HasOwnText(Row);
+    if (IsInherited && (Row.IsInherited || !IsKept(Row.Home))) continue;
     const String Text = IsInherited ? String() : PropertyText(Row.Property);
-    const bool IsKept = Row.Home != TSVGStyleHome::shStrings &&
-                        Row.Home != TSVGStyleHome::shGradientStop &&
-                        Row.Home != TSVGStyleHome::shMarkers && Row.Home != TSVGStyleHome::shNone;
-    // What only the strings hold is written when they hold it.
-    if (!IsKept && Text.empty()) continue;
     // The class may have a default of its own.
     StringView Default = Row.Default;
     if (!IsStored(Row.Property, Text))

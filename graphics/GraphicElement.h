@@ -67,8 +67,6 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   void Change(TSVGElement* Element) override;
   void EnableChange() override;
   void PropagateObjectPropChange(TPersistent* Sender) override;
-  void LoadFromXML(IXMLNode& Node) override;
-  void SaveToXML(IXMLNode& Node) override;
   TSVGUnitFactors GetUnitFactors() override;
 
   // --- Cascade
@@ -236,8 +234,10 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
   // --- What a writer asks: whether a value differs from the default.
   virtual bool IsStored(TSVGStyleProperty Property, StringView Value) const;
+  // Whether the element has a value of its own, which it does not inherit.
+  virtual bool HasOwnText(const TSVGStylePropertyRow& Row) const;
   // The element's own value of a property as the format writes it. Empty for what it keeps nowhere.
-  String PropertyText(TSVGStyleProperty Property);
+  virtual String PropertyText(TSVGStyleProperty Property);
   // The same for the value that is in force, from the element that it is inherited from.
   String EffectivePropertyText(TSVGStyleProperty Property);
   bool IsOpacityStored() const;
@@ -281,8 +281,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   void DefineProperties(TFiler& Filer) override;
   // Reads one child node; the index of the child that it made, or -1.
   virtual std::int32_t ReadChild(IXMLNode& Node);
-  virtual void ReadChildren(IXMLNode& Node);
-  virtual void WriteChildren(IXMLNode& Node);
+  void ReadChildren(IXMLNode& Node) override;
+  void WriteChildren(IXMLNode& Node) override;
 
   virtual void DisableAppearance(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect);
   virtual void InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);

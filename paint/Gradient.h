@@ -21,6 +21,8 @@ class QXSVG_API TSVGGradientStop : public TSVGGraphicElement {
   void AssignProperties(const TSVGElement* Source) override;
   void Clear() override;
   void ApplyStyle(const TSVGStyle& Style) override;
+  bool HasOwnText(const TSVGStylePropertyRow& Row) const override;
+  String PropertyText(TSVGStyleProperty Property) override;
   void PropagateObjectPropChange(TPersistent* Sender) override;
 
   // A fraction of the gradient's length, not clamped.

@@ -104,6 +104,20 @@ void TSVGGradientStop::DoSaveToXML(IXMLNode& Node) {
   SaveLength(Node, u"offset", Xu(), GetFormatStr(), 1, false);
 }
 
+bool TSVGGradientStop::HasOwnText(const TSVGStylePropertyRow& Row) const {
+  if (Row.Home == TSVGStyleHome::shGradientStop) return !Inherits().Has(Row.Property);
+  return TSVGGraphicElement::HasOwnText(Row);
+}
+
+String TSVGGradientStop::PropertyText(TSVGStyleProperty Property) {
+  switch (Property) {
+    case TSVGStyleProperty::ipStopColor: return SVGColorToString(FStopBrush.Color());
+    case TSVGStyleProperty::ipStopOpacity:
+      return SVGNumberToString(FStopBrush.Opacity(), TSVGUnit::suNone, GetFormatStr());
+    default: return TSVGGraphicElement::PropertyText(Property);
+  }
+}
+
 void TSVGGradientStop::ApplyStyle(const TSVGStyle& Style) {
   using enum TSVGStyleProperty;
   TSVGGraphicElement::ApplyStyle(Style);

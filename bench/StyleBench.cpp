@@ -1,0 +1,73 @@
+// Restyling a whole tree: what a load does at its end, and what a program does after it changed a
+// style sheet.
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "document/Document.h"
+#include "graphics/SVGBrush.h"
+
+namespace {
+
+using namespace qxsvg;
+
+constexpr int Groups = 1000;
+constexpr int ElementsOfGroup = 100;
+constexpr int Elements = Groups * ElementsOfGroup;
+
+// Which ten attributes the elements have.
+constexpr const char* Painted =
+    R"(<rect x="1" y="2" width="30" height="40" fill="#ff8000" stroke="black" stroke-width="1.5" )"
+    R"(stroke-linecap="round" fill-rule="evenodd" opacity=".5"/>)";
+constexpr const char* Plain =
+    R"(<rect id="r" class="c" x="1" y="2" width="30" height="40" rx="1" ry="1" lang="en" )"
+    R"(fill="#ff8000"/>)";
+constexpr const char* Styled =
+    R"(<rect x="1" y="2" width="30" height="40" style="fill:#ff8000;stroke:black;stroke-width:1.5;)"
+    R"(stroke-linejoin:round;fill-opacity:.5;display:inline"/>)";
+
+std::string Drawing(const char* Element, const char* Sheet) {
+  std::string Text = "<svg xmlns=\"http://www.w3.org/2000/svg\"><style>";
+  Text += Sheet;
+  Text += "</style>";
+  for (int Group = 0; Group < Groups; ++Group) {
+    Text += "<g>";
+    for (int I = 0; I < ElementsOfGroup; ++I) Text += Element;
+    Text += "</g>";
+  }
+  return Text + "</svg>";
+}
+
+void ApplyStyles(benchmark::State& State, const char* Element, const char* Sheet) {
+  TSVGDocument Document;
+  Document.LoadFromText(Drawing(Element, Sheet));
+  for (auto _ : State) Document.ApplyStyles();
+  State.SetItemsProcessed(State.iterations() * Elements);
+  State.counters["us/element"] =
+      benchmark::Counter(static_cast<double>(State.iterations()) * Elements / 1e6,
+                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+BENCHMARK_CAPTURE(ApplyStyles, TenPaintAttributes, Painted, "")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ApplyStyles, TenOtherAttributes, Plain, "")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ApplyStyles, StyleAttribute, Styled, "")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ApplyStyles, FourRules, Plain,
+                  "rect { stroke: blue } .c { stroke-width: 2 } #r { opacity: .5 } g { fill: red }")
+    ->Unit(benchmark::kMillisecond);
+
+// One inherited property after a change at the root, asked of every leaf.
+void InheritBrush(benchmark::State& State) {
+  TSVGDocument Document;
+  Document.LoadFromText(Drawing("<rect width=\"3\" height=\"4\"/>", ""));
+  std::uint32_t Color = 0xff000000;
+  for (auto _ : State) {
+    Document.GetBrush().SetColor(++Color);
+    for (TSVGElement* Group : Document.Items())
+      for (TSVGElement* Leaf : Group->Items())
+        benchmark::DoNotOptimize(Leaf->AsGraphicElement()->GetBrush().Color());
+  }
+  State.SetItemsProcessed(State.iterations() * Elements);
+}
+BENCHMARK(InheritBrush)->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,283 @@
+// From texts to values: what each way of giving a property leads to, and in which order styles win.
+#include <gtest/gtest.h>
+
+#include "runtime/Exceptions.h"
+#include "runtime/UpdateLock.h"
+#include "tests/graphics/ElementFixture.h"
+
+namespace qxsvg {
+namespace {
+
+using test::TTree;
+using enum TSVGStyleProperty;
+
+constexpr TQXGPColor Black = 0xff000000, Red = 0xffff0000, Blue = 0xff0000ff, Lime = 0xff00ff00;
+
+struct TFillCase {
+  const char* What;
+  const char* Parent;
+  const char* Attributes;
+  TQXGPBrushKind Kind;
+  TQXGPColor Color;
+  bool IsMarked;
+};
+
+TEST(ApplyStyle, Fill) {
+  using enum TQXGPBrushKind;
+  const TFillCase Cases[] = {
+      {"nothing given", "", "", bkSolid, Black, true},
+      {"inherited", "fill='red'", "", bkSolid, Red, true},
+      {"none ends it", "fill='red'", "fill='none'", bkNone, Black, false},
+      {"inherit restores it", "fill='red'", "fill='none' style='fill:inherit'", bkSolid, Red, true},
+      {"style beats attribute", "", "fill='blue' style='fill:red'", bkSolid, Red, false},
+      {"an empty text says nothing", "fill='red'", "fill=''", bkSolid, Red, true},
+      {"an unknown colour keeps the value and ends inheritance", "fill='red'", "fill='nocolor'",
+       bkSolid, Black, false},
+      {"so does one that cannot be read", "fill='red'", "fill='#ggg'", bkSolid, Black, false},
+      {"currentColor is the colour given here", "color='red'", "color='lime' fill='currentColor'",
+       bkSolid, Lime, false},
+      {"or above", "color='red'", "fill='currentColor'", bkSolid, Red, false},
+      {"a server that is not there", "", "fill='url(#nosuch)'", bkSolid, Black, false},
+      {"a server's colour is not split off", "", "fill='url(#x) red'", bkSolid, Black, false},
+  };
+  for (const TFillCase& Case : Cases) {
+    SCOPED_TRACE(Case.What);
+    TTree Tree("<g " + std::string(Case.Parent) + "><rect id='r' " + Case.Attributes + "/></g>");
+    TSVGGraphicElement& Rect = Tree["r"];
+    EXPECT_EQ(Rect.GetBrush().Kind(), Case.Kind);
+    EXPECT_EQ(Rect.GetBrush().Color(), Case.Color);
+    EXPECT_EQ(Rect.Inherits().Has(ipFill), Case.IsMarked);
+  }
+}
+
+TEST(ApplyStyle, AServerStaysBehindAPlainColor) {
+  // What names a server is taken before colours are read, and a text that names none keeps it.
+  TTree Tree(
+      "<linearGradient id='a'><stop stop-color='red'/></linearGradient>"
+      "<rect id='r' class='c' fill='red'/><rect id='s' color='url(#a)' stroke='blue'/>");
+  Tree.Document.ReadStyles(u".c { fill: url(#a) }");
+  Tree.Document.ApplyStyles();
+  EXPECT_EQ(Tree["r"].GetBrush().URI(), u"a");
+  EXPECT_EQ(Tree["r"].GetBrush().Kind(), TQXGPBrushKind::bkGradient);
+  // A colour that names a server names it for both paints.
+  EXPECT_EQ(Tree["s"].GetBrush().URI(), u"a");
+  EXPECT_EQ(Tree["s"].GetPen().URI(), u"a");
+}
+
+TEST(ApplyStyle, Pens) {
+  TTree Tree(
+      "<rect id='r' stroke='red' stroke-width='10%' stroke-linecap='round' "
+      "stroke-linejoin='bevel' stroke-miterlimit='0.5' stroke-dasharray='5,3,2' "
+      "stroke-dashoffset='1em' font-size='6'/>"
+      "<rect id='zero' stroke='red' stroke-dasharray='5,0'/>"
+      "<rect id='unit' stroke-width='1in'/>");
+  const TSVGPen& Pen = Tree["r"].GetPen();
+  EXPECT_EQ(Pen.Kind(), TQXGPBrushKind::bkSolid);
+  EXPECT_EQ(Pen.Thickness(), 0.1f);
+  EXPECT_TRUE(Pen.ThicknessIsPercent());
+  EXPECT_EQ(Pen.StartCap(), TQXGPLineCap::lcRound);
+  EXPECT_EQ(Pen.EndCap(), TQXGPLineCap::lcRound);
+  EXPECT_EQ(Pen.DashCap(), TQXGPDashCap::dcRound);
+  EXPECT_EQ(Pen.Join(), TQXGPStrokeJoin::sjBevel);
+  EXPECT_EQ(Pen.MiterLimit(), 4) << "below 1 there is no limit";
+  EXPECT_EQ(std::vector<float>(Pen.CustomDash().begin(), Pen.CustomDash().end()),
+            (std::vector<float>{5, 3, 2, 5, 3, 2}));
+  EXPECT_EQ(Pen.DashArrayPreferredUnits().size(), 3u);
+  EXPECT_EQ(Pen.GetDashOffsetValue(), 6);
+  EXPECT_EQ(Tree["zero"].GetPen().Dash(), TQXGPStrokeDash::sdSolid);
+  EXPECT_EQ(Tree["unit"].GetPen().Thickness(), 96);
+}
+
+TEST(ApplyStyle, FontSizes) {
+  const struct {
+    const char* Size;
+    float Expected;
+  } Cases[] = {{"2em", 20},    {"20", 20},      {"15pt", 20},    {"larger", 12},
+               {"medium", 12}, {"inherit", 10}, {"garbage", 11}, {"", 10}};
+  for (const auto& Case : Cases) {
+    TTree Tree("<g font-size='10'><g><text id='t' font-size='" + std::string(Case.Size) +
+               "'/></g></g>");
+    EXPECT_NEAR(Tree["t"].GetFont().Size(), Case.Expected, 1e-4) << Case.Size;
+  }
+}
+
+TEST(ApplyStyle, FontSizeIsThereBeforeTheLengthsAreRead) {
+  TTree Tree("<rect id='r' width='2em' font-size='10' stroke-width='1ex'/>");
+  EXPECT_EQ(Tree["r"].GetWidth(), 20);
+  EXPECT_EQ(Tree["r"].GetPen().Thickness(), 5);
+}
+
+TEST(ApplyStyle, Fonts) {
+  TTree Tree(
+      "<g font-weight='bold' font-style='italic' text-decoration='underline' "
+      "font-variant='small-caps'><text id='t'/><text id='u' font-weight='300' "
+      "text-decoration='overline' font-style='normal'/></g>");
+  const TSVGFont& Inherited = Tree["t"].GetFont();
+  EXPECT_TRUE(Inherited.Style().Has(TFontStyle::fsBold));
+  EXPECT_TRUE(Inherited.Style().Has(TFontStyle::fsItalic));
+  EXPECT_TRUE(Inherited.IsDecorated());
+  EXPECT_EQ(Inherited.FontVariant(), TSVGFontVariant::fvSmallCaps);
+  const TSVGFont& Own = Tree["u"].GetFont();
+  EXPECT_TRUE(Own.Style().IsEmpty());
+  EXPECT_TRUE(Own.ExtendStyles().Has(TExtendedFontStyle::fsOverline));
+}
+
+TEST(ApplyStyle, AppliesSeveralStylesOneOverTheOther) {
+  TTree Tree("<rect id='r'/>");
+  TSVGGraphicElement& Rect = Tree["r"];
+  Rect.ApplyStyle(TSVGStyle(u"", u"fill:red;clip:rect(1 2 3 4);opacity:.5"));
+  Rect.ApplyStyle(TSVGStyle(u"", u"fill:;clip:other;enable-background:new 1 2 3 4"));
+  EXPECT_EQ(Rect.GetBrush().Color(), Red);
+  EXPECT_EQ(Rect.ClipRect(), QXRect(4, 1, 2, 3));
+  EXPECT_EQ(Rect.BackgroundRect().Left, 1);
+  EXPECT_EQ(Rect.GetOpacity(), 0.5f);
+  Rect.ApplyStyle(TSVGStyle(u"", u"clip:auto;fill:inherit"));
+  EXPECT_EQ(Rect.ClipRect(), TRectF());
+  EXPECT_TRUE(Rect.Inherits().Has(ipFill));
+}
+
+TEST(ApplyStyle, TellsTheDocumentOnceAndTheChildrenWhatTheyInherit) {
+  TTree Tree("<g id='g'><g><rect id='r'/></g></g>");
+  EXPECT_EQ(Tree["r"].GetBrush().Color(), Black);
+  int Changes = 0;
+  Tree.Document.OnChange = [&](TPersistent*) { ++Changes; };
+  {
+    const TUpdateLock Lock(Tree.Document);
+    Tree["g"].ApplyStyle(TSVGStyle(u"", u"fill:red;stroke:lime;font-size:20"));
+  }
+  EXPECT_EQ(Changes, 1);
+  EXPECT_EQ(Tree["r"].GetBrush().Color(), Red);
+  EXPECT_EQ(Tree["r"].GetPen().Color(), Lime);
+  EXPECT_EQ(Tree["r"].GetFont().Size(), 20);
+}
+
+TEST(ApplyStyle, ReportsWhatItCannotRead) {
+  TTree Tree("<rect id='r'/>");
+  int Reports = 0;
+  Tree.Document.OnDiagnostic = [&](TSVGDiagnosticKind Kind, TSVGElement* Element, StringView) {
+    EXPECT_EQ(Kind, TSVGDiagnosticKind::dkValue);
+    EXPECT_EQ(Element, &Tree["r"]);
+    ++Reports;
+  };
+  Tree["r"].ApplyStyle(TSVGStyle(u"", u"fill:rgb(1,x,2)"));
+  EXPECT_EQ(Reports, 1);
+}
+
+// --- Cascade
+// --------------------------------------------------------------------------------------
+
+TEST(Cascade, SelectorsMatchWithTheirSpecificity) {
+  TTree Tree(
+      "<g id='g' lang='en-US, de' class='big Wide'><rect id='r' class='c' fill='red'>"
+      "<title/></rect><circle id='s'/></g><g id='h'><rect id='x'/></g>");
+  TSVGGraphicElement& Group = Tree["g"];
+  TSVGGraphicElement& Rect = Tree["r"];
+  const struct {
+    TSVGGraphicElement& Element;
+    StringView Selector;
+    std::int32_t Expected;
+  } Cases[] = {
+      {Rect, u"rect", 1},
+      {Rect, u"Rect", -1},
+      {Rect, u".c", 10},
+      {Rect, u".C", 10},
+      {Rect, u"#r", 100},
+      {Rect, u"#R", -1},
+      {Rect, u"rect.c", 11},
+      {Rect, u"rect#r.c", 111},
+      {Rect, u"rect:hover", 1},
+      // One that begins with "*" matches even where it fails.
+      {Rect, u"*", 0},
+      {Rect, u"*.x", 0},
+      {Rect, u"*.c", 10},
+      {Rect, u"", -1},
+      {Rect, u"[fill]", 10},
+      {Rect, u"[stroke]", 10},
+      {Rect, u"[x]", -1},
+      {Rect, u"[class]", 10},
+      {Rect, u"[id=r]", 20},
+      {Rect, u"[id^=r]", 20},
+      {Rect, u"[id=q]", -1},
+      {Rect, u"[fill=red]", 20},
+      {Rect, u"[fill$=d]", 20},
+      {Rect, u"[fill*=e]", 20},
+      {Rect, u"[fill~=re]", -1},
+      {Rect, u"[stroke=none]", -1},
+      {Rect, u"[foo=bar]", -1},
+      {Group, u"[class=big]", 20},
+      {Group, u"[class|=Wi]", 20},
+      {Group, u"[lang^=en]", 20},
+      {Group, u":lang(EN)", 10},
+      {Group, u":lang(fr)", -1},
+      // The word of a combinator is an identifier, and the left end gets the style.
+      {Group, u"g r", 11},
+      {Group, u"g rect", -1},
+      {Group, u"g > r", 11},
+      {Tree["h"], u"g r", -1},
+      {Rect, u"g r", -1},
+      {Group, u"a >", -1},
+      {Rect, u".c.c.c.c.c.c.c.c.c.c", 100},
+      {Rect, u"#r.c.c.c.c.c.c.c.c.c.c.c.c", 1120},
+  };
+  for (const auto& Case : Cases)
+    EXPECT_EQ(Case.Element.Matches(Case.Selector), Case.Expected) << ToUtf8(Case.Selector);
+  EXPECT_THROW(Rect.Matches(u"[a!b]"), ESVGException);
+}
+
+TEST(Cascade, AnElementWithoutDocumentFailsEveryCombinator) {
+  TSVGGroup Group(nullptr);
+  EXPECT_EQ(Group.Matches(u"g r"), -1);
+  EXPECT_EQ(Group.Matches(u"g"), 1);
+  Group.Style().SetStyle(u"opacity:.5");
+  Group.ApplyStyles();
+  EXPECT_EQ(Group.GetOpacity(), 0.5f);
+}
+
+TEST(Cascade, RisingSpecificityThenTheElementItself) {
+  const struct {
+    const char* Sheet;
+    const char* Attributes;
+    TQXGPColor Expected;
+  } Cases[] = {
+      {".c { fill: red } rect { fill: lime }", "class='c'", Red},
+      {"#r { fill: red } .c { fill: lime }", "class='c'", Red},
+      {".c { fill: red }", "class='c' fill='blue'", Blue},
+      {"#r { fill: red }", "style='fill:blue'", Blue},
+      {"rect, g { fill: red }", "", Red},
+      {"rect { fill: red } rect { stroke: blue }", "", Red},
+      {"/* c */rect {fill: /* x */red}", "", Red},
+      {"rect { fill: red } .c { fill: inherit }", "class='c'", Black},
+      // Ten identifiers weigh more than the element's own style.
+      {"#r#r#r#r#r#r#r#r#r#r { fill: red }", "fill='blue'", Red},
+      {"rect { fill: red", "", Black},
+  };
+  for (const auto& Case : Cases) {
+    TTree Tree("<style>" + std::string(Case.Sheet) + "</style><rect id='r' " + Case.Attributes +
+               "/>");
+    EXPECT_EQ(Tree["r"].GetBrush().Color(), Case.Expected) << Case.Sheet;
+  }
+}
+
+TEST(Cascade, ARuleThatIsNotEnabledIsLeftOut) {
+  TTree Tree("<style>rect { fill: red }</style><rect id='r'/>");
+  TSVGStyle* Rule = *Tree.Document.Styles().Find(u"rect");
+  Rule->SetEnabled(false);
+  Tree["r"].GetBrush().SetColor(Blue);
+  Tree.Document.ApplyStyles();
+  EXPECT_EQ(Tree["r"].GetBrush().Color(), Blue);
+}
+
+TEST(Cascade, ABadSelectorPassesOutOfApplyStyles) {
+  TTree Tree("<rect id='r'/>");
+  Tree.Document.ReadStyles(u"[a^] { fill: red }");
+  EXPECT_THROW(Tree.Document.ApplyStyles(), ESVGException);
+}
+
+TEST(Cascade, TheLastElementReadDecidesWhatIsPreferredAsStyle) {
+  TTree Tree("<rect id='a' style='fill:red'/><rect id='b' style='stroke:blue'/>");
+  EXPECT_EQ(&Tree["a"].GetPreferredStyles(), &Tree.Document.GetPreferredStyles());
+  EXPECT_EQ(Tree["a"].GetPreferredStyles().Value(), TSVGStyleProperties{ipStroke});
+}
+
+}  // namespace
+}  // namespace qxsvg

@@ -1,0 +1,360 @@
+// The walk that draws: order, matrices, events, pens, disabled elements, and what a redraw keeps.
+#include <gtest/gtest.h>
+
+#include "graphics/surface/CoverageCache.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Services.h"
+#include "tests/shapes/Drawing.h"
+
+namespace qxsvg {
+namespace {
+
+using test::Lines;
+using test::TDrawing;
+using test::TRecordingCanvas;
+
+constexpr TRectF Area{0, 0, 100, 100};
+
+TEST(Draw, TransformationsGoFromTheChildUpwards) {
+  TDrawing D(
+      "<g transform='translate(10,0)'><g transform='scale(2)'>"
+      "<path d='M1 1L2 3' stroke='#000' fill='none' transform='translate(0,5)'/></g></g>");
+  EXPECT_EQ(D.Draw(), (Lines{"draw M 12,12 L 14,16"}));
+}
+
+TEST(Draw, FillComesBeforeStrokeAndParentBeforeChild) {
+  TDrawing D(
+      "<rect id='a' width='1' height='1' stroke='#f00'/>"
+      "<g fill='#0f0' opacity='.5'><rect width='2' height='2' fill-opacity='.5'/></g>");
+  EXPECT_EQ(D.DrawInFull(), (Lines{"fill #FF000000 1: M 0,0 L 1,0 L 1,1 L 0,1 Z",
+                                   "draw #FFFF0000 1 width 1: M 0,0 L 1,0 L 1,1 L 0,1 Z",
+                                   "fill #FF00FF00 0.25: M 0,0 L 2,0 L 2,2 L 0,2 Z"}));
+}
+
+TEST(Draw, FillRules) {
+  TDrawing D(
+      "<path d='M0 0H1V1z'/><path fill-rule='evenodd' d='M0 0H1V1z'/>"
+      "<g fill-rule='evenodd'><path d='M0 0H1V1z'/></g>");
+  const Lines Drawn = D.DrawInFull();
+  ASSERT_EQ(Drawn.size(), 3u);
+  EXPECT_TRUE(Drawn[0].starts_with("fill #FF000000 1: "));
+  EXPECT_TRUE(Drawn[1].starts_with("fill #FF000000 1 evenodd: "));
+  EXPECT_TRUE(Drawn[2].starts_with("fill #FF000000 1 evenodd: "));
+}
+
+TEST(Draw, StrokesFollowTheMatrix) {
+  struct {
+    const char* Attributes;
+    const char* Pen;
+  } const Cases[] = {
+      {"stroke-width='2'", "width 6"},
+      {"stroke-width='2' vector-effect='non-scaling-stroke'", "width 2"},
+      {"stroke-width='0'", "width hair"},
+      {"stroke-width='2' stroke-dasharray='4 2'", "width 6 dash 2 1 from 0"},
+      {"stroke-width='2' stroke-dasharray='4 2' stroke-dashoffset='1'",
+       "width 6 dash 2 1 from 0.5"},
+      {"stroke-width='2' stroke-dasharray='5,0'", "width 6"},
+      {"stroke-width='1' stroke-dasharray='4'", "width 3 dash 4 4 from 0"},
+      // A share of the view box's normalized diagonal.
+      {"stroke-width='10%'", "width 30"},
+  };
+  for (const auto& Case : Cases) {
+    TDrawing D("<g transform='scale(3)'><path d='M0 0H9' stroke='#000' fill='none' " +
+               std::string(Case.Attributes) + "/></g>");
+    const Lines Drawn = D.DrawInFull();
+    ASSERT_EQ(Drawn.size(), 1u) << Case.Attributes;
+    EXPECT_EQ(Drawn[0], std::string("draw #FF000000 1 ") + Case.Pen + ": M 0,0 L 27,0")
+        << Case.Attributes;
+  }
+}
+
+TEST(Draw, AnUnevenScaleTakesTheRootOfTheArea) {
+  TDrawing D("<path transform='scale(4,9)' d='M0 0H9' stroke='#000' fill='none'/>");
+  EXPECT_EQ(D.DrawInFull(), (Lines{"draw #FF000000 1 width 6: M 0,0 L 36,0"}));
+}
+
+TEST(Draw, PaintServersGoAlong) {
+  TDrawing D(
+      "<linearGradient id='l'><stop offset='0' stop-color='#f00'/>"
+      "<stop offset='1' stop-color='#00f'/></linearGradient>"
+      "<rect width='10' height='10' fill='url(#l)' stroke='url(#l)'/>");
+  const Lines Drawn = D.DrawInFull();
+  ASSERT_EQ(Drawn.size(), 2u);
+  EXPECT_TRUE(Drawn[0].starts_with("fill linear(0#FFFF0000 1#FF0000FF) 1: ")) << Drawn[0];
+  EXPECT_TRUE(Drawn[1].starts_with("draw linear(0#FFFF0000 1#FF0000FF) 1 width 1: ")) << Drawn[1];
+}
+
+// --- Events
+
+// What a drawing asks and tells its host, a word each.
+struct TEvents {
+  explicit TEvents(TSVGDocument& Document) {
+    const auto Note = [this](const char* What, TPersistent* Sender) {
+      Text += std::string(What) + ToUtf8(static_cast<TSVGElement*>(Sender)->ID()) + " ";
+    };
+    Document.OnShouldDraw = [=, this](TPersistent* Sender, bool& DoDraw) {
+      Note("?", Sender);
+      if (static_cast<TSVGElement*>(Sender)->ID() == Hidden) DoDraw = false;
+    };
+    Document.OnDrawing = [=, this](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&,
+                                   bool& DoDraw) {
+      Note("<", Sender);
+      if (static_cast<TSVGElement*>(Sender)->ID() == Unpainted) DoDraw = false;
+    };
+    Document.OnDrawn = [=](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&) {
+      Note(">", Sender);
+    };
+  }
+  String Hidden, Unpainted;
+  std::string Text;
+};
+
+TEST(DrawEvents, ARefusalStopsThePaintButNotTheChildren) {
+  TDrawing D(
+      "<g id='g'><rect id='r' width='1' height='1'/></g><rect id='s' width='2' height='1'/>");
+  D.Document.SetID(u"d");
+  TEvents Events(D.Document);
+  Events.Unpainted = u"s";
+  EXPECT_EQ(D.Draw(), (Lines{"fill M 0,0 L 1,0 L 1,1 L 0,1 Z"}));
+  EXPECT_NE(Events.Text.find("<g ?r <r >r >g ?s <s >s "), std::string::npos) << Events.Text;
+  Events.Text.clear();
+  Events.Unpainted = u"g";
+  EXPECT_EQ(D.Draw().size(), 2u);
+  EXPECT_NE(Events.Text.find("<g ?r <r >r >g"), std::string::npos) << Events.Text;
+  Events.Text.clear();
+  Events.Hidden = u"g";
+  EXPECT_EQ(D.Draw().size(), 1u);
+  EXPECT_EQ(Events.Text.find('r'), std::string::npos) << Events.Text;
+  EXPECT_EQ(Events.Text.find("<g"), std::string::npos) << Events.Text;
+}
+
+TEST(DrawEvents, AHandlerSeesTheElementsPaints) {
+  TDrawing D("<g fill='#f00' stroke='#0f0' stroke-width='3'><rect width='1' height='1'/></g>");
+  Lines Seen;
+  D.Document.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas& Canvas,
+                             const TRectF&, bool&) {
+    if (static_cast<TSVGElement*>(Sender)->SVGType() == TSVGElementType::etGroup)
+      Seen.push_back(ToUtf8(CanvasColorToString(Canvas.Brush().Color())) + " " +
+                     test::Brief(Canvas.Pen().Thickness()));
+  };
+  D.Draw();
+  EXPECT_EQ(Seen, (Lines{"#FFFF0000 3"}));
+}
+
+TEST(DrawEvents, DisabledElementsAreGrey) {
+  TDrawing D(
+      "<linearGradient id='l'><stop offset='0' stop-color='#f00'/></linearGradient>"
+      "<g id='g'><rect width='1' height='1' fill='#f00' stroke='url(#l)'/></g>");
+  D.Get(u"g").SetEnabled(false);
+  const Lines Grey = D.DrawInFull();
+  ASSERT_EQ(Grey.size(), 2u);
+  EXPECT_TRUE(Grey[0].starts_with("fill #FF4C4C4C 1: ")) << Grey[0];
+  EXPECT_TRUE(Grey[1].starts_with("draw linear(0#FF4C4C4C) 1 ")) << Grey[1];
+  D.Document.OnDisableAppearance = [](TPersistent*, TMatrix&, TQXGPCanvas&, TRectF&,
+                                      bool& DoDefault) { DoDefault = false; };
+  EXPECT_TRUE(D.DrawInFull()[0].starts_with("fill #FFFF0000 1: "));
+  // The element's own paints are as they were.
+  D.Document.OnDisableAppearance = nullptr;
+  D.Get(u"g").SetEnabled(true);
+  EXPECT_TRUE(D.DrawInFull()[1].starts_with("draw linear(0#FFFF0000) 1 "));
+}
+
+// --- Parts of a tree
+
+struct TPartsOfATree : testing::Test {
+  TDrawing D{
+      "<g transform='translate(10,0)'><rect id='a' width='1' height='1'/>"
+      "<rect id='b' width='2' height='1'/></g><rect id='c' width='3' height='1'/>"};
+  TRecordingCanvas Canvas;
+  TSVGElement& Element(StringView ID) { return *D.Document.FindElement(ID); }
+  // The right edges of what was painted.
+  std::string Painted() {
+    std::string Text;
+    for (const std::string& Line : Canvas.Take()) {
+      const std::size_t At = Line.find(" L ") + 3;
+      Text += Line.substr(At, Line.find(',', At) - At) + " ";
+    }
+    return Text;
+  }
+  bool DrawBefore(StringView ID, bool Include) {
+    try {
+      D.Document.DrawBeforeElement(Element(ID), Canvas, Area, Include);
+      return false;
+    } catch (const EAbort&) {
+      return true;
+    }
+  }
+};
+
+TEST_F(TPartsOfATree, OneElementInItsPlace) {
+  D.Document.DrawElement(D.Get(u"b"), Canvas, Area);
+  EXPECT_EQ(Painted(), "12 ");
+  EXPECT_EQ(Canvas.Depth(), 0u);
+  D.Get(u"b").SetVisible(false);
+  D.Document.DrawElement(D.Get(u"b"), Canvas, Area);
+  EXPECT_EQ(Painted(), "");
+}
+
+TEST_F(TPartsOfATree, UpToAnElement) {
+  EXPECT_TRUE(DrawBefore(u"b", false));
+  EXPECT_EQ(Painted(), "11 ");
+  EXPECT_TRUE(DrawBefore(u"b", true));
+  EXPECT_EQ(Painted(), "11 12 ");
+  EXPECT_FALSE(D.Document.OnDrawing);
+  EXPECT_FALSE(D.Document.OnShouldDraw);
+  D.Document.DrawBeforeElement(D.Document, Canvas, Area, false);
+  EXPECT_EQ(Painted(), "");
+}
+
+TEST_F(TPartsOfATree, FromAnElementOn) {
+  D.Document.DrawAfterElement(Element(u"b"), Canvas, Area, false);
+  EXPECT_EQ(Painted(), "3 ");
+  D.Document.DrawAfterElement(Element(u"b"), Canvas, Area, true);
+  EXPECT_EQ(Painted(), "12 3 ");
+}
+
+// --- Clips
+
+TEST(DrawClips, GoThroughTheElementsMatrixAndHoldForChildren) {
+  TDrawing D(
+      "<clipPath id='c'><path clip-rule='evenodd' d='M0 0H10V10H0z'/><rect x='20' width='1' "
+      "height='1'/></clipPath>"
+      "<g clip-path='url(#c)' transform='translate(5,0)'><path d='M0 0H9V9z'/></g>");
+  TRecordingCanvas Canvas;
+  Canvas.RecordsStates = true;
+  D.Document.Draw(Canvas, Area);
+  const std::string Text = Canvas.TakeText();
+  const auto Clip = Text.find(
+      "clip region | M 5,0 L 15,0 L 15,10 L 5,10 Z evenodd | M 25,0 L 26,0 L 26,1 L 25,1 Z\n");
+  const auto Fill = Text.find("fill #FF000000 1: M 5,0");
+  EXPECT_NE(Clip, std::string::npos) << Text;
+  EXPECT_LT(Clip, Fill) << Text;
+  EXPECT_LT(Fill, Text.find("restore", Clip));
+  EXPECT_EQ(Canvas.Depth(), 0u);
+}
+
+TEST(DrawClips, AnEmptyClipOrTheOptionOffDoesNotClip) {
+  for (const char* Clip : {"", "<rect width='0' height='5'/>", "<path d='M0 0L9 9'/>",
+                           "<rect display='none' width='5' height='5'/>"}) {
+    TDrawing D("<clipPath id='c'>" + std::string(Clip) +
+               "</clipPath><rect clip-path='url(#c)' width='9' height='9'/>");
+    TRecordingCanvas Canvas;
+    Canvas.RecordsStates = true;
+    D.Document.Draw(Canvas, Area);
+    const std::string Text = Canvas.TakeText();
+    EXPECT_EQ(Text.find("clip region"), std::string::npos) << Text;
+    EXPECT_NE(Text.find("fill"), std::string::npos) << Text;
+  }
+  TDrawing D(
+      "<clipPath id='c'><rect width='5' height='5'/></clipPath>"
+      "<circle clip-path='url(#c)' r='9'/>");
+  D.Document.SetOptions(D.Document.GetOptions() - TSVGOptions{TSVGOption::soApplyClipping});
+  TRecordingCanvas Canvas;
+  Canvas.RecordsStates = true;
+  D.Document.Draw(Canvas, Area);
+  EXPECT_EQ(Canvas.TakeText().find("clip"), std::string::npos);
+}
+
+// --- What a redraw keeps
+
+struct TRedraw : testing::Test {
+  TDrawing D{
+      "<g id='g'><path id='p' d='M10 10C90 0 90 90 10 90z' fill='#f00' stroke='#00f' "
+      "stroke-width='5'/></g><circle cx='50' cy='50' r='30' fill='#080' opacity='.5'/>"};
+  TQXGPBitmap First{100, 100}, Next{100, 100};
+
+  void Draw(TQXGPBitmap& Target, const TRectF& Rect = Area) {
+    Target.Clear(0xffffffff);
+    D.Document.Draw(Target.GetCanvas(), Rect);
+  }
+  static bool Equal(const TQXGPBitmap& A, const TQXGPBitmap& B) {
+    for (std::int32_t Y = 0; Y < A.GetHeight(); ++Y)
+      if (!std::equal(A.GetPixels().Row(Y), A.GetPixels().Row(Y) + A.GetWidth(),
+                      B.GetPixels().Row(Y)))
+        return false;
+    return true;
+  }
+  static std::size_t Kept() { return QXSharedCoverageBudget().Used(); }
+  void SetUp() override {
+    if (!Services().Canvas.IsSupplied()) GTEST_SKIP() << "no surface";
+  }
+};
+
+TEST_F(TRedraw, KeepsCoverageAndGivesItBackByReset) {
+  const std::size_t Before = Kept();
+  Draw(First);
+  EXPECT_EQ(Kept(), Before) << "what is drawn once keeps nothing";
+  for (int I = 0; I < 4; ++I) {
+    Draw(Next);
+    EXPECT_TRUE(Equal(First, Next)) << "drawing " << I;
+  }
+  EXPECT_GT(Kept(), Before);
+  D.Document.Reset();
+  EXPECT_EQ(Kept(), Before);
+}
+
+TEST_F(TRedraw, SeesEveryChange) {
+  const std::size_t Before = Kept();
+  struct {
+    const char* What;
+    std::function<void()> Do;
+  } const Changes[] = {
+      {"geometry", [&] { D.Get<TSVGPath>(u"p").Data().SetPathString(u"M0 0H50V50z"); }},
+      {"pen", [&] { D.Get(u"p").Pen().SetThickness(15); }},
+      {"join", [&] { D.Get(u"p").Pen().SetJoin(TQXGPStrokeJoin::sjRound); }},
+      {"matrix", [&] { D.Get(u"g").SetMatrix(CreateScaleQXMatrix(0.5f, 0.5f)); }},
+      {"rule", [&] { D.Get<TSVGPath>(u"p").Data().SetPathString(u"M0 0H90V90H0zM9 9H50V50H9z"); }},
+      {"rule set", [&] { D.Get(u"p").SetFillRule(TSVGFillRule::frEvenOdd); }},
+      {"rendering", [&] { D.Get(u"p").SetShapeRendering(TSVGShapeRendering::srnOptimizeSpeed); }},
+  };
+  for (const auto& Change : Changes) {
+    for (int I = 0; I < 4; ++I) Draw(First);
+    Change.Do();
+    Draw(Next);
+    EXPECT_FALSE(Equal(First, Next)) << Change.What;
+    // A tree that keeps nothing draws the same.
+    D.Document.Reset();
+    Draw(First);
+    EXPECT_TRUE(Equal(First, Next)) << Change.What;
+    for (int I = 0; I < 4; ++I) Draw(Next);
+    EXPECT_TRUE(Equal(First, Next)) << Change.What;
+  }
+  D.Document.LoadFromText(test::Wrapped("", ""));
+  EXPECT_EQ(Kept(), Before);
+}
+
+TEST_F(TRedraw, TheClipIsPartOfWhatIsKept) {
+  for (int I = 0; I < 4; ++I) Draw(First);
+  Next.Clear(0xffffffff);
+  {
+    TQXGPCanvas& Canvas = Next.GetCanvas();
+    const TQXCanvasStateLock State(Canvas);
+    Canvas.IntersectClip(QXRect(0, 0, 40, 100));
+    for (int I = 0; I < 3; ++I) {
+      Canvas.Clear(0xffffffff);
+      D.Document.Draw(Canvas, Area);
+    }
+  }
+  EXPECT_EQ(Next.GetPixels().Row(50)[60], 0xffffffffu);
+  EXPECT_EQ(Next.GetPixels().Row(50)[30], First.GetPixels().Row(50)[30]);
+  Draw(Next);
+  EXPECT_TRUE(Equal(First, Next));
+}
+
+TEST(DrawPatterns, TilesLieInUserSpace) {
+  if (!Services().Canvas.IsSupplied()) GTEST_SKIP() << "no surface";
+  TDrawing D(
+      "<pattern id='p' patternUnits='userSpaceOnUse' x='5' y='0' width='20' height='20'>"
+      "<rect width='10' height='20' fill='#f00'/></pattern>"
+      "<g transform='scale(2)'><rect width='50' height='50' fill='url(#p)'/></g>");
+  TQXGPBitmap Target(100, 100);
+  D.Document.Draw(Target.GetCanvas(), Area);
+  // Stripes of twenty pixels from 10 on, every forty.
+  for (const auto& [X, IsRed] : std::vector<std::pair<int, bool>>{
+           {4, false}, {14, true}, {26, true}, {34, false}, {46, false}, {54, true}, {74, false}}) {
+    EXPECT_EQ(Target.GetPixels().Row(50)[X], IsRed ? 0xffff0000u : 0u) << X;
+  }
+}
+
+}  // namespace
+}  // namespace qxsvg

@@ -1,0 +1,164 @@
+// Which element lies under a point, and where an element is.
+#include <gtest/gtest.h>
+
+#include "tests/shapes/Drawing.h"
+
+namespace qxsvg {
+namespace {
+
+using test::TDrawing;
+using enum TSVGFindOption;
+
+TEST(HitTest, FindsWhatWasPaintedOnTop) {
+  TDrawing D(
+      "<rect id='a' width='50' height='50'/><rect id='b' x='20' width='50' height='50'/>"
+      "<rect id='n' x='20' width='50' height='50' pointer-events='none'/>");
+  EXPECT_EQ(D.At(10, 10), "a");
+  EXPECT_EQ(D.At(30, 10), "b");
+  EXPECT_EQ(D.At(90, 10), "");
+  EXPECT_EQ(D.At(NAN, 10), "");
+}
+
+TEST(HitTest, PointerEventsDecideWhatCounts) {
+  struct {
+    const char* Attributes;
+    // At the middle of the square, and on its edge.
+    bool Inside, Edge;
+  } const Cases[] = {
+      {"", true, true},
+      {"fill='none'", false, false},
+      {"fill='none' stroke='#000'", false, true},
+      {"stroke='#000'", true, true},
+      {"fill='none' pointer-events='fill'", true, true},
+      {"fill='none' pointer-events='visibleFill'", true, true},
+      {"pointer-events='stroke'", false, true},
+      {"pointer-events='visibleStroke'", false, true},
+      {"fill='none' pointer-events='all'", true, true},
+      {"fill='none' pointer-events='visible'", true, true},
+      {"fill='none' stroke='#000' pointer-events='painted'", false, true},
+      {"stroke='#000' pointer-events='none'", false, false},
+      {"visibility='hidden'", false, false},
+      {"visibility='hidden' pointer-events='fill'", true, true},
+      {"visibility='hidden' pointer-events='painted'", true, true},
+      {"display='none' pointer-events='visible'", false, false},
+  };
+  for (const auto& Case : Cases) {
+    TDrawing D("<rect id='r' x='20' y='20' width='60' height='60' stroke-width='4' " +
+               std::string(Case.Attributes) + "/>");
+    EXPECT_EQ(D.At(50, 50) == "r", Case.Inside) << Case.Attributes;
+    EXPECT_EQ(D.At(20.5f, 50) == "r", Case.Edge) << Case.Attributes;
+    EXPECT_EQ(D.At(10, 50), "") << Case.Attributes;
+  }
+}
+
+TEST(HitTest, AHairLineIsThreePixelsWide) {
+  for (const char* Attributes :
+       {"stroke-width='1'", "stroke-width='.01'", "transform='scale(.5)' stroke-width='2'",
+        "stroke-width='0'", "stroke-width='1' vector-effect='non-scaling-stroke'"}) {
+    const bool IsHalf = std::string_view(Attributes).starts_with("transform");
+    TDrawing D("<path id='p' stroke='#000' fill='none' d='M10 50H180' " + std::string(Attributes) +
+               "/>");
+    const float Y = IsHalf ? 25 : 50;
+    EXPECT_EQ(D.At(50, Y + 1.4f), "p") << Attributes;
+    EXPECT_EQ(D.At(50, Y + 1.7f), "") << Attributes;
+  }
+  // A wider one keeps its width.
+  TDrawing D("<path id='p' stroke='#000' fill='none' stroke-width='8' d='M10 50H180'/>");
+  EXPECT_EQ(D.At(50, 53.9f), "p");
+  EXPECT_EQ(D.At(50, 54.1f), "");
+}
+
+TEST(HitTest, Options) {
+  TDrawing D(
+      "<g id='g'><circle id='c' cx='50' cy='50' r='40'/></g>"
+      "<g id='d'><rect id='r' width='5' height='5'/></g>"
+      "<rect id='h' x='90' width='5' height='5' visibility='hidden'/>"
+      "<rect id='f' y='90' width='5' height='5' fill='none'/>");
+  D.Get(u"d").SetEnabled(false);
+  struct {
+    float X, Y;
+    TSVGFindOptions Options;
+    const char* Found;
+  } const Cases[] = {
+      {50, 50, {}, "c"},
+      {50, 50, {foFindGroups}, "g"},
+      {50, 50, {foFindNoRecursion}, "c"},
+      {15, 15, {}, ""},
+      {15, 15, {foUseBoundingBox}, "c"},
+      {2, 2, {}, ""},
+      {2, 2, {foFindDisabled}, "r"},
+      {92, 2, {}, ""},
+      {92, 2, {foFindHiddenElements}, "h"},
+      {2, 92, {}, ""},
+      {2, 92, {foFindNonFilled}, "f"},
+      {2, 92, {foUseBoundingBox}, "f"},
+  };
+  for (const auto& Case : Cases)
+    EXPECT_EQ(D.At(Case.X, Case.Y, Case.Options), Case.Found) << Case.X << "," << Case.Y;
+}
+
+TEST(HitTest, TheHostHasTheLastWord) {
+  TDrawing D(
+      "<rect id='a' width='50' height='50'/><g id='g'><rect id='b' width='50' height='50'/>"
+      "</g>");
+  std::string Asked;
+  TSVGElement* Instead = nullptr;
+  bool Refuses = false;
+  D.Document.OnElementFound = [&](TPersistent*, TSVGElement*& Element) {
+    Asked += ToUtf8(Element->ID()) + " ";
+    if (Instead) Element = Instead;
+    if (Refuses && Element->ID() == u"b") Element = nullptr;
+  };
+  EXPECT_EQ(D.At(10, 10, {foFindGroups}), "g");
+  EXPECT_EQ(Asked, "b g ");
+  Instead = D.Document.FindElement(u"a");
+  EXPECT_EQ(D.At(10, 10), "a");
+  Instead = nullptr;
+  Refuses = true;
+  // None at one level: the walk goes on with the sibling below.
+  EXPECT_EQ(D.At(10, 10), "a");
+}
+
+TEST(HitTest, GoesThroughMatricesAndLeavesTheCanvasAsItWas) {
+  TDrawing D(
+      "<clipPath id='c'><rect width='20' height='100'/></clipPath>"
+      "<g transform='translate(50,0) rotate(90)'><rect id='r' width='40' height='10'/></g>"
+      "<rect id='k' y='60' width='40' height='40' clip-path='url(#c)'/>");
+  EXPECT_EQ(D.At(45, 35), "r");
+  EXPECT_EQ(D.At(55, 5), "");
+  EXPECT_EQ(D.At(10, 80), "k");
+  EXPECT_EQ(D.At(30, 80), "");
+  test::TRecordingCanvas Canvas;
+  D.Document.ElementAtPos(Canvas, {10, 80}, QXRect(0, 0, 100, 100), {});
+  EXPECT_EQ(Canvas.Depth(), 0u);
+  EXPECT_EQ(Canvas.GetClipBounds(), QXRect(0, 0, 100, 100));
+  EXPECT_TRUE(Canvas.Take().empty());
+}
+
+TEST(Bounds, OfATurnedElementAreThoseOfItsBox) {
+  TDrawing D("<rect id='r' width='10' height='10' transform='rotate(45)'/>");
+  TSVGGraphicElement& Rectangle = D.Get(u"r");
+  EXPECT_EQ(Rectangle.GetBoundsRect(), QXRect(0, 0, 10, 10));
+  const TRectF Box = Rectangle.GetBoundsRect(QXIdentityMatrix);
+  EXPECT_NEAR(Box.Left, -7.0711f, 1e-3);
+  EXPECT_NEAR(Box.Top, 0, 1e-3);
+  EXPECT_NEAR(Box.Right, 7.0711f, 1e-3);
+  EXPECT_NEAR(Box.Bottom, 14.1421f, 1e-3);
+}
+
+TEST(Bounds, FittingStretchesBothAxes) {
+  const TMatrix M = TSVGElement::FitToRect(QXRect(10, 10, 20, 30), QXRect(0, 0, 100, 100));
+  EXPECT_EQ(QXMatrixTransform(M, TPointF{10, 10}), (TPointF{0, 0}));
+  EXPECT_EQ(QXMatrixTransform(M, TPointF{20, 30}), (TPointF{100, 100}));
+  EXPECT_EQ(TSVGElement::FitToRect(QXRect(10, 10, 10, 30), QXRect(0, 0, 1, 1)), QXIdentityMatrix);
+}
+
+TEST(Bounds, FromTheScreenToTheViewBox) {
+  TDrawing D("<rect id='r' width='1' height='1'/>");
+  EXPECT_EQ(D.Get(u"r").ScreenToLocal({100, 50}, QXRect(0, 0, 200, 200)), (TPointF{50, 25}));
+  // The rectangle's origin plays no part.
+  EXPECT_EQ(D.Get(u"r").ScreenToLocal({100, 50}, QXRect(70, 70, 270, 270)), (TPointF{50, 25}));
+}
+
+}  // namespace
+}  // namespace qxsvg
