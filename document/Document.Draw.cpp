@@ -1,6 +1,7 @@
 // Drawing a document, and what the host is asked and told on the way.
 #include "document/Document.h"
 #include "document/DocumentDrawWrapper.h"
+#include "document/TreeWalk.h"
 
 namespace qxsvg {
 
@@ -8,6 +9,7 @@ namespace {
 
 void DrawUpTo(TDrawEvent Event, TSVGDocument& Document, TSVGElement& Element, const TMatrix& Matrix,
               TQXGPCanvas& Canvas, const TRectF& Rect, bool IncludeElement) {
+  const TTreeWalk Walk(Document);
   if (!Document.ShouldDraw()) return;
   if (&Element == &Document && !IncludeElement) return;
   const TSVGDrawEventWrapper Wrapper(Document, Element, Event, IncludeElement);
@@ -25,11 +27,13 @@ TMatrix TSVGDocument::GetViewMatrix(const TMatrix& Matrix, const TRectF& Rect) {
 }
 
 void TSVGDocument::Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  const TTreeWalk Walk(*this);
   if (ShouldDraw()) TSVGCustomViewBox::Draw(Matrix, Canvas, Rect);
 }
 
 void TSVGDocument::DrawElement(TSVGGraphicElement& Element, const TMatrix& Matrix,
                                TQXGPCanvas& Canvas, const TRectF& Rect) {
+  const TTreeWalk Walk(*this);
   if (ShouldDraw() && Element.GetVisible()) Element.DrawElement(Matrix, Canvas, Rect);
 }
 

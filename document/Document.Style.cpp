@@ -34,18 +34,18 @@ TSVGStyle* TSVGDocument::DoAddStyle(StringView Selector, StringView Style) {
     (*Known)->AddStyle(Style);
     return *Known;
   }
-  auto Rule = std::make_unique<TSVGStyle>(Selector, Style);
-  TSVGStyle* Added = Rule.get();
+  // The table answers for the rule before a handler of the host hears of it, may throw or take it
+  // out again.
+  TSVGStyle* const Added = std::make_unique<TSVGStyle>(Selector, Style).release();
   FStyles.Add(String(Selector), Added);
-  // The table answers for it from here on.
-  (void)Rule.release();
-  return Added;
+  TSVGStyle* const* const Held = FStyles.Find(Selector);
+  return Held ? *Held : nullptr;
 }
 
 void TSVGDocument::ApplyStyles() {
   const TUpdateLock Lock(*this);
-  // The element `svg` is styled by its own sheet first, and then, like every element, by that of the
-  // document around it; a root is so styled from its own attributes twice.
+  // The element `svg` is styled by its own sheet first, and then, like every element, by that of
+  // the document around it; a root is so styled from its own attributes twice.
   ApplyCascade(this);
   TSVGCustomViewBox::ApplyStyles();
 }

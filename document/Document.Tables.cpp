@@ -30,6 +30,16 @@ TSVGElement* TSVGDocument::FindElement(StringView ID) const {
   return Found ? *Found : nullptr;
 }
 
+void TSVGDocument::Unregister(TSVGElement& Element) {
+  std::erase(FStrays, &Element);
+  TSVGElement* const* const Found = FAllItems.Find(Element.ID());
+  if (!Found) return;
+  // After the table was cleared the name may have gone to another, who then stands without it.
+  TSVGElement* const Holder = *Found;
+  FAllItems.Remove(Element.ID());
+  if (Holder != &Element) FStrays.push_back(Holder);
+}
+
 void TSVGDocument::AllItemsNotify(TPersistent*, TSVGElement* const&, TCollectionNotification) {
   FAllItemsModified = true;
 }
@@ -39,9 +49,15 @@ const std::vector<TSVGElement*>& TSVGDocument::CurrentList(const std::vector<TSV
   return List;
 }
 
-const std::vector<TSVGElement*>& TSVGDocument::Gradients() { return CurrentList(FGradients); }
-const std::vector<TSVGElement*>& TSVGDocument::Markers() { return CurrentList(FMarkers); }
-const std::vector<TSVGElement*>& TSVGDocument::Patterns() { return CurrentList(FPatterns); }
+const std::vector<TSVGElement*>& TSVGDocument::Gradients() {
+  return CurrentList(FGradients);
+}
+const std::vector<TSVGElement*>& TSVGDocument::Markers() {
+  return CurrentList(FMarkers);
+}
+const std::vector<TSVGElement*>& TSVGDocument::Patterns() {
+  return CurrentList(FPatterns);
+}
 
 void TSVGDocument::UpdateElementLists() {
   FAllItemsModified = false;

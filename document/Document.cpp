@@ -38,9 +38,11 @@ TSVGDocument::TSVGDocument(TSVGDocument* Outer)
 
 TSVGDocument::~TSVGDocument() {
   // Before the bases go: what dies now still finds the tables, and no event leaves any more.
-  FElementState.Include(TSVGElementStateFlag::esDestroying);
-  Items().Clear();
+  Depart(true);
   DestroyStyles();
+  // What was taken out of the tree lives on with whoever took it.
+  FAllItems.ForEach([](const auto& Entry) { Entry.FValue->FOwner = nullptr; });
+  for (TSVGElement* Stray : FStrays) Stray->FOwner = nullptr;
 }
 
 void TSVGDocument::CopyRenderingDefaults() {
@@ -51,7 +53,10 @@ void TSVGDocument::CopyRenderingDefaults() {
 void TSVGDocument::Clear() {
   const TUpdateLock Lock(*this);
   TSVGCustomViewBox::Clear();
+  FAllItems.ForEach([this](const auto& Entry) { FStrays.push_back(Entry.FValue); });
   FAllItems.Clear();
+  // The table's own lock keeps it silent about this.
+  FAllItemsModified = true;
   DestroyStyles();
   CopyRenderingDefaults();
 }

@@ -179,7 +179,8 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   bool DoDisableAppearance(TSVGElement* Sender, TMatrix& Matrix, TQXGPCanvas& Canvas,
                            TRectF& Rect) override;
   TSVGElement* DoOnElementFound(TSVGElement* Element) override;
-  // Adds a declaration list to the rule of that selector, made when missing; gives the rule.
+  // Adds a declaration list to the rule of that selector, made when missing; gives the rule, or
+  // null where a handler of OnAddStyle took it out again.
   virtual TSVGStyle* DoAddStyle(StringView Selector, StringView Style);
   virtual void UpdateElementLists();
   virtual void DoLoading();
@@ -192,8 +193,11 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
  private:
   friend class TSVGElement;
   friend class TSVGGraphicElement;
+  friend class TTreeWalk;
 
   void CopyRenderingDefaults();
+  // Takes the key of an element that ends out of the table.
+  void Unregister(TSVGElement& Element);
   void DestroyStyles();
   const std::vector<TSVGElement*>& CurrentList(const std::vector<TSVGElement*>& List);
 
@@ -210,6 +214,12 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   TSVGColorInterpolation FDefaultColorInterpolation = TSVGColorInterpolation::sciSRGB;
   String FFormatStr;
   std::vector<TSVGElement*> FGradients, FMarkers, FPatterns;
+  // Living elements of this document that are not in its table: they were in no tree when the table
+  // was cleared.
+  std::vector<TSVGElement*> FStrays;
+  // See TTreeWalk.
+  std::vector<std::unique_ptr<TSVGElement>> FDeparted;
+  std::int32_t FWalks = 0;
   bool FAllItemsModified = false;
 };
 

@@ -1,6 +1,6 @@
 // Emptying and copying elements.
-#include "document/Document.h"
 #include "document/Element.h"
+#include "document/Document.h"
 #include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
 
@@ -28,7 +28,6 @@ void TSVGElement::AssignProperties(const TSVGElement* Source) {
     const TextBlock& From = Source->Texts();
     To.Title = From.Title;
     To.Language = From.Language;
-    FAttributes = Source->FAttributes;
     To.Description.Assign(&From.Description);
     To.Classes.Assign(&From.Classes);
     To.SystemLanguages.Assign(&From.SystemLanguages);
@@ -42,6 +41,8 @@ void TSVGElement::Assign(const TPersistent* Source) {
   const auto* const Other = dynamic_cast<const TSVGElement*>(Source);
   if (!Other) return TPersistent::Assign(Source);
   if (Other == this) return;
+  // What is within this element would end with the present children.
+  if (HasDescendant(Other)) return Assign(Other->Clone(nullptr).get());
   const TUpdateLock Lock(*this);
   Clear();
   AssignProperties(Other);
@@ -55,11 +56,12 @@ std::unique_ptr<TSVGElement> TSVGElement::Clone(TSVGDocument* Document) const {
   std::unique_ptr<TSVGElement> Result = Create(Document);
   const TUpdateLock Lock(*Result);
   Result->AssignProperties(this);
-  for (std::int32_t I = 0; I < FItems.Count(); ++I)
-    Result->FItems.Add(FItems[I]->Clone(Document));
+  for (std::int32_t I = 0; I < FItems.Count(); ++I) Result->FItems.Add(FItems[I]->Clone(Document));
   return Result;
 }
 
-void TSVGElement::AssignTo(TPersistent* Dest) const { TPersistent::AssignTo(Dest); }
+void TSVGElement::AssignTo(TPersistent* Dest) const {
+  TPersistent::AssignTo(Dest);
+}
 
 }  // namespace qxsvg

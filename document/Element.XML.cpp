@@ -1,8 +1,9 @@
 // An element's way in from XML and out to it.
+#include "document/Element.h"
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
-#include "document/Element.h"
 #include "document/NodeWriters.h"
+#include "document/TreeWalk.h"
 #include "runtime/UpdateLock.h"
 
 namespace qxsvg {
@@ -13,13 +14,22 @@ constexpr StringView ListDelimiters = u", ";
 
 }  // namespace
 
-// --- Reading --------------------------------------------------------------------------------------
+// --- Reading
+// --------------------------------------------------------------------------------------
 
 void TSVGElement::LoadFromXML(IXMLNode& Node) {
+  const TTreeWalk Walk(*this);
   const TUpdateLock Lock(*this);
-  DoOnParsingNode(this, Node);
-  DoLoadFromXML(Node);
-  DoOnParsedNode(this);
+  try {
+    DoOnParsingNode(this, Node);
+    DoLoadFromXML(Node);
+    ReadChildren(Node);
+    DoOnParsedNode(this);
+  } catch (...) {
+    // What was read up to here stays, and shall be drawn like anything else.
+    FElementState.Exclude(TSVGElementStateFlag::esReading);
+    throw;
+  }
 }
 
 void TSVGElement::DoLoadFromXML(IXMLNode& Node) {
@@ -56,11 +66,14 @@ void TSVGElement::DoOnParsedNode(TSVGElement* Element) {
   FElementState.Exclude(TSVGElementStateFlag::esReading);
 }
 
-// --- Writing --------------------------------------------------------------------------------------
+// --- Writing
+// --------------------------------------------------------------------------------------
 
 void TSVGElement::SaveToXML(IXMLNode& Node) {
+  const TTreeWalk Walk(*this);
   if (!DoOnSavingElement(this, Node)) return;
   DoSaveToXML(Node);
+  WriteChildren(Node);
   DoOnSavedElement(this, Node);
 }
 
@@ -81,8 +94,8 @@ void TSVGElement::DoSaveToXML(IXMLNode& Node) {
 }
 
 bool TSVGElement::DoOnSavingElement(TSVGElement* Element, IXMLNode& Node) {
-  const bool IsWanted = Element->IsEnabled() ||
-                        (FOwner && GetOptions().Has(TSVGOption::soExportDisabled));
+  const bool IsWanted =
+      Element->IsEnabled() || (FOwner && GetOptions().Has(TSVGOption::soExportDisabled));
   const bool DoSave = IsWanted && (!FOwner || FOwner->DoOnSavingElement(Element, Node));
   if (DoSave) FElementState.Include(TSVGElementStateFlag::esWriting);
   return DoSave;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
 #include "runtime/Exceptions.h"
@@ -44,8 +45,14 @@ constexpr TProperty Properties[] = {
     Property<&TSVGElement::Tag, &TSVGElement::SetTag>(u"Tag", StoredUnless<&TSVGElement::Tag, 0>),
 };
 
-void AddOnce(std::vector<TSVGElement*>& List, TSVGElement* Element) {
-  if (std::find(List.begin(), List.end(), Element) == List.end()) List.push_back(Element);
+bool Holds(const std::vector<TSVGElement*>& List, const TSVGElement* Element) {
+  return std::find(List.begin(), List.end(), Element) != List.end();
+}
+
+// From the end, as a tree is torn down.
+void Drop(std::vector<TSVGElement*>& List, const TSVGElement* Element) {
+  const auto Found = std::find(List.rbegin(), List.rend(), Element);
+  if (Found != List.rend()) List.erase(std::next(Found).base());
 }
 
 }  // namespace
@@ -59,19 +66,46 @@ struct TSVGElement::LinkBlock {
   std::vector<TSVGElement*> Sources;
 };
 
-TSVGElement::TSVGElement(TSVGDocument* Document) : FOwner(Document) {
-  FItems.OnNotify = TSVGElementList::NotifyMethod::Bind<&TSVGElement::ItemsNotify>(this);
+TSVGElement::TSVGElement(TSVGDocument* Document) : FOwner(Document), FItems(*this) {
   RegisterFirstID();
 }
 
 TSVGElement::~TSVGElement() {
+  Depart(true);
+  // Whoever was busy with the element when it departed may have given it children since.
+  ClearQuietly();
+  for (TSVGElement* Left : FItems) Left->FParent = nullptr;
+}
+
+void TSVGElement::ClearQuietly() noexcept {
+  // No further than there are children now, as a handler may add more each time.
+  for (std::int32_t Left = FItems.Count(); Left > 0 && FItems.Count() > 0; --Left) {
+    try {
+      FItems.Remove(FItems[FItems.Count() - 1]);
+    } catch (...) {
+      // The child has ended although a handler threw, and nobody can hold up the end of its parent.
+    }
+  }
+}
+
+void TSVGElement::Depart(bool IsInParent) noexcept {
+  if (FElementState.Has(TSVGElementStateFlag::esDestroying)) return;
   FElementState.Include(TSVGElementStateFlag::esDestroying);
-  FItems.Clear();
-  if (FParent) FParent->FItems.Forget(this);
-  FParent = nullptr;
-  NotifyListeners();
+  ClearQuietly();
+  try {
+    if (FParent && IsInParent) FParent->FItems.Forget(this);
+    if (FParent) SetParent(nullptr);
+  } catch (...) {
+    FParent = nullptr;
+  }
+  try {
+    NotifyListeners();
+  } catch (...) {
+    // As for the children.
+  }
   DropLinks();
-  if (FOwner && FOwner->AllItems().ContainsKey(FID)) FOwner->AllItems().Remove(FID);
+  if (FOwner) FOwner->Unregister(*this);
+  FOwner = nullptr;
 }
 
 TPersistent* TSVGElement::GetOwner() const {
@@ -86,37 +120,33 @@ void TSVGElement::SetParent(TSVGElement* Parent) {
   FParent = Parent;
 }
 
-void TSVGElement::ItemsNotify(TSVGElementList*, TSVGElement* Item, TCollectionNotification Action) {
-  ElementNotification(nullptr, Item, Action);
-}
-
 void TSVGElement::ElementNotification(TSVGElement*, TSVGElement* Item,
                                       TCollectionNotification Action) {
   switch (Action) {
-    case TCollectionNotification::cnAdded: {
-      const bool IsAllowed = ChildSVGTypes().Has(Item->GetSVGType()) || Item->IsPlaceholder();
-      if (!IsAllowed) {
-        (void)FItems.Extract(Item).release();
-        throw ESVGException(SInvalidChildType, {SVGTypeName(), Item->SVGTypeName()});
-      }
-      CheckDepth(Item);
+    case TCollectionNotification::cnAdded:
+      CheckPlace(Item);
       Item->SetParent(this);
       break;
-    }
-    case TCollectionNotification::cnRemoved: FItems.Destroy(Item); break;
+    case TCollectionNotification::cnRemoved: Item->Depart(false); break;
     case TCollectionNotification::cnExtracted: Item->SetParent(nullptr); break;
   }
   if (FOwner && static_cast<TSVGElement*>(FOwner) != this)
     FOwner->ElementNotification(this, Item, Action);
 }
 
-void TSVGElement::CheckDepth(TSVGElement* Item) {
+void TSVGElement::CheckPlace(TSVGElement* Item) {
+  const auto Refuse = [&](const auto& Reason) {
+    FItems.Refuse(Item);
+    throw Reason;
+  };
+  if (!ChildSVGTypes().Has(Item->GetSVGType()) && !Item->IsPlaceholder())
+    Refuse(ESVGException(SInvalidChildType, {SVGTypeName(), Item->SVGTypeName()}));
   int Above = 1;
-  for (const TSVGElement* E = this; E; E = E->FParent) ++Above;
-  if (Above + Item->FHeight > Limits::NestingDepth) {
-    (void)FItems.Extract(Item).release();
-    throw ESVGException(SNestingDepthLimit);
+  for (const TSVGElement* E = this; E; E = E->FParent) {
+    if (E == Item) Refuse(EInvalidOperation(SElementParentSetToSelf));
+    ++Above;
   }
+  if (Above + Item->FHeight > Limits::NestingDepth) Refuse(ESVGException(SNestingDepthLimit));
   int Height = Item->FHeight + 1;
   for (TSVGElement* E = this; E && E->FHeight < Height; E = E->FParent)
     E->FHeight = static_cast<std::uint16_t>(Height++);
@@ -212,6 +242,7 @@ void TSVGElement::ObjectPropChange(TPersistent*) {
 }
 
 void TSVGElement::PropagateObjectPropChange(TPersistent* Sender) {
+  const TTreeWalk Walk(*this);
   Change(this);
   for (std::int32_t I = 0; I < FItems.Count(); ++I) FItems[I]->PropagateObjectPropChange(Sender);
 }
@@ -225,35 +256,45 @@ void TSVGElement::NotifyListeners() {
   // A listener may destroy others, or this element: the shared block outlives both, and whoever is
   // gone is no longer in it.
   const std::shared_ptr<LinkBlock> Links = FLinks;
-  for (TSVGElement* Listener : std::vector<TSVGElement*>(Links->Listeners)) {
-    const auto& Now = Links->Listeners;
-    if (std::find(Now.begin(), Now.end(), Listener) != Now.end()) Listener->NotifyListener(this);
-  }
+  for (TSVGElement* Listener : std::vector<TSVGElement*>(Links->Listeners))
+    if (Holds(Links->Listeners, Listener)) Listener->NotifyListener(this);
 }
 
 void TSVGElement::ChangeNotification(TSVGElement* Listener) {
   if (!FLinks) FLinks = std::make_shared<LinkBlock>();
   if (!Listener->FLinks) Listener->FLinks = std::make_shared<LinkBlock>();
-  AddOnce(FLinks->Listeners, Listener);
-  AddOnce(Listener->FLinks->Sources, this);
+  auto& Listeners = FLinks->Listeners;
+  auto& Sources = Listener->FLinks->Sources;
+  // Both lists know of each pair; one of them may be as long as the document.
+  const bool IsKnown =
+      Listeners.size() < Sources.size() ? Holds(Listeners, Listener) : Holds(Sources, this);
+  if (IsKnown) return;
+  Sources.reserve(Sources.size() + 1);
+  Listeners.push_back(Listener);
+  Sources.push_back(this);
 }
 
 void TSVGElement::RemoveChangeNotification(TSVGElement* Listener) {
-  if (FLinks) std::erase(FLinks->Listeners, Listener);
-  if (Listener->FLinks) std::erase(Listener->FLinks->Sources, this);
+  if (!FLinks || !Listener->FLinks) return;
+  Drop(FLinks->Listeners, Listener);
+  Drop(Listener->FLinks->Sources, this);
 }
 
 void TSVGElement::RemoveAllListeners() {
   if (!FLinks) return;
-  for (TSVGElement* Listener : FLinks->Listeners) std::erase(Listener->FLinks->Sources, this);
+  for (TSVGElement* Listener : FLinks->Listeners) Drop(Listener->FLinks->Sources, this);
   FLinks->Listeners.clear();
 }
 
 void TSVGElement::DropLinks() {
   if (!FLinks) return;
   RemoveAllListeners();
-  for (TSVGElement* Source : FLinks->Sources) std::erase(Source->FLinks->Listeners, this);
+  for (TSVGElement* Source : FLinks->Sources) Drop(Source->FLinks->Listeners, this);
   FLinks->Sources.clear();
+}
+
+void TSVGElement::ApplyStyles() {
+  for (std::int32_t I = 0; I < FItems.Count(); ++I) FItems[I]->ApplyStyles();
 }
 
 void TSVGElement::Reset() {

@@ -22,13 +22,13 @@ class TSVGGraphicElement;
 // Holds what every SVG element has, whether or not it paints: identifier, texts, conditional
 // processing, children, and the links to parent and document.
 //
-// A parent owns its children; parent and document are not owned. An element belongs to one thread at a
-// time. Coordinates are user units of the element's own system unless said otherwise.
+// A parent owns its children; parent and document are not owned. An element belongs to one thread
+// at a time. Coordinates are user units of the element's own system unless said otherwise.
 class QXSVG_API TSVGElement : public TPersistent {
  public:
   // Document may be null and is not owned. With one, the element registers itself there under a
-  // made-up identifier "ID#" and the number of elements so far, and so is in the document's table from
-  // birth. Raises ESVGException when the document holds too many elements.
+  // made-up identifier "ID#" and the number of elements so far, and so is in the document's table
+  // from birth. Raises ESVGException when the document holds too many elements.
   explicit TSVGElement(TSVGDocument* Document);
   ~TSVGElement() override;
 
@@ -54,8 +54,8 @@ class QXSVG_API TSVGElement : public TPersistent {
   virtual bool IsCompactXML() const;
   // Copies what AssignProperties of the class knows; children, Enabled and Tag do not travel.
   virtual void AssignProperties(const TSVGElement* Source);
-  // A copy of the element with its children, in Document (may be null). Its identifier is made unique
-  // there, or raises in a document with soEnforceUniqueID.
+  // A copy of the element with its children, in Document (may be null). Its identifier is made
+  // unique there, or raises in a document with soEnforceUniqueID.
   std::unique_ptr<TSVGElement> Clone(TSVGDocument* Document) const;
 
   // The type of this element; a placeholder answers for the name it stands for.
@@ -131,8 +131,8 @@ class QXSVG_API TSVGElement : public TPersistent {
   bool IsUpdating() const { return FUpdateCount > 0; }
   // Calls Change(nullptr) when the outermost update ends.
   void EndUpdate();
-  // Tells that Element changed (null: many things did). Goes up the class chain, dropping caches, and
-  // on to the document.
+  // Tells that Element changed (null: many things did). Goes up the class chain, dropping caches,
+  // and on to the document.
   virtual void Change(TSVGElement* Element);
   // For setters that have no notice of their own.
   virtual void EnableChange();
@@ -183,8 +183,12 @@ class QXSVG_API TSVGElement : public TPersistent {
   virtual TSVGDocument* DocumentOfChildren() { return FOwner; }
   virtual void DoLoadFromXML(IXMLNode& Node);
   virtual void DoSaveToXML(IXMLNode& Node);
+  // What stands between the element's own part and its end; the base keeps no children in XML.
+  virtual void ReadChildren(IXMLNode&) {}
+  virtual void WriteChildren(IXMLNode&) {}
   virtual bool DoShouldDraw();
-  // Runs for every change of the children.
+  // Runs for every change of the children. Sender is null for the element's own list, and the
+  // element below where a document hears of one.
   virtual void ElementNotification(TSVGElement* Sender, TSVGElement* Item,
                                    TCollectionNotification Action);
   // A string list or another held object that the children do not inherit changed.
@@ -204,6 +208,7 @@ class QXSVG_API TSVGElement : public TPersistent {
 
  private:
   friend class TSVGDocument;
+  friend class TSVGElementList;
 
   // What most elements have none of.
   struct TextBlock {
@@ -215,9 +220,12 @@ class QXSVG_API TSVGElement : public TPersistent {
   const TextBlock& Texts() const { return FTexts ? *FTexts : NoTexts(); }
   static const TextBlock& NoTexts();
   TextBlock& TextsForWriting();
-  void ItemsNotify(TSVGElementList* List, TSVGElement* Item, TCollectionNotification Action);
   void RegisterFirstID();
-  void CheckDepth(TSVGElement* Item);
+  void CheckPlace(TSVGElement* Item);
+  // The end of the element as others see it: no children, parent, listeners, identifier and
+  // document afterwards, and esDestroying set. Only once; handlers that throw are passed over.
+  void Depart(bool IsInParent) noexcept;
+  void ClearQuietly() noexcept;
   void RemoveAllListeners();
   void DropLinks();
 
@@ -226,8 +234,8 @@ class QXSVG_API TSVGElement : public TPersistent {
   TSVGElement* FParent = nullptr;
   TSVGElementList FItems;
   std::unique_ptr<TextBlock> FTexts;
-  // Listeners, and the elements that this one listens to. Shared so that a walk over it survives the
-  // element.
+  // Listeners, and the elements that this one listens to. Shared so that a walk over it survives
+  // the element.
   std::shared_ptr<LinkBlock> FLinks;
   std::intptr_t FTag = 0;
   std::int32_t FUpdateCount = 0;

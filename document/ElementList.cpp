@@ -1,8 +1,7 @@
 #include "document/ElementList.h"
 
-#include <algorithm>
-
 #include "document/Element.h"
+#include "document/TreeWalk.h"
 
 namespace qxsvg {
 
@@ -20,22 +19,27 @@ std::int32_t TSVGElementList::IndexOf(const TSVGElement* Item) const {
   return -1;
 }
 
+void TSVGElementList::Notify(TSVGElement* Item, TCollectionNotification Action) {
+  FOwner.ElementNotification(nullptr, Item, Action);
+}
+
 std::int32_t TSVGElementList::AddOwned(std::unique_ptr<TSVGElement>& Item) {
+  if (!Item) throw EInvalidOperation(u"There is no element to add");
+  const TTreeWalk Walk(FOwner);
   TSVGElement* const Raw = Item.get();
-  const std::int32_t Index = Count();
   FItems.push_back(std::move(Item));
-  if (!OnNotify) return Index;
-  TSVGElement* const Outer = std::exchange(FAdding, Raw);
   try {
-    OnNotify(this, Raw, TCollectionNotification::cnAdded);
+    Notify(Raw, TCollectionNotification::cnAdded);
   } catch (...) {
-    const bool WasRefused = FAdding != Raw;
-    FAdding = Outer;
-    if (WasRefused) Item.reset(Raw);
+    if (FRefused.get() == Raw) Item = std::move(FRefused);
     throw;
   }
-  FAdding = Outer;
-  return Index;
+  return IndexOf(Raw);
+}
+
+void TSVGElementList::Refuse(TSVGElement* Item) {
+  FRefused = TakeOut(Item);
+  Notify(Item, TCollectionNotification::cnExtracted);
 }
 
 std::unique_ptr<TSVGElement> TSVGElementList::TakeOut(TSVGElement* Item) {
@@ -47,47 +51,39 @@ std::unique_ptr<TSVGElement> TSVGElementList::TakeOut(TSVGElement* Item) {
 }
 
 void TSVGElementList::Remove(TSVGElement* Item) {
-  std::unique_ptr<TSVGElement> Outer = TakeOut(Item);
-  if (!Outer) return;
-  std::swap(FLeaving, Outer);
-  TSVGElement* const OuterDying = std::exchange(FDying, Item);
-  const auto Restore = [&] {
-    FLeaving = std::move(Outer);
-    FDying = OuterDying;
-  };
+  const TTreeWalk Walk(FOwner);
+  std::unique_ptr<TSVGElement> Held = TakeOut(Item);
+  if (!Held) return;
   try {
-    if (OnNotify) OnNotify(this, Item, TCollectionNotification::cnRemoved);
+    Notify(Item, TCollectionNotification::cnRemoved);
   } catch (...) {
-    Restore();
+    // The handler of the host stands before the end of the item, which comes all the same.
+    Item->Depart(false);
+    TTreeWalk::Bury(FOwner, std::move(Held));
     throw;
   }
-  Restore();
-}
-
-void TSVGElementList::Destroy(TSVGElement* Item) {
-  if (FLeaving.get() == Item) FLeaving.reset();
-}
-
-void TSVGElementList::Forget(TSVGElement* Dying) {
-  if (Dying == FDying) return;
-  (void)TakeOut(Dying).release();
-  if (OnNotify) OnNotify(this, Dying, TCollectionNotification::cnExtracted);
+  TTreeWalk::Bury(FOwner, std::move(Held));
 }
 
 std::unique_ptr<TSVGElement> TSVGElementList::Extract(TSVGElement* Item) {
+  const TTreeWalk Walk(FOwner);
   std::unique_ptr<TSVGElement> Result = TakeOut(Item);
-  if (!Result) return nullptr;
-  if (OnNotify) OnNotify(this, Item, TCollectionNotification::cnExtracted);
-  if (FAdding == Item) {
-    // The child is being refused: the caller of Add gets it back, so nobody else may own it.
-    FAdding = nullptr;
-    (void)Result.release();
-  }
+  if (Result) Notify(Item, TCollectionNotification::cnExtracted);
   return Result;
 }
 
+void TSVGElementList::Forget(TSVGElement* Dying) {
+  if (std::unique_ptr<TSVGElement> Held = TakeOut(Dying)) {
+    (void)Held.release();
+    Notify(Dying, TCollectionNotification::cnExtracted);
+  }
+}
+
 void TSVGElementList::Clear() {
-  while (!FItems.empty()) Remove(FItems.back().get());
+  const TTreeWalk Walk(FOwner);
+  // A handler may add children meanwhile; this ends all the same.
+  for (std::int32_t Left = Count(); Left > 0 && !FItems.empty(); --Left)
+    Remove(FItems.back().get());
 }
 
 }  // namespace qxsvg

@@ -10,15 +10,12 @@ namespace qxsvg {
 
 class TSVGElement;
 
-// Owns its items. OnNotify is told of each change, with the list as sender; for a removal it gets the
-// item while that still exists and destroys it through Destroy, so that the owner decides what comes
-// before and after.
+// Owns its items. The element whose children they are is told of each change
+// (TSVGElement::ElementNotification): of an addition with the item in the list, of the others with
+// the item out of it and still in memory.
 class QXSVG_API TSVGElementList {
  public:
-  using NotifyMethod = TMethod<void(TSVGElementList*, TSVGElement*, TCollectionNotification)>;
-  NotifyMethod OnNotify;
-
-  TSVGElementList() = default;
+  explicit TSVGElementList(TSVGElement& Owner) : FOwner(Owner) {}
   TSVGElementList(const TSVGElementList&) = delete;
   TSVGElementList& operator=(const TSVGElementList&) = delete;
   ~TSVGElementList();
@@ -29,8 +26,10 @@ class QXSVG_API TSVGElementList {
   std::int32_t IndexOf(const TSVGElement* Item) const;
   bool Contains(const TSVGElement* Item) const { return IndexOf(Item) >= 0; }
 
-  // Gives the index. Takes ownership only when the child is accepted: where the notification refuses
-  // it and raises, Item still holds the element.
+  // Gives the index, or -1 where a handler took the child away again. Takes ownership only when the
+  // child is accepted: where it is refused (ESVGException for its type or for the depth of the
+  // tree, EInvalidOperation for no child and for one that has the list within it), Item still holds
+  // it. What a handler of the host raises passes out, with the child in the list.
   template <class T>
   std::int32_t Add(std::unique_ptr<T>&& Item) {
     std::unique_ptr<TSVGElement> Child(Item.release());
@@ -47,12 +46,6 @@ class QXSVG_API TSVGElementList {
   std::unique_ptr<TSVGElement> Extract(TSVGElement* Item);
   // Destroys all items, the last first.
   void Clear();
-
-  // Destroys the item whose removal is being told. Only for the handler of OnNotify.
-  void Destroy(TSVGElement* Item);
-  // Lets go of an item whose destructor is running, and tells that it was extracted unless its
-  // removal is being told already. Only for that destructor.
-  void Forget(TSVGElement* Dying);
 
   // Iterates over plain pointers. Handlers that run on the way may change the list: walks that call
   // any use indices and ask for Count anew.
@@ -73,16 +66,20 @@ class QXSVG_API TSVGElementList {
   Iterator end() const { return Iterator(FItems.data() + FItems.size()); }
 
  private:
+  friend class TSVGElement;
+
   std::int32_t AddOwned(std::unique_ptr<TSVGElement>& Item);
   std::unique_ptr<TSVGElement> TakeOut(TSVGElement* Item);
+  void Notify(TSVGElement* Item, TCollectionNotification Action);
+  // Gives an item that is being added back to the caller of Add, who hears of it by an exception.
+  void Refuse(TSVGElement* Item);
+  // Lets go of an item whose destructor is running.
+  void Forget(TSVGElement* Dying);
 
+  TSVGElement& FOwner;
   std::vector<std::unique_ptr<TSVGElement>> FItems;
-  // The item being removed, until the handler destroys it.
-  std::unique_ptr<TSVGElement> FLeaving;
-  // The same item, still known while its destructor runs.
-  TSVGElement* FDying = nullptr;
-  // The item that Extract took out while its own Add was still under way.
-  TSVGElement* FAdding = nullptr;
+  // Between Refuse and the end of Add.
+  std::unique_ptr<TSVGElement> FRefused;
 };
 
 }  // namespace qxsvg

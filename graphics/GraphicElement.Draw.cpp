@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "foundation/Writers.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/surface/Canvas.h"
@@ -43,11 +44,13 @@ void TSVGGraphicElement::Draw(TQXGPCanvas& Canvas, const TRectF& Rect) {
 }
 
 void TSVGGraphicElement::Draw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+  const TTreeWalk Walk(*this);
   if (ShouldDraw()) InternalDraw(Matrix, Canvas, Rect);
 }
 
 void TSVGGraphicElement::DrawElement(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                      const TRectF& Rect) {
+  const TTreeWalk Walk(*this);
   if (!ShouldDraw() || !GetVisible()) return;
   const TQXCanvasStateLock State(Canvas);
   TMatrix M = Matrix;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/surface/Canvas.h"
 
@@ -40,6 +41,7 @@ TSVGElement* TSVGGraphicElement::ElementAtPos(TQXGPCanvas& Canvas, TPointF Point
 TSVGElement* TSVGGraphicElement::ElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                               TPointF Point, const TRectF& Rect,
                                               const TSVGFindOptions& Options) {
+  const TTreeWalk Walk(*this);
   const TSVGPointerEvents Events = GetPointerEvents();
   if (Events == peNone) return nullptr;
   if (VisibleGroup.Has(Events) && !ShouldDraw() &&

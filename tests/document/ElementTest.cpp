@@ -276,7 +276,7 @@ TEST(ElementConditions, FollowFeaturesExtensionsAndLanguages) {
 
 TEST(ElementGeometry, FitToRectMapsSourceOntoDest) {
   const TMatrix M = TSVGElement::FitToRect(QXRect(10, 20, 30, 60), QXRect(0, 0, 40, 40));
-  const TPointF P = TPointF{20, 40} * M;
+  const TPointF P = QXMatrixTransform(M, TPointF{20, 40});
   EXPECT_FLOAT_EQ(P.X, 20);
   EXPECT_FLOAT_EQ(P.Y, 20);
   EXPECT_TRUE(TSVGElement::FitToRect(QXRect(0, 0, 0, 5), QXRect(1, 1, 2, 2)) == TMatrix());

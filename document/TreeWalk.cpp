@@ -1,0 +1,36 @@
+#include "document/TreeWalk.h"
+
+#include <utility>
+
+#include "document/Document.h"
+
+namespace qxsvg {
+
+namespace {
+
+// Null for what belongs to no document.
+TSVGDocument* RootOf(TSVGElement& Element) {
+  TSVGDocument* Root = Element.AsDocument();
+  if (!Root) Root = Element.Document();
+  while (Root && Root->Document()) Root = Root->Document();
+  return Root;
+}
+
+}  // namespace
+
+TTreeWalk::TTreeWalk(TSVGElement& Element) : FRoot(RootOf(Element)) {
+  if (FRoot) ++FRoot->FWalks;
+}
+
+TTreeWalk::~TTreeWalk() {
+  if (!FRoot || --FRoot->FWalks > 0) return;
+  // What dies may have children yet, whose removal is a walk too.
+  while (!FRoot->FDeparted.empty()) std::exchange(FRoot->FDeparted, {}).clear();
+}
+
+void TTreeWalk::Bury(TSVGElement& Place, std::unique_ptr<TSVGElement> Departed) {
+  TSVGDocument* const Root = RootOf(Place);
+  if (Root && Root->FWalks > 0) Root->FDeparted.push_back(std::move(Departed));
+}
+
+}  // namespace qxsvg

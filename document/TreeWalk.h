@@ -1,0 +1,36 @@
+// What keeps elements in memory as long as somebody walks over their tree.
+#pragma once
+
+#include <memory>
+
+#include "runtime/Export.h"
+
+namespace qxsvg {
+
+class TSVGDocument;
+class TSVGElement;
+
+// Held by whatever goes through a tree and calls handlers of the host on the way: loading, saving,
+// drawing, hit testing, telling of changes, and changing a list of children. An element that a
+// handler removes has ended for everybody else (children, listeners, identifier), but stays in
+// memory until the outermost walk over its root document is over: who is still busy with it finds
+// it empty, without parent and document.
+//
+// The root document itself has to outlive the walk, and so has an element that a handler extracts
+// and thereby owns.
+class QXSVG_API TTreeWalk {
+ public:
+  explicit TTreeWalk(TSVGElement& Element);
+  TTreeWalk(const TTreeWalk&) = delete;
+  TTreeWalk& operator=(const TTreeWalk&) = delete;
+  ~TTreeWalk();
+
+  // Takes an element that has left its tree, which is destroyed now or when the walk over the root
+  // of Place ends.
+  static void Bury(TSVGElement& Place, std::unique_ptr<TSVGElement> Departed);
+
+ private:
+  TSVGDocument* FRoot;
+};
+
+}  // namespace qxsvg

@@ -1,0 +1,336 @@
+// Handlers of the host that change the tree, or throw, while it is built, read, written, drawn,
+// asked and torn down. A memory checker sees most of what these tests are about.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "document/QXSVG.h"
+#include "document/XML.h"
+#include "foundation/Messages.h"
+#include "graphics/surface/QXGraphics.h"
+#include "runtime/Exceptions.h"
+#include "runtime/UpdateLock.h"
+#include "shapes/QXSVG.BasicShapes.h"
+
+namespace qxsvg {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::string_view Drawing =
+    "<svg viewBox='0 0 20 20'><g id='a'><rect id='a1' width='20' height='20'/><g id='a2'>"
+    "<rect id='a3' width='5' height='5'/></g></g><g id='b'><circle id='b1' cx='5' cy='5' r='5'/>"
+    "</g><use xlink:href='#a' xmlns:xlink='http://www.w3.org/1999/xlink' id='u'/></svg>";
+
+struct Boom : std::exception {};
+
+template <class T>
+T* AddNew(TSVGElement& Parent, TSVGDocument* Document) {
+  auto Item = std::make_unique<T>(Document);
+  T* Added = Item.get();
+  Parent.Items().Add(std::move(Item));
+  return Added;
+}
+
+void RemoveFromTree(TSVGElement* Element) {
+  if (Element && Element->Parent()) Element->Parent()->Items().Remove(Element);
+}
+
+// One way through the tree, with the identifiers that its handler hears.
+struct Walk {
+  const char* Name;
+  void (*Run)(TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act);
+};
+
+void DrawOnce(TSVGDocument& Doc) {
+  TQXGPBitmap Bitmap(20, 20);
+  Doc.Draw(Bitmap.GetCanvas(), QXRect(0, 0, 20, 20));
+}
+
+const Walk Walks[] = {
+    {"OnParsingNode",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnParsingNode = [&](TPersistent* Sender, IXMLNode&) {
+         Act(static_cast<TSVGElement*>(Sender));
+       };
+       Doc.LoadFromText(Drawing);
+     }},
+    {"OnParsedNode",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnParsedNode = [&](TPersistent*, TSVGElement* Element) { Act(Element); };
+       Doc.LoadFromText(Drawing);
+     }},
+    {"OnSavingElement",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnSavingElement = [&](TPersistent*, TSVGElement* Element, IXMLNode&, bool&) {
+         Act(Element);
+       };
+       Doc.SaveToXML(*CreateXMLDocument());
+     }},
+    {"OnSavedElement",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnSavedElement = [&](TPersistent*, TSVGElement* Element, IXMLNode&) { Act(Element); };
+       Doc.SaveToXML(*CreateXMLDocument());
+     }},
+    {"OnShouldDraw",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnShouldDraw = [&](TPersistent* Sender, bool&) {
+         Act(static_cast<TSVGElement*>(Sender));
+       };
+       DrawOnce(Doc);
+     }},
+    {"OnDrawing",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&,
+                           bool&) { Act(static_cast<TSVGElement*>(Sender)); };
+       DrawOnce(Doc);
+     }},
+    {"OnDrawn",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnDrawn = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&) {
+         Act(static_cast<TSVGElement*>(Sender));
+       };
+       DrawOnce(Doc);
+     }},
+    {"OnElementFound",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnElementFound = [&](TPersistent*, TSVGElement*& Element) {
+         Act(Element);
+         Element = nullptr;
+       };
+       TQXGPBitmap Bitmap(20, 20);
+       Doc.ElementAtPos(Bitmap.GetCanvas(), QXPoint(3, 3), QXRect(0, 0, 20, 20), {});
+     }},
+    {"OnChange",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnChange = [&](TPersistent* Sender) { Act(static_cast<TSVGElement*>(Sender)); };
+       if (TSVGElement* A = Doc.FindElement(u"a")) A->SetEnabled(false);
+       if (TSVGElement* B = Doc.FindElement(u"b")) B->AsGraphicElement()->SetOpacity(0.5f);
+       if (TSVGElement* A = Doc.FindElement(u"a2")) A->AsGraphicElement()->Brush().SetOpacity(0.5f);
+       if (TSVGElement* B = Doc.FindElement(u"b"))
+         B->Items().Add(std::make_unique<TSVGGroup>(&Doc));
+     }},
+    {"OnRemoveElement",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnRemoveElement = [&](TPersistent* Sender, TSVGElement*) {
+         Act(static_cast<TSVGElement*>(Sender));
+       };
+       RemoveFromTree(Doc.FindElement(u"a3"));
+       RemoveFromTree(Doc.FindElement(u"b1"));
+     }},
+};
+
+class HandlersThat : public testing::TestWithParam<Walk> {
+ protected:
+  void Run(const std::function<void(TSVGElement*)>& Act) { GetParam().Run(Doc, Act); }
+  // What the document still does after whatever happened.
+  void CheckThatItLives() {
+    Doc.OnParsingNode = nullptr;
+    Doc.OnParsedNode = nullptr;
+    Doc.OnSavingElement = nullptr;
+    Doc.OnSavedElement = nullptr;
+    Doc.OnShouldDraw = nullptr;
+    Doc.OnDrawing = nullptr;
+    Doc.OnDrawn = nullptr;
+    Doc.OnElementFound = nullptr;
+    Doc.OnChange = nullptr;
+    Doc.OnRemoveElement = nullptr;
+    EXPECT_FALSE(Doc.IsUpdating());
+    DrawOnce(Doc);
+    Doc.LoadFromText(Drawing);
+    EXPECT_EQ(Doc.AllItems().Count(), 7);
+    DrawOnce(Doc);
+  }
+  TSVGDocument Doc;
+
+  void SetUp() override { Doc.LoadFromText(Drawing); }
+};
+
+TEST_P(HandlersThat, RemoveTheElementTheyHearOf) {
+  int Removed = 0;
+  Run([&](TSVGElement* Element) {
+    if (!Element || !Element->Parent()) return;
+    ++Removed;
+    RemoveFromTree(Element);
+    EXPECT_EQ(Element->Parent(), nullptr);
+    EXPECT_EQ(Element->Items().Count(), 0);
+  });
+  EXPECT_GT(Removed, 0);
+  CheckThatItLives();
+}
+
+TEST_P(HandlersThat, RemoveItsParent) {
+  int Removed = 0;
+  Run([&](TSVGElement* Element) {
+    if (!Element || !Element->Parent() || !Element->Parent()->Parent()) return;
+    ++Removed;
+    RemoveFromTree(Element->Parent());
+  });
+  CheckThatItLives();
+}
+
+TEST_P(HandlersThat, ClearTheDocument) {
+  bool IsFirst = true;
+  Run([&](TSVGElement* Element) {
+    if (!Element || !Element->Parent() || !std::exchange(IsFirst, false)) return;
+    Doc.Clear();
+  });
+  EXPECT_FALSE(IsFirst);
+  CheckThatItLives();
+}
+
+TEST_P(HandlersThat, LoadAnotherDocument) {
+  bool IsFirst = true;
+  Run([&](TSVGElement* Element) {
+    if (!Element || !Element->Parent() || !std::exchange(IsFirst, false)) return;
+    Doc.LoadFromText(std::string_view("<svg><g id='a'/><g id='new'/></svg>"));
+  });
+  EXPECT_TRUE(Doc.FindElement(u"new")) << "what departed takes no keys of the new tree with it";
+  CheckThatItLives();
+}
+
+TEST_P(HandlersThat, Throw) {
+  EXPECT_THROW(Run([](TSVGElement*) { throw Boom(); }), Boom);
+  CheckThatItLives();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, HandlersThat, testing::ValuesIn(Walks),
+                         [](const auto& Info) { return std::string(Info.param.Name); });
+
+TEST(Walks, AnEndIsNotHeldUpByHandlersThatThrow) {
+  struct Thrower : TSVGGroup {
+    using TSVGGroup::TSVGGroup;
+    void NotifyListener(TSVGElement*) override { throw Boom(); }
+  };
+  TSVGDocument Doc;
+  auto* Group = AddNew<TSVGGroup>(Doc, &Doc);
+  auto* Inner = AddNew<TSVGGroup>(*Group, &Doc);
+  AddNew<TSVGCircle>(*Inner, &Doc);
+  AddNew<TSVGCircle>(*Inner, &Doc);
+  auto* Listener = AddNew<Thrower>(Doc, &Doc);
+  Inner->ChangeNotification(Listener);
+  int Calls = 0;
+  Doc.OnRemoveElement = [&](TPersistent*, TSVGElement*) {
+    ++Calls;
+    throw Boom();
+  };
+  EXPECT_THROW(Doc.Items().Remove(Group), Boom);
+  EXPECT_EQ(Calls, 4) << "each of them is told";
+  EXPECT_EQ(Doc.AllItems().Count(), 1);
+}
+
+TEST(Walks, AHandlerMayTakeBackWhatWasAdded) {
+  TSVGDocument Doc;
+  std::unique_ptr<TSVGElement> Taken;
+  Doc.OnChange = [&](TPersistent*) {
+    if (Doc.Items().Count() > 0) Taken = Doc.Items().Extract(Doc.Items()[0]);
+  };
+  EXPECT_EQ(Doc.Items().Add(std::make_unique<TSVGGroup>(&Doc)), -1);
+  ASSERT_TRUE(Taken);
+  EXPECT_EQ(Taken->ID(), u"ID#0");
+  Doc.OnChange = [&](TPersistent*) { throw Boom(); };
+  EXPECT_THROW(Doc.Items().Add(std::move(Taken)), Boom);
+  EXPECT_FALSE(Taken) << "an accepted child belongs to the tree";
+  EXPECT_EQ(Doc.Items().Count(), 1);
+}
+
+TEST(Walks, RemovalEndsThoughAHandlerAddsAgain) {
+  TSVGDocument Doc;
+  auto* Group = AddNew<TSVGGroup>(Doc, &Doc);
+  AddNew<TSVGCircle>(*Group, &Doc);
+  Doc.OnRemoveElement = [&](TPersistent* Sender, TSVGElement*) {
+    if (Sender == Group) AddNew<TSVGCircle>(*Group, &Doc);
+  };
+  Group->Items().Clear();
+  EXPECT_EQ(Group->Items().Count(), 1);
+  Doc.Items().Remove(Group);
+  Doc.OnRemoveElement = nullptr;
+  EXPECT_EQ(Doc.Items().Count(), 0);
+  EXPECT_EQ(Doc.AllItems().Count(), 0);
+}
+
+// An element that is held by hand outlives its document, whatever the document did meanwhile.
+TEST(Walks, ElementsOutliveTheirDocument) {
+  std::unique_ptr<TSVGElement> Extracted, Copy, Early;
+  {
+    TSVGDocument Doc;
+    Doc.LoadFromText(Drawing);
+    Early = Doc.Items().Extract(Doc.FindElement(u"b"));
+    Doc.Clear();
+    EXPECT_EQ(Early->Document(), &Doc);
+    Doc.LoadFromText(Drawing);
+    Extracted = Doc.Items().Extract(Doc.FindElement(u"a"));
+    Copy = Extracted->Clone(&Doc);
+  }
+  for (const auto& E : {std::cref(Extracted), std::cref(Copy), std::cref(Early)}) {
+    EXPECT_EQ(E.get()->Document(), nullptr);
+    for (const TSVGElement* Child : E.get()->Items()) EXPECT_EQ(Child->Document(), nullptr);
+    E.get()->SetTitle(u"alive");
+  }
+}
+
+TEST(Walks, ListsOfPaintServersForgetWhatWasCleared) {
+  TSVGDocument Doc;
+  auto Loose = std::make_unique<TSVGMarker>(&Doc);
+  EXPECT_EQ(Doc.Markers().size(), 1u);
+  Doc.Clear();
+  EXPECT_TRUE(Doc.Markers().empty());
+  Loose.reset();
+  EXPECT_TRUE(Doc.Markers().empty());
+}
+
+TEST(Walks, NoElementIsItsOwnAncestor) {
+  TSVGDocument Doc;
+  std::unique_ptr<TSVGElement> Outer = std::make_unique<TSVGGroup>(&Doc);
+  auto* Raw = Outer.get();
+  auto* Inner = AddNew<TSVGGroup>(*Outer, &Doc);
+  EXPECT_THROW(Inner->Items().Add(std::move(Outer)), EInvalidOperation);
+  ASSERT_TRUE(Outer);
+  EXPECT_THROW(Raw->Items().Add(std::move(Outer)), EInvalidOperation);
+  ASSERT_TRUE(Outer);
+  EXPECT_EQ(Inner->Items().Count(), 0);
+  EXPECT_THROW(Inner->Items().Add(std::unique_ptr<TSVGElement>()), EInvalidOperation);
+}
+
+TEST(Walks, AnElementTakesWhatIsWithinIt) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(Drawing);
+  TSVGElement* A = Doc.FindElement(u"a");
+  A->Assign(Doc.FindElement(u"a2"));
+  EXPECT_EQ(A->ID(), u"a2");
+  ASSERT_EQ(A->Items().Count(), 1);
+  EXPECT_EQ(A->Items()[0]->ID(), u"a3");
+}
+
+TEST(Walks, AFailedLoadLeavesNothingBeingRead) {
+  TSVGDocument Doc;
+  EXPECT_THROW(Doc.LoadFromText(std::string_view("<svg><g id='a'><stop/></g></svg>")),
+               ESVGException);
+  ASSERT_TRUE(Doc.FindElement(u"a"));
+  EXPECT_FALSE(Doc.FindElement(u"a")->ElementState().Has(TSVGElementStateFlag::esReading));
+  EXPECT_FALSE(Doc.IsUpdating());
+}
+
+TEST(Walks, AHandlerMayRefuseARule) {
+  TSVGDocument Doc;
+  Doc.OnAddStyle = [&](TPersistent*, TSVGStyle*) { throw Boom(); };
+  EXPECT_THROW(Doc.ReadStyles(StringView(u"a { fill: red }")), Boom);
+  Doc.OnAddStyle = [&](TPersistent*, TSVGStyle*) { Doc.Styles().Remove(u"b"); };
+  Doc.ReadStyles(StringView(u"b { fill: red }"));
+  EXPECT_EQ(Doc.Styles().Count(), 1);
+  Doc.OnAddStyle = nullptr;
+  Doc.ReadStyles(StringView(u"a { fill: blue }"));
+  Doc.ApplyStyles();
+}
+
+// Every element listens to one source: as many uses of one symbol do.
+TEST(Walks, ManyListenersStayCheap) {
+  TSVGDocument Doc;
+  auto* Source = AddNew<TSVGGroup>(Doc, &Doc);
+  constexpr int Count = 50000;
+  for (int I = 0; I < Count; ++I) Source->ChangeNotification(AddNew<TSVGGroup>(Doc, &Doc));
+  Doc.Items().Clear();
+  EXPECT_EQ(Doc.AllItems().Count(), 0);
+}
+
+}  // namespace
+}  // namespace qxsvg
