@@ -51,6 +51,7 @@ std::span<const TImageCodec> TImageCodecs::Codecs() const {
 }
 
 void TImageCodecs::Decode(TBytesView Bytes, TQXGPBitmap& Bitmap, StringView Extension) const {
+  Bitmap.SetSize(0, 0);
   // Long enough for every beginning; nothing shorter is a picture.
   constexpr std::size_t LongestBeginning = 12;
   const std::string_view Beginning = CharsOf(Bytes.first(std::min(Bytes.size(), LongestBeginning)));
@@ -73,7 +74,6 @@ void TImageCodecs::Encode(TQXConstPixels Pixels, StringView Codec, std::int32_t 
 namespace images {
 
 void PrepareBitmap(std::uint64_t Width, std::uint64_t Height, TQXGPBitmap& Bitmap) {
-  Bitmap.SetSize(0, 0);
   if (Width == 0 || Height == 0) throw EInvalidGraphicOperation(u"The picture has no size");
   constexpr auto Side = static_cast<std::uint64_t>(Limits::BitmapSide);
   if (Width > Side || Height > Side || Width * Height > Limits::ImageBytes / 4)

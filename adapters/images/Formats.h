@@ -1,8 +1,8 @@
 // What each format gives to the table of codecs. All may run on several threads at once.
 //
-// A decoder is handed bytes that begin like its format. It takes the declared size to PrepareBitmap
-// before any memory for pixels, and leaves what follows a failure transparent;
-// EInvalidGraphicOperation where nothing could be decoded.
+// A decoder is handed bytes that begin like its format, and an empty bitmap. It takes the declared
+// size to PrepareBitmap before any memory for pixels, and leaves what follows a failure
+// transparent; EInvalidGraphicOperation where nothing could be decoded.
 #pragma once
 
 #include "graphics/surface/Bitmap.h"

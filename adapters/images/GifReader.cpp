@@ -75,7 +75,6 @@ std::vector<std::int32_t> RowOrder(std::int32_t Height, bool IsInterlaced) {
 }  // namespace
 
 void DecodeGif(TBytesView Bytes, TQXGPBitmap& Bitmap) {
-  Bitmap.SetSize(0, 0);
   const TGif Gif(DGifOpen(&Bytes, ReadBytes, nullptr));
   int Transparent = NO_TRANSPARENT_COLOR;
   if (!Gif || !FindPicture(Gif.get(), Transparent)) RaiseUnreadable(u"GIF");

@@ -98,7 +98,6 @@ struct TWebPWriter {
 }  // namespace
 
 void DecodeWebP(TBytesView Bytes, TQXGPBitmap& Bitmap) {
-  Bitmap.SetSize(0, 0);
   WebPBitstreamFeatures Features;
   const bool IsReadable = WebPGetFeatures(Bytes.data(), Bytes.size(), &Features) == VP8_STATUS_OK &&
                           (Features.has_animation ? DecodeFirstFrame(Bytes, Bitmap)

@@ -27,7 +27,7 @@ class QXSVG_API IImageCodecs {
   // Makes Bitmap the picture that Bytes hold, in its own size. The content tells the format;
   // Extension (without period, may be empty) decides only where the content does not. A picture
   // that breaks off or goes wrong after its beginning gives what was decoded, the rest
-  // transparent. EInvalidGraphicOperation, with Bitmap as it was, for a format that is not known, a
+  // transparent. EInvalidGraphicOperation, with Bitmap empty, for a format that is not known, a
   // picture without a beginning, and one whose declared size is over Limits::BitmapSide,
   // BitmapPixels or ImageBytes; the size is looked at before memory is taken for it.
   virtual void Decode(TBytesView Bytes, TQXGPBitmap& Bitmap, StringView Extension = {}) const = 0;
