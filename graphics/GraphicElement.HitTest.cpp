@@ -5,6 +5,7 @@
 #include "document/TreeWalk.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/surface/Canvas.h"
+#include "graphics/surface/PathMeasure.h"
 
 namespace qxsvg {
 
@@ -29,6 +30,15 @@ constexpr std::size_t LeastFillPoints = 3;
 
 bool Counts(TSVGPointerEvents Events, const TPointerEventSet& Group, TQXGPBrushKind Kind) {
   return Group.Has(Events) || (Kind != TQXGPBrushKind::bkNone && PaintedGroup.Has(Events));
+}
+
+// The way of one point back to the path is shorter than that of the path to the device.
+bool CoversPoint(const TQXGPPath& Path, TQXGPFillMode Mode, const TMatrix& Matrix,
+                 const TQXGPCanvas& Canvas, TPointF Point) {
+  TMatrix ToPath;
+  return Canvas.IsVisible(Point) &&
+         QXMatrixInvert(QXMatrixMultiply(Matrix, Canvas.Matrix()), ToPath) &&
+         QXPathContains(Path.View(), Mode, QXMatrixTransform(ToPath, Point));
 }
 
 }  // namespace
@@ -69,25 +79,28 @@ TSVGElement* TSVGGraphicElement::DoInternalElementAtPos(const TMatrix& Matrix, T
                                                         TPointF Point, const TRectF& Rect,
                                                         const TSVGFindOptions& Options) {
   TRectF Box = GetBoundsRect();
+  const TQXGPPath* const Shape =
+      Options.Has(TSVGFindOption::foUseBoundingBox) ? nullptr : GetShape();
+  const bool ShapeDecides = Shape && Shape->Count() != 0;
   const TSVGPen& Pen = GetPen();
-  if (Counts(GetPointerEvents(), StrokeGroup, Pen.Kind()))
-    QXInflateRect(Box, Pen.Thickness(), Pen.Thickness());
+  if (Counts(GetPointerEvents(), StrokeGroup, Pen.Kind())) {
+    float Margin = Pen.Thickness();
+    // A hair line is hit beside itself, so that its box must not be narrower than that.
+    if (const float Scale = QXMatrixMultiply(1.0f, Matrix); ShapeDecides && Scale > 0)
+      Margin = std::max(Margin, LeastHitThickness / 2 / Scale);
+    QXInflateRect(Box, Margin, Margin);
+  }
   TQXGPPath Outline(&Canvas);
   Outline.AddRectangle(Box);
   Outline.ApplyMatrix(Matrix);
   if (!Outline.IsVisiblePathPoint(Point, &Canvas)) return nullptr;
-  if (!Options.Has(TSVGFindOption::foUseBoundingBox))
-    if (const TQXGPPath* Shape = GetShape(); Shape && Shape->Count() != 0)
-      return PathAtPos(Matrix, Canvas, Point, Rect, *Shape, Options);
-  return DoOnElementFound(this);
+  return ShapeDecides ? PathAtPos(Matrix, Canvas, Point, Rect, *Shape, Options)
+                      : DoOnElementFound(this);
 }
 
 TSVGElement* TSVGGraphicElement::PathAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                            TPointF Point, const TRectF& Rect, const TQXGPPath& Path,
                                            const TSVGFindOptions& Options) {
-  const auto P = Path.Clone(&Canvas);
-  P->SetFillMode(FillModeOf(GetFillRule(), P->FillMode()));
-  P->ApplyMatrix(Matrix);
   const TSVGPointerEvents Events = GetPointerEvents();
   const TQXGPBrushKind Kind = GetBrush(Matrix, GetBoundsRect(), GetNearestViewport(Rect)).Kind();
   const bool FillCounts =
@@ -97,12 +110,15 @@ TSVGElement* TSVGGraphicElement::PathAtPos(const TMatrix& Matrix, TQXGPCanvas& C
   SetCanvasPen(Canvas, Matrix, GetVectorEffect() == TSVGVectorEffect::veNone);
   if (Canvas.Pen().Thickness() < LeastHitThickness) Canvas.Pen().SetThickness(LeastHitThickness);
   PerformClipping(Matrix, Canvas, Rect);
-  if (FillCounts && P->Count() >= LeastFillPoints && P->IsVisiblePathPoint(Point, &Canvas))
+  if (FillCounts && Path.Count() >= LeastFillPoints &&
+      CoversPoint(Path, FillModeOf(GetFillRule(), Path.FillMode()), Matrix, Canvas, Point))
     return DoOnElementFound(this);
-  if (Counts(Events, StrokeGroup, Canvas.Pen().Kind()) &&
-      P->IsOutlineVisiblePathPoint(Point, Canvas.Pen(), &Canvas))
-    return DoOnElementFound(this);
-  return nullptr;
+  if (!Counts(Events, StrokeGroup, Canvas.Pen().Kind()) || !Canvas.IsVisible(Point)) return nullptr;
+  // The pen's width does not pass through the matrix, so the points have to.
+  const auto P = Path.Clone(&Canvas);
+  P->ApplyMatrix(Matrix);
+  return P->IsOutlineVisiblePathPoint(Point, Canvas.Pen(), &Canvas) ? DoOnElementFound(this)
+                                                                    : nullptr;
 }
 
 TSVGElement* TSVGGraphicElement::DoOnElementFound(TSVGElement* Element) {

@@ -121,7 +121,10 @@ void TQXPathData::ApplyMatrix(const TMatrix& M) {
   Changed();
 }
 TRectF TQXPathData::GetBounds() const {
-  return QXPathBounds(View());
+  // A hit test asks every path of a drawing.
+  if (!FHasBounds) FBounds = QXPathBounds(View());
+  FHasBounds = true;
+  return FBounds;
 }
 void TQXPathData::SetFillMode(TQXGPFillMode Mode) {
   if (FFillMode == Mode) return;
@@ -186,6 +189,7 @@ void TQXPathData::EndUpdate() {
 }
 
 void TQXPathData::Changed() {
+  FHasBounds = false;
   if (FUpdates)
     FChanged = true;
   else if (FOnChange)

@@ -61,6 +61,7 @@ class QXSVG_API TQXPathData : public TPersistent {
   void Assign(const TQXPathView& Other);
 
   void ApplyMatrix(const TMatrix& M);
+  // The exact box, computed at the first call after a change.
   TRectF GetBounds() const;
   TQXGPFillMode FillMode() const { return FFillMode; }
   void SetFillMode(TQXGPFillMode Mode);
@@ -91,6 +92,8 @@ class QXSVG_API TQXPathData : public TPersistent {
   String FFormatStr;
   std::uint32_t FUpdates = 0;
   bool FChanged = false;
+  mutable bool FHasBounds = false;
+  mutable TRectF FBounds;
   TQXGPFillMode FFillMode = TQXGPFillMode::fmWinding;
 };
 

@@ -260,7 +260,8 @@ TEST(DrawClips, AnEmptyClipOrTheOptionOffDoesNotClip) {
 struct TRedraw : testing::Test {
   TDrawing D{
       "<g id='g'><path id='p' d='M10 10C90 0 90 90 10 90z' fill='#f00' stroke='#00f' "
-      "stroke-width='5'/></g><circle cx='50' cy='50' r='30' fill='#080' opacity='.5'/>"};
+      "stroke-width='5' stroke-linejoin='miter' fill-rule='nonzero'/></g><circle cx='50' cy='50' "
+      "r='30' fill='#080' opacity='.5'/>"};
   TQXGPBitmap First{100, 100}, Next{100, 100};
 
   void Draw(TQXGPBitmap& Target, const TRectF& Rect = Area) {

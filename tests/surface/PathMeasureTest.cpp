@@ -265,6 +265,21 @@ TEST(PathData, TellsOfEveryChangeOnce) {
   EXPECT_EQ(Notices, 5);
 }
 
+TEST(PathData, BoundsFollowEveryChange) {
+  TQXPathData Data;
+  EXPECT_EQ(Data.GetBounds(), TRectF{});
+  Data.SetPathString(u"M0 0L1 1");
+  EXPECT_EQ(Data.GetBounds(), QXRect(0, 0, 1, 1));
+  Data.BeginUpdate();
+  Data.LineTo({5, 5});
+  EXPECT_EQ(Data.GetBounds(), QXRect(0, 0, 5, 5));
+  Data.ApplyMatrix(CreateScaleQXMatrix(2, 2));
+  EXPECT_EQ(Data.GetBounds(), QXRect(0, 0, 10, 10));
+  Data.EndUpdate();
+  Data.Clear();
+  EXPECT_EQ(Data.GetBounds(), TRectF{});
+}
+
 TEST(PathData, RaisesForAPointThatIsNone) {
   TQXPathData Data;
   Data.SetPathString(u"M0 0L1 1");
