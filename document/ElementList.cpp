@@ -59,10 +59,10 @@ void TSVGElementList::Remove(TSVGElement* Item) {
   } catch (...) {
     // The handler of the host stands before the end of the item, which comes all the same.
     Item->Depart(false);
-    TTreeWalk::Bury(FOwner, std::move(Held));
+    Walk.Bury(std::move(Held));
     throw;
   }
-  TTreeWalk::Bury(FOwner, std::move(Held));
+  Walk.Bury(std::move(Held));
 }
 
 std::unique_ptr<TSVGElement> TSVGElementList::Extract(TSVGElement* Item) {

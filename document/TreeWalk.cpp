@@ -28,9 +28,8 @@ TTreeWalk::~TTreeWalk() {
   while (!FRoot->FDeparted.empty()) std::exchange(FRoot->FDeparted, {}).clear();
 }
 
-void TTreeWalk::Bury(TSVGElement& Place, std::unique_ptr<TSVGElement> Departed) {
-  TSVGDocument* const Root = RootOf(Place);
-  if (Root && Root->FWalks > 0) Root->FDeparted.push_back(std::move(Departed));
+void TTreeWalk::Bury(std::unique_ptr<TSVGElement> Departed) const {
+  if (FRoot) FRoot->FDeparted.push_back(std::move(Departed));
 }
 
 }  // namespace qxsvg

@@ -25,9 +25,8 @@ class QXSVG_API TTreeWalk {
   TTreeWalk& operator=(const TTreeWalk&) = delete;
   ~TTreeWalk();
 
-  // Takes an element that has left its tree, which is destroyed now or when the walk over the root
-  // of Place ends.
-  static void Bury(TSVGElement& Place, std::unique_ptr<TSVGElement> Departed);
+  // Takes an element that has left the tree, which is destroyed when the outermost walk ends.
+  void Bury(std::unique_ptr<TSVGElement> Departed) const;
 
  private:
   TSVGDocument* FRoot;
