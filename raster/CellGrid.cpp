@@ -4,100 +4,15 @@
 #include <cmath>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "raster/CellPiece.h"
+#include "raster/Kernels.h"
 
 namespace qxsvg {
 
 namespace {
 
-constexpr std::int32_t FractionMask = SubpixelScale - 1;
-// Positions along a line have this many bits below a subpixel.
-constexpr int SlopeBits = 24;
-constexpr std::int32_t Double = 2 * SubpixelScale;
-
-// The callers see to it that the value, where it is used, fits.
-std::int32_t Truncate(float V) {
-#if defined(__SSE2__)
-  return _mm_cvttss_si32(_mm_set_ss(V));
-#else
-  return static_cast<std::int32_t>(std::clamp(V, -2e9f, 2e9f));
-#endif
-}
-
-struct TRowPiece {
-  // Left and right end, in subpixels from the box.
-  std::int32_t Left, Right;
-  // What the piece covers of the row, with the line's sign, and that by subpixel of width.
-  std::int32_t Cover;
-  float Rate;
-
-  std::int32_t LeftCell() const { return Left >> SubpixelBits; }
-  std::int32_t RightCell() const { return Right >> SubpixelBits; }
-  // The coverage of one pixel by the area right of the piece. The first and the last pixel hold a
-  // triangle less or more than a whole one, those between a trapezium.
-  std::int32_t Full() const { return Cover * Double; }
-  std::int32_t Within() const {
-    return Cover * (Double - (Left & FractionMask) - (Right & FractionMask));
-  }
-  std::int32_t First() const {
-    const std::int32_t Width = SubpixelScale - (Left & FractionMask);
-    return Truncate(Rate * static_cast<float>(Width * Width));
-  }
-  std::int32_t Last() const {
-    const std::int32_t Width = Right & FractionMask;
-    return Full() - Truncate(Rate * static_cast<float>(Width * Width));
-  }
-  std::int32_t Between(std::int64_t Cell) const {
-    const std::int64_t Distance = Cell * SubpixelScale + SubpixelScale / 2 - Left;
-    return Truncate(Rate * static_cast<float>(Double) * static_cast<float>(Distance));
-  }
-};
-
-// A pixel that is wound around more often than the sum can hold shows a wrong coverage, and no
-// more.
-inline void Add(std::int32_t& Cell, std::int32_t Change) {
-  Cell = static_cast<std::int32_t>(static_cast<std::uint32_t>(Cell) +
-                                   static_cast<std::uint32_t>(Change));
-}
-
-void AddWide(std::int32_t* Cells, std::uint8_t* Marks, const TRowPiece& Piece) {
-  const std::int32_t First = Piece.LeftCell(), Last = Piece.RightCell();
-  std::int32_t Before = Piece.First();
-  Add(Cells[First], Before);
-  const float Rate = Piece.Rate * static_cast<float>(Double);
-  std::int32_t Distance = (First + 1) * SubpixelScale + SubpixelScale / 2 - Piece.Left;
-  for (std::int32_t I = First + 1; I < Last; ++I, Distance += SubpixelScale) {
-    const std::int32_t Now = Truncate(Rate * static_cast<float>(Distance));
-    Add(Cells[I], Now - Before);
-    Before = Now;
-  }
-  const std::int32_t Now = Piece.Last();
-  Add(Cells[Last], Now - Before);
-  Add(Cells[Last + 1], Piece.Full() - Now);
-  for (std::int32_t Group = First / GroupCells; Group <= (Last + 1) / GroupCells; ++Group)
-    Marks[Group] = 1;
-}
-
-// One and two cells are told apart without a branch, which could not be foreseen.
-inline void AddPiece(std::int32_t* Cells, std::uint8_t* Marks, const TRowPiece& Piece) {
-  const std::int32_t First = Piece.LeftCell(), Last = Piece.RightCell();
-  if (Last - First > 1) return AddWide(Cells, Marks, Piece);
-  const bool IsOne = First == Last;
-  const std::int32_t Full = Piece.Full(), Within = Piece.Within(), Start = Piece.First(),
-                     End = Piece.Last();
-  const std::int32_t A = IsOne ? Within : Start, B = IsOne ? Full : End;
-  Add(Cells[First], A);
-  Add(Cells[First + 1], B - A);
-  Add(Cells[First + 2], Full - B);
-  Marks[First / GroupCells] = 1;
-  Marks[(First + 2) / GroupCells] = 1;
-}
-
-TRowPiece MakePiece(std::int32_t XA, std::int32_t XB, std::int32_t Cover, float Rate) {
-  return {std::min(XA, XB), std::max(XA, XB), Cover, Rate};
-}
+// From so many whole rows on a steep line is worth the wide form.
+constexpr std::int32_t SteepRowsFrom = 8;
 
 // Cover by subpixel of width. A line that is steeper than one subpixel a row crosses into another
 // cell, as the grid sees it, within one subpixel.
@@ -112,7 +27,7 @@ struct TSlope {
   std::int64_t At, Step;
 };
 TSlope SlopeOf(std::int32_t X, std::int32_t Y, std::int64_t DX, std::int64_t DY) {
-  constexpr double Unit = std::int64_t{1} << SlopeBits;
+  constexpr double Unit = 1 << SlopeBits;
   const auto Slope =
       static_cast<std::int64_t>(static_cast<double>(DX) * Unit / static_cast<double>(DY));
   return {(std::int64_t{X} << SlopeBits) + (std::int64_t{1} << (SlopeBits - 1)) +
@@ -232,14 +147,35 @@ void TCellGrid::Line(TFixedPoint A, TFixedPoint B) {
   const std::int32_t DX = B.X - A.X, DY = B.Y - A.Y;
   std::int32_t* Cells = FCells.get() + First * FStride;
   std::uint8_t* Marks = FMarks.get() + First * FMarkStride;
-  const float Rate = RateOf(Sign * DY, DX);
-  if (First == Last) return AddPiece(Cells, Marks, MakePiece(A.X, B.X, Sign * DY, Rate));
+  if (First == Last) {
+    const std::int32_t Cover = Sign * DY, Cell = A.X >> SubpixelBits;
+    if (Cell != B.X >> SubpixelBits)
+      return AddPiece(Cells, Marks, MakePiece(A.X, B.X, Cover, RateOf(Cover, DX)));
+    // Joins and fine curves are mostly lines within one pixel.
+    const std::int32_t Right = Cover * ((A.X & FractionMask) + (B.X & FractionMask));
+    AddToCell(Cells[Cell], Cover * DoubleScale - Right);
+    AddToCell(Cells[Cell + 1], Right);
+    Marks[Cell / GroupCells] = 1;
+    Marks[(Cell + 1) / GroupCells] = 1;
+    return;
+  }
 
+  const float Rate = RateOf(Sign * DY, DX);
   auto [At, Step] = SlopeOf(A.X, A.Y, DX, DY);
   auto X = static_cast<std::int32_t>(At >> SlopeBits);
   AddPiece(Cells, Marks, MakePiece(A.X, X, Sign * (SubpixelScale - (A.Y & FractionMask)), Rate));
   const std::int32_t Cover = Sign * SubpixelScale;
-  for (std::int32_t Row = First + 1; Row < Last; ++Row) {
+  std::int32_t Row = First + 1;
+  if (Last - Row >= SteepRowsFrom && std::abs(DX) <= DY) {
+    Kernels().AddSteepRows({Cells + FStride, Marks + FMarkStride, FStride, FMarkStride, At, Step,
+                            Last - Row, Cover, Rate});
+    At += (Last - Row) * Step;
+    Cells += (Last - Row) * FStride;
+    Marks += (Last - Row) * FMarkStride;
+    X = static_cast<std::int32_t>(At >> SlopeBits);
+    Row = Last;
+  }
+  for (; Row < Last; ++Row) {
     Cells += FStride;
     Marks += FMarkStride;
     At += Step;
@@ -291,7 +227,7 @@ void TCellGrid::ClippedRow(std::int32_t Row, std::int64_t XA, std::int64_t XB, s
   if (Piece.Left >= Right) return;
   if (Piece.Left >= 0 && Piece.Right <= Right) return AddPiece(Cells, Marks, Piece);
   if (Piece.Right <= 0) {
-    Add(Cells[0], Piece.Full());
+    AddToCell(Cells[0], Piece.Full());
     Marks[0] = 1;
     return;
   }
@@ -302,12 +238,12 @@ void TCellGrid::ClippedRow(std::int32_t Row, std::int64_t XA, std::int64_t XB, s
                              : I == First  ? Piece.First()
                              : I == Last   ? Piece.Last()
                                            : Piece.Between(I);
-    Add(Cells[I], Now - Before);
+    AddToCell(Cells[I], Now - Before);
     Before = Now;
     Marks[I / GroupCells] = 1;
   }
   if (Last < FWidth) {
-    Add(Cells[Last + 1], Piece.Full() - Before);
+    AddToCell(Cells[Last + 1], Piece.Full() - Before);
     Marks[(Last + 1) / GroupCells] = 1;
   }
 }

@@ -18,6 +18,8 @@ namespace qxsvg {
 // Coordinates have 8 bits of fraction; a pixel that is wound around once sums up to CellFull.
 inline constexpr std::int32_t SubpixelBits = 8, SubpixelScale = 1 << SubpixelBits;
 inline constexpr std::int32_t CellFullBits = 2 * SubpixelBits + 1, CellFull = 1 << CellFullBits;
+// Positions along a line have so many bits below a subpixel.
+inline constexpr std::int32_t SlopeBits = 16;
 // Cells are swept in groups; a byte for each group says whether a line touched it.
 inline constexpr std::int32_t GroupCells = 8, MarkBlock = 32;
 

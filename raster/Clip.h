@@ -42,6 +42,9 @@ class TClipSink final : public ISpanSink {
   // Both must outlive the drawing. The clip has a mask.
   void Begin(const TClip& Clip, ISpanSink& Next);
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override {
+    FNext->Announce(Y, Spans);
+  }
 
  private:
   void Add(const TCoverSpan& A, const std::uint8_t* ACovers, const TCoverSpan& B,

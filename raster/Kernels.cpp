@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "raster/CellPiece.h"
 #include "raster/KernelsPlain.h"
 
 namespace qxsvg {
@@ -135,11 +136,26 @@ void PlainSumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t 
     for (int C = 0; C < 4; ++C) Sums[4 * I + C] += (Pixels[I] >> (8 * C) & 255) * Weight;
 }
 
+void PlainAddSteepRows(const TSteepRows& Rows) {
+  std::int64_t At = Rows.At;
+  auto X = static_cast<std::int32_t>(At >> SlopeBits);
+  std::int32_t* Cells = Rows.Cells;
+  std::uint8_t* Marks = Rows.Marks;
+  for (std::int32_t Row = 0; Row < Rows.Count; ++Row) {
+    At += Rows.Step;
+    const auto Next = static_cast<std::int32_t>(At >> SlopeBits);
+    AddPiece(Cells, Marks, MakePiece(X, Next, Rows.Cover, Rows.Rate));
+    X = Next;
+    Cells += Rows.Stride;
+    Marks += Rows.MarkStride;
+  }
+}
+
 const TKernels PlainKernels = {Sweep<false>,        Sweep<true>,      Fill,
                                PlainBlendColor,     PlainBlendPixels, PlainBlendCovered,
                                PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,
                                PlainFetchRadial,    PlainResampleRow, PlainMixRows,
-                               PlainSumRow};
+                               PlainSumRow,         PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

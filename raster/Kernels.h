@@ -42,6 +42,20 @@ struct TResampledRow {
   const std::uint16_t* Weight;
 };
 
+// Whole rows of a line that moves by no more than one pixel from row to row.
+struct TSteepRows {
+  std::int32_t* Cells;
+  std::uint8_t* Marks;
+  std::ptrdiff_t Stride, MarkStride;
+  // The line's place at the top of the first row, in subpixels with SlopeBits of fraction, and the
+  // change by row.
+  std::int64_t At, Step;
+  std::int32_t Count;
+  // Plus or minus SubpixelScale, and that by subpixel of width.
+  std::int32_t Cover;
+  float Rate;
+};
+
 struct TKernels {
   // Sums the marked cells up to coverage, zeroes them and their marks, and gives the number of
   // spans.
@@ -75,6 +89,7 @@ struct TKernels {
   // Adds Weight times each part of each pixel to Sums, four a pixel.
   void (*SumRow)(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
                  std::uint32_t Weight);
+  void (*AddSteepRows)(const TSteepRows& Rows);
 };
 
 extern const TKernels PlainKernels;

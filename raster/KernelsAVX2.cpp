@@ -1,5 +1,6 @@
 // The kernels for processors with AVX2. The functions carry the instruction set themselves, so that
 // nothing else of this file is compiled for it.
+#include "raster/CellPiece.h"
 #include "raster/KernelsPlain.h"
 
 #if defined(__x86_64__)
@@ -83,7 +84,9 @@ QXSVG_AVX2 void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Co
     for (std::int32_t I = 0; I < Count; ++I) Target[I] = Color;
     return;
   }
-  std::int32_t I = 0;
+  // Stores that cross cache lines cost twice.
+  Store(Target, V);
+  std::int32_t I = 8 - static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(Target) / 4 % 8);
   for (; I + 32 <= Count; I += 32) {
     Store(Target + I, V);
     Store(Target + I + 8, V);
@@ -92,6 +95,63 @@ QXSVG_AVX2 void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Co
   }
   for (; I + 8 <= Count; I += 8) Store(Target + I, V);
   Store(Target + Count - 8, V);
+}
+
+// Eight rows of a steep line at a time; see TSteepRows. Each lane is the arithmetic of AddPiece.
+QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
+  const __m256i Step = _mm256_set1_epi32(static_cast<int>(Rows.Step));
+  const __m256i Steps = _mm256_mullo_epi32(Step, _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+  const __m256i Mask = _mm256_set1_epi32(SubpixelScale - 1);
+  const __m256i Whole = _mm256_set1_epi32(SubpixelScale);
+  const __m256i Full = _mm256_set1_epi32(Rows.Cover * 2 * SubpixelScale);
+  const __m256i Cover = _mm256_set1_epi32(Rows.Cover);
+  const __m256 Rate = _mm256_set1_ps(Rows.Rate);
+  std::int64_t At = Rows.At;
+  std::int32_t* Cells = Rows.Cells;
+  std::uint8_t* Marks = Rows.Marks;
+  alignas(32) std::int32_t First[8], A[8], B[8], C[8];
+  std::int32_t Row = 0;
+  for (; Row + 8 <= Rows.Count; Row += 8) {
+    const __m256i Base = _mm256_set1_epi32(static_cast<int>(At >> SlopeBits));
+    const __m256i Rest =
+        _mm256_add_epi32(_mm256_set1_epi32(static_cast<int>(At & ((1 << SlopeBits) - 1))), Steps);
+    const __m256i From = _mm256_add_epi32(Base, _mm256_srai_epi32(Rest, SlopeBits));
+    const __m256i To =
+        _mm256_add_epi32(Base, _mm256_srai_epi32(_mm256_add_epi32(Rest, Step), SlopeBits));
+    const __m256i Left = _mm256_min_epi32(From, To), Right = _mm256_max_epi32(From, To);
+    const __m256i LeftCell = _mm256_srai_epi32(Left, SubpixelBits);
+    const __m256i IsOne = _mm256_cmpeq_epi32(LeftCell, _mm256_srai_epi32(Right, SubpixelBits));
+    const __m256i LeftPart = _mm256_sub_epi32(Whole, _mm256_and_si256(Left, Mask));
+    const __m256i RightPart = _mm256_and_si256(Right, Mask);
+    const __m256i Within =
+        _mm256_mullo_epi32(Cover, _mm256_add_epi32(LeftPart, _mm256_sub_epi32(Whole, RightPart)));
+    const __m256i Start = _mm256_cvttps_epi32(
+        _mm256_mul_ps(Rate, _mm256_cvtepi32_ps(_mm256_mullo_epi32(LeftPart, LeftPart))));
+    const __m256i End = _mm256_sub_epi32(
+        Full, _mm256_cvttps_epi32(_mm256_mul_ps(
+                  Rate, _mm256_cvtepi32_ps(_mm256_mullo_epi32(RightPart, RightPart)))));
+    const __m256i Now = _mm256_blendv_epi8(Start, Within, IsOne);
+    const __m256i Then = _mm256_blendv_epi8(End, Full, IsOne);
+    _mm256_store_si256(reinterpret_cast<__m256i*>(First), LeftCell);
+    _mm256_store_si256(reinterpret_cast<__m256i*>(A), Now);
+    _mm256_store_si256(reinterpret_cast<__m256i*>(B), _mm256_sub_epi32(Then, Now));
+    _mm256_store_si256(reinterpret_cast<__m256i*>(C), _mm256_sub_epi32(Full, Then));
+    for (int I = 0; I < 8; ++I, Cells += Rows.Stride, Marks += Rows.MarkStride) {
+      const std::int32_t X = First[I];
+      AddToCell(Cells[X], A[I]);
+      AddToCell(Cells[X + 1], B[I]);
+      AddToCell(Cells[X + 2], C[I]);
+      Marks[X / GroupCells] = 1;
+      Marks[(X + 2) / GroupCells] = 1;
+    }
+    At += 8 * Rows.Step;
+  }
+  TSteepRows Left = Rows;
+  Left.Cells = Cells;
+  Left.Marks = Marks;
+  Left.At = At;
+  Left.Count = Rows.Count - Row;
+  PlainAddSteepRows(Left);
 }
 
 // Sixteen bytes, one in each 16-bit part, times others over 255.
@@ -324,7 +384,7 @@ QXSVG_AVX2 void SumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::in
 
 const TKernels AVX2Kernels = {Sweep<false>, Sweep<true>,    Fill,        BlendColor,  BlendPixels,
                               BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear, FetchRadial,
-                              ResampleRow,  MixRows,        SumRow};
+                              ResampleRow,  MixRows,        SumRow,      AddSteepRows};
 
 }  // namespace qxsvg
 

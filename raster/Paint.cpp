@@ -6,6 +6,35 @@
 
 namespace qxsvg {
 
+namespace {
+
+void FetchLine(const std::uint32_t* P) {
+  __builtin_prefetch(P, 1);
+  // Without an effect that the compiler believes in, it drops a loop of nothing but prefetches.
+  asm volatile("" : : "r"(P));
+}
+
+// Edges lie apart, in lines of memory that no processor foresees; a long span is fetched ahead once
+// its beginning is there.
+void FetchAhead(const TQXPixels& Target, std::int32_t Y, std::span<const TCoverSpan> Spans) {
+  constexpr std::int32_t LinePixels = 16, Most = 8 * LinePixels;
+  const std::uint32_t* Row = Target.Row(Y);
+  for (const TCoverSpan& Span : Spans) {
+    if (Span.Cover == FullCover) continue;
+    const std::int32_t End = Span.X + std::min(Span.Length, Most);
+    for (std::int32_t X = Span.X & -LinePixels; X < End; X += LinePixels) FetchLine(Row + X);
+  }
+}
+
+}  // namespace
+
+void TColorSink::Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
+  FetchAhead(FTarget, Y, Spans);
+}
+void TPaintSink::Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
+  FetchAhead(FTarget, Y, Spans);
+}
+
 void TColorSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                      const std::uint8_t* Covers) {
   Kernels().BlendColor(FTarget.Row(Y), Spans, Covers, FColor);

@@ -32,6 +32,7 @@ class TColorSink final : public ISpanSink {
  public:
   TColorSink(const TQXPixels& Target, std::uint32_t Color) : FTarget(Target), FColor(Color) {}
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override;
 
  private:
   const TQXPixels FTarget;
@@ -44,6 +45,7 @@ class TPaintSink final : public ISpanSink {
   TPaintSink(const TQXPixels& Target, IPaint& Paint, std::uint32_t Opacity = FullCover)
       : FTarget(Target), FPaint(Paint), FOpacity(Opacity) {}
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override;
 
  private:
   static constexpr std::int32_t Chunk = 1024;

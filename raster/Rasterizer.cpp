@@ -40,6 +40,19 @@ bool IsSimilarity(const TMatrix& M) {
   return std::abs(A - D) <= Close * std::max(A, D) && std::abs(Skew) <= Close * std::max(A, D);
 }
 
+// Leaves only pixels that are covered wholly.
+void Harden(std::span<TCoverSpan> Spans, std::uint8_t* Covers) {
+  for (TCoverSpan& Span : Spans) {
+    if (Span.IsEven()) {
+      Span.Cover = Span.Cover < 128 ? 0 : FullCover;
+      continue;
+    }
+    std::uint8_t* C = Covers + (Span.Cover - TCoverSpan::CoversBase);
+    for (std::int32_t X = 0; X < Span.Length; ++X)
+      C[X] = static_cast<std::uint8_t>(C[X] < 128 ? 0 : FullCover);
+  }
+}
+
 }  // namespace
 
 TRasterizer::TRasterizer() : FLines(FGrid), FReversed(FGrid, true) {}
@@ -71,39 +84,46 @@ void TRasterizer::Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISp
   }
 }
 
+// Rows are summed up some at a time before any of them is blended: meanwhile the pixels they need
+// come from memory.
 void TRasterizer::SweepRows(TCoverageMode Mode, ISpanSink& Sink) {
+  constexpr std::size_t Batch = 8;
+  struct TSwept {
+    std::int32_t Y;
+    std::size_t Count;
+  };
   const TRect& Box = FGrid.Box();
-  const std::size_t Cells = static_cast<std::size_t>(FGrid.MarkStride()) * GroupCells;
-  if (FCovers.size() < Cells + CoversPadding) {
-    FCovers.resize(Cells + CoversPadding);
-    FSpans.resize(static_cast<std::size_t>(FGrid.MarkStride()) + 2);
+  const auto RowSpans = static_cast<std::size_t>(FGrid.MarkStride()) + 2;
+  const std::size_t RowCovers =
+      static_cast<std::size_t>(FGrid.MarkStride()) * GroupCells + CoversPadding;
+  if (FCovers.size() < RowCovers * Batch) {
+    FCovers.resize(RowCovers * Batch);
+    FSpans.resize(RowSpans * Batch);
   }
   TSweepRow Row;
   Row.MarkCount = FGrid.MarkStride();
   Row.Left = Box.Left;
   Row.Width = static_cast<std::int32_t>(Box.Width());
-  Row.Covers = FCovers.data();
-  Row.Spans = FSpans.data();
   const TKernels& K = Kernels();
   const auto SweepRow = Mode.FillMode == TQXGPFillMode::fmWinding ? K.SweepNonZero : K.SweepEvenOdd;
-  for (std::int32_t Y = FGrid.TouchedTop(); Y < FGrid.TouchedBottom(); ++Y) {
-    Row.Cells = FGrid.Cells(Y);
-    Row.Marks = FGrid.Marks(Y);
-    const std::size_t Count = SweepRow(Row);
-    if (Count == 0) continue;
-    if (Mode.IsAliased) {
-      for (std::size_t I = 0; I < Count; ++I) {
-        TCoverSpan& Span = FSpans[I];
-        if (Span.IsEven()) {
-          Span.Cover = Span.Cover < 128 ? 0 : FullCover;
-          continue;
-        }
-        std::uint8_t* C = FCovers.data() + (Span.Cover - TCoverSpan::CoversBase);
-        for (std::int32_t X = 0; X < Span.Length; ++X)
-          C[X] = static_cast<std::uint8_t>(C[X] < 128 ? 0 : FullCover);
-      }
+  const std::int32_t Bottom = FGrid.TouchedBottom();
+  for (std::int32_t Y = FGrid.TouchedTop(); Y < Bottom;) {
+    std::array<TSwept, Batch> Swept;
+    std::size_t Used = 0;
+    for (; Y < Bottom && Used < Batch; ++Y) {
+      Row.Cells = FGrid.Cells(Y);
+      Row.Marks = FGrid.Marks(Y);
+      Row.Covers = FCovers.data() + Used * RowCovers;
+      Row.Spans = FSpans.data() + Used * RowSpans;
+      const std::size_t Count = SweepRow(Row);
+      if (Count == 0) continue;
+      if (Mode.IsAliased) Harden({Row.Spans, Count}, Row.Covers);
+      Sink.Announce(Box.Top + Y, {Row.Spans, Count});
+      Swept[Used++] = {Box.Top + Y, Count};
     }
-    Sink.Row(Box.Top + Y, {FSpans.data(), Count}, FCovers.data());
+    for (std::size_t I = 0; I < Used; ++I)
+      Sink.Row(Swept[I].Y, {FSpans.data() + I * RowSpans, Swept[I].Count},
+               FCovers.data() + I * RowCovers);
   }
 }
 

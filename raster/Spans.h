@@ -32,6 +32,10 @@ class ISpanSink {
  public:
   virtual void Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                    const std::uint8_t* Covers) = 0;
+  // Says that such a row will come soon, so that memory it needs can be on its way.
+  virtual void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
+    static_cast<void>(Y), static_cast<void>(Spans);
+  }
 
  protected:
   ~ISpanSink() = default;
