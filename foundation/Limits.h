@@ -97,7 +97,7 @@ inline constexpr std::size_t TextRun = 1'000'000;
 // Each level costs several stack frames.
 inline constexpr std::int32_t ReferenceDepth = 64;
 // Elements drawn through references in one draw: use within use doubles the work at each level.
-inline constexpr std::int64_t DrawnReferences = 1'000'000;
+inline constexpr std::int64_t DrawnReferences = 300'000;
 // Levels of SVG files that stand as images within each other, and files loaded that way in all from
 // the outermost one: each is a whole document.
 inline constexpr std::size_t ImageDocumentDepth = 4;

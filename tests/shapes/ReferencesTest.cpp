@@ -219,7 +219,7 @@ TEST(Markers, TurnOnlyWhenTheyTurnByThemselves) {
 
 TEST(Markers, ScaleWithTheStrokeAndStandOnTheirReferencePoint) {
   constexpr char Line[] =
-      "<line x1='20' y1='20' x2='50' y2='20' stroke='red' stroke-width='2' "
+      "<line x1='20' y1='20' x2='50' y2='20' fill='none' stroke='red' stroke-width='2' "
       "marker-start='url(#m)'/>";
   // Ten units in three widths of two: 0.6.
   EXPECT_THAT(MarkersOf(MarkerOf("viewBox='0 0 10 10'") + Line),
