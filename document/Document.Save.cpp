@@ -2,9 +2,45 @@
 #include "document/Document.h"
 #include "document/NodeWriters.h"
 #include "document/XML.h"
-#include "foundation/Writers.h"
+#include "foundation/SplitLines.h"
+#include "runtime/Streams.h"
+#include "runtime/StringList.h"
+#include "shapes/NodeLengths.h"
 
 namespace qxsvg {
+
+namespace {
+
+// Narrower lines than this are not made.
+constexpr std::int32_t LeastWidth = 32;
+
+String BreakLines(StringView Text, std::int32_t Width) {
+  TStringList Lines;
+  Lines.SetText(Text);
+  SVGSplitLines(Lines, Width);
+  return Lines.Text() + u"\r\n";
+}
+
+}  // namespace
+
+void TSVGDocument::SaveToFile(StringView FileName, std::int32_t Width) {
+  TAtomicFile File(FileName);
+  SaveToStream(File, Width);
+  File.Finish();
+}
+
+void TSVGDocument::SaveToFile(std::string_view FileNameUtf8, std::int32_t Width) {
+  SaveToFile(FromUtf8(FileNameUtf8), Width);
+}
+
+void TSVGDocument::SaveToStream(TStream& Stream, std::int32_t Width) {
+  const auto XML = CreateXMLDocument();
+  XML->SetNodeAutoIndent(true);
+  SaveToXML(*XML);
+  std::string Bytes = XML->ToUtf8();
+  if (Width > LeastWidth) Bytes = ToUtf8(BreakLines(FromUtf8(Bytes), Width));
+  Stream.WriteBytes(BytesOf(Bytes));
+}
 
 void TSVGDocument::SaveToXML(IXMLDocument& XMLDocument) {
   SaveToXML(*XMLDocument.CreateRoot(u"svg"));
@@ -14,16 +50,7 @@ void TSVGDocument::DoSaveToXML(IXMLNode& Node) {
   Node.DeclareNamespace(StringView(), SVGNamespace);
   Node.DeclareNamespace(u"xlink", XLinkNamespace);
   TSVGCustomViewBox::DoSaveToXML(Node);
-  const bool IsCompact = IsCompactXML();
-  const TFloatFormat Format(GetFormatStr());
-  const auto Save = [&](StringView Name, const TSVGLength& Length) {
-    SaveAttrString(Node, Name, SVGLengthToString(Length, GetFormatStr(), 0, 100),
-                   IsCompact && Length.Raw() == 0, IsCompact);
-  };
-  Save(u"x", Xu());
-  Save(u"y", Yu());
-  Save(u"width", WidthU());
-  Save(u"height", HeightU());
+  SaveBox(Node, *this);
   SaveAttrString(Node, u"version", u"1.1", false, false);
 }
 

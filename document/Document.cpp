@@ -46,8 +46,10 @@ TSVGDocument::~TSVGDocument() {
 }
 
 void TSVGDocument::CopyRenderingDefaults() {
-  InitRendering(FDefaultColorInterpolation, FDefaultColorRendering, FDefaultShapeRendering,
-                FDefaultTextRendering);
+  InitRendering(FDefaultColorInterpolation);
+  InitRendering(FDefaultColorRendering);
+  InitRendering(FDefaultShapeRendering);
+  InitRendering(FDefaultTextRendering);
 }
 
 void TSVGDocument::Clear() {
@@ -94,32 +96,28 @@ void TSVGDocument::SetFormatStr(StringView Value) {
   FFormatStr = Value;
 }
 
-void TSVGDocument::SetDefaultColorInterpolation(TSVGColorInterpolation Value) {
-  if (Value == FDefaultColorInterpolation) return;
-  FDefaultColorInterpolation = Value;
-  CopyRenderingDefaults();
+template <class Rendering>
+void TSVGDocument::SetDefault(Rendering& Held, Rendering Value) {
+  if (Value == Held) return;
+  Held = Value;
+  InitRendering(Value);
   Change(this);
+}
+
+void TSVGDocument::SetDefaultColorInterpolation(TSVGColorInterpolation Value) {
+  SetDefault(FDefaultColorInterpolation, Value);
 }
 
 void TSVGDocument::SetDefaultColorRendering(TSVGColorRendering Value) {
-  if (Value == FDefaultColorRendering) return;
-  FDefaultColorRendering = Value;
-  CopyRenderingDefaults();
-  Change(this);
+  SetDefault(FDefaultColorRendering, Value);
 }
 
 void TSVGDocument::SetDefaultShapeRendering(TSVGShapeRendering Value) {
-  if (Value == FDefaultShapeRendering) return;
-  FDefaultShapeRendering = Value;
-  CopyRenderingDefaults();
-  Change(this);
+  SetDefault(FDefaultShapeRendering, Value);
 }
 
 void TSVGDocument::SetDefaultTextRendering(TSVGTextRendering Value) {
-  if (Value == FDefaultTextRendering) return;
-  FDefaultTextRendering = Value;
-  CopyRenderingDefaults();
-  Change(this);
+  SetDefault(FDefaultTextRendering, Value);
 }
 
 void TSVGDocument::SetDefaultAspectRatio(const TSVGPreserveAspectRatio* Value) {
@@ -129,6 +127,7 @@ void TSVGDocument::SetDefaultAspectRatio(const TSVGPreserveAspectRatio* Value) {
 String TSVGDocument::PreferredLanguage() const {
   return FPrefLanguages.CommaText();
 }
+
 void TSVGDocument::SetPreferredLanguage(StringView Value) {
   FPrefLanguages.SetCommaText(Value);
 }

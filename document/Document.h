@@ -53,6 +53,12 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   static bool IsValidSVG(IXMLDocument& XMLDocument, bool Deep);
   static bool IsValidSVG(bool Deep, StringView Text);
 
+  // Writes the tree as indented XML in UTF-8. A Width above 32 breaks lines with the data of paths
+  // that are longer than that many characters. Raise EStreamError where the target cannot be
+  // written and EXMLError for kept XML that is none; a file then stays as it was.
+  void SaveToFile(StringView FileName, std::int32_t Width = 0);
+  void SaveToFile(std::string_view FileNameUtf8, std::int32_t Width = 0);
+  virtual void SaveToStream(TStream& Stream, std::int32_t Width = 0);
   // Makes an `svg` element node in XMLDocument and writes the tree on it.
   void SaveToXML(IXMLDocument& XMLDocument);
   void SaveToXML(IXMLNode& Node) override { TSVGCustomViewBox::SaveToXML(Node); }
@@ -142,10 +148,14 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   const TSVGUnitFactors& StoredUnitFactors() const { return FUnitFactors; }
   TSVGUnitFactors GetUnitFactors() override;
 
-  // --- Events of the host
+  // --- Events of the host. A handler may change the tree; what it removes while its document is
+  // loaded, saved, drawn or asked stays in memory until that is over.
   TSVGParserNodeEvent OnParsingNode;
   TSVGElementEvent OnParsedNode;
   TNotifyEvent OnChange, OnLoading, OnLoaded;
+  // Both fire when Element leaves Sender, one after the other; neither fires during an update. Only
+  // OnRemoveElement for a child of the document itself comes before the end of Element, which later
+  // has no children, parent and document any more.
   TSVGElementEvent OnAddElement, OnRemoveElement;
   TSVGStyleEvent OnAddStyle, OnRemoveStyle;
   TSVGShouldDrawQEvent OnShouldDraw;
@@ -196,6 +206,8 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   friend class TTreeWalk;
 
   void CopyRenderingDefaults();
+  template <class Rendering>
+  void SetDefault(Rendering& Held, Rendering Value);
   // Takes the key of an element that ends out of the table.
   void Unregister(TSVGElement& Element);
   void DestroyStyles();

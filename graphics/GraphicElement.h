@@ -369,13 +369,10 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // Overflow without the steps of the setter, for classes that start with another value.
   void InitOverflow(bool Value) { FOverflow = Value; }
   // The same for what a document has defaults of.
-  void InitRendering(TSVGColorInterpolation Interpolation, TSVGColorRendering Color,
-                     TSVGShapeRendering Shape, TSVGTextRendering Text) {
-    FColorInterpolation = Interpolation;
-    FColorRendering = Color;
-    FShapeRendering = Shape;
-    FTextRendering = Text;
-  }
+  void InitRendering(TSVGColorInterpolation Value) { FColorInterpolation = Value; }
+  void InitRendering(TSVGColorRendering Value) { FColorRendering = Value; }
+  void InitRendering(TSVGShapeRendering Value) { FShapeRendering = Value; }
+  void InitRendering(TSVGTextRendering Value) { FTextRendering = Value; }
   void ResourceGetInherited(TPersistent* Sender, TSVGStyleProperty Property, bool& IsInherited);
 
  private:

@@ -181,7 +181,7 @@ TEST(HashTable, UniqueNamesOfOneRowStayCheap) {
 // Many pairs of equal identifiers make many rows, and each removal has to leave most of them alone.
 TEST(HashTable, UniqueNamesOfManyRowsStayCheap) {
   Table T;
-  constexpr int Count = 30000;
+  constexpr int Count = 10000;
   for (int I = 0; I < Count; ++I) {
     const std::string Digits = std::to_string(I);
     const String Name(Digits.begin(), Digits.end());

@@ -330,7 +330,7 @@ TEST(Walks, AHandlerMayRefuseARule) {
 TEST(Walks, ManyListenersStayCheap) {
   TSVGDocument Doc;
   auto* Source = AddNew<TSVGGroup>(Doc, &Doc);
-  constexpr int Count = 50000;
+  constexpr int Count = 20000;
   for (int I = 0; I < Count; ++I) Source->ChangeNotification(AddNew<TSVGGroup>(Doc, &Doc));
   Doc.Items().Clear();
   EXPECT_EQ(Doc.AllItems().Count(), 0);
