@@ -1,6 +1,7 @@
 // Entries of a style: storing, finding and ordering them, and their texts.
 #include "document/Style.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "document/Selectors.h"
@@ -162,7 +163,15 @@ bool TSVGStyle::IsShorthandProperty(StringView Name) const {
 TSVGStyleProperties TSVGStyle::AddStyle(const IXMLNode& Node) {
   const TUpdateLock Lock(*this);
   TSVGStyleProperties Named;
-  for (const TXMLAttribute& Attribute : Node.Attributes())
+  const auto Attributes = Node.Attributes();
+  // A load does this for every element: room at once spares it moving the entries about.
+  const auto Known = static_cast<std::size_t>(
+      std::count_if(Attributes.begin(), Attributes.end(), [](const TXMLAttribute& Attribute) {
+        return GetSVGStyleProperty(Attribute.LocalName()) != TSVGStyleProperty::ipNone;
+      }));
+  FProperties.reserve(FProperties.size() + Known);
+  FOthers.reserve(FOthers.size() + Attributes.size() - Known);
+  for (const TXMLAttribute& Attribute : Attributes)
     if (!IsShorthandProperty(Attribute.LocalName()))
       Named.Include(Store(Attribute.LocalName(), Attribute.Value));
   return Named;

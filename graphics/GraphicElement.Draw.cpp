@@ -349,15 +349,11 @@ void TSVGGraphicElement::BuildClipRegion(TQXGPRegion& Region, const TMatrix& Mat
       Child->BuildClipRegion(Region, M, Rect);
 }
 
+// Looked up anew each time: the clip path, which owns the region, may be gone by now.
 TQXGPRegion* TSVGGraphicElement::GetClipPath(TQXGPCanvas& Canvas) {
-  if (!FClippingChanged) return FClipPath;
   FClippingChanged = false;
-  TSVGGraphicElement* Ancestor = GetGraphicParent();
-  if (IsMarked(TSVGStyleProperty::ipClipPath) && Ancestor)
-    FClipPath = Ancestor->GetClipPath(Canvas);
-  else if (TSVGGraphicElement* Clip = GetClipURIElement())
-    FClipPath = Clip->GetClipPath(Canvas);
-  return FClipPath;
+  TSVGGraphicElement* Clip = GetClipURIElement();
+  return Clip ? Clip->GetClipPath(Canvas) : nullptr;
 }
 
 // --- Baking

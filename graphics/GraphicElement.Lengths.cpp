@@ -77,10 +77,26 @@ TSVGUnitFactorsEvent TSVGGraphicElement::OwnUnitFactors() {
 }
 
 float TSVGGraphicElement::LengthUnitFactor(TSVGUnit Unit) {
-  // Only the font's units are dear; the others are those of the document.
-  if (Unit == TSVGUnit::suFontSize || Unit == TSVGUnit::suFontXHeight)
-    return GetUnitFactors()[Ordinal(Unit)];
-  return (Document() ? Document()->StoredUnitFactors() : SVGUnitFactors)[Ordinal(Unit)];
+  switch (Unit) {
+    case TSVGUnit::suNone:
+    case TSVGUnit::suPixels:
+    case TSVGUnit::suPercent: return 1;
+    default: return GetUnitFactors()[Ordinal(Unit)];
+  }
+}
+
+std::unique_ptr<TSVGLength> TSVGGraphicElement::CreateLength(const TWiring& Events) {
+  auto Result = std::make_unique<TSVGLength>();
+  Result->Wire(this, Events);
+  return Result;
+}
+
+std::unique_ptr<TSVGStylePropertyLength> TSVGGraphicElement::CreateStylePropertyLength(
+    const TSVGStylePropertyLengthClass& LengthClass, TSVGStyleProperty Property,
+    const TWiring& Events) {
+  auto Result = LengthClass.Create(Property);
+  Result->Wire(this, Events);
+  return Result;
 }
 
 // --- Ranges and inheritance

@@ -351,6 +351,15 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // percentage is one of the width or height of the nearest view box; with PlainLength it stays a
   // fraction.
   static const TSVGLengthEventsOf<TSVGGraphicElement> PlainLength, WidthLength, HeightLength;
+  // The same for style lengths, which read and write the mark of their property: a percentage is
+  // one of the width, or with BaselineShiftLength a fraction.
+  static const TSVGLengthEventsOf<TSVGGraphicElement> SpacingLength, BaselineShiftLength;
+  std::unique_ptr<TSVGLength> CreateLength(
+      const TSVGLengthEventsOf<TSVGGraphicElement>& Events = PlainLength);
+  // A style length finds its parent's only where it is one of the four that the base class holds.
+  std::unique_ptr<TSVGStylePropertyLength> CreateStylePropertyLength(
+      const TSVGStylePropertyLengthClass& LengthClass, TSVGStyleProperty Property,
+      const TSVGLengthEventsOf<TSVGGraphicElement>& Events = SpacingLength);
   // The unit factors of this element, for objects that hold lengths themselves.
   TSVGUnitFactorsEvent OwnUnitFactors();
 
@@ -436,7 +445,6 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   void LengthGetInherited(TSVGStylePropertyLength* Sender, bool& IsInherited);
   void LengthSetInherited(TSVGStylePropertyLength* Sender, bool IsInherited);
   void LengthParent(TSVGStylePropertyLength* Sender, TSVGStylePropertyLength*& Parent);
-  static const TSVGLengthEventsOf<TSVGGraphicElement> SpacingLength, BaselineShiftLength;
   // The fields as they are, for streams.
   TSVGFillRule OwnFillRule() const { return FFillRule; }
   TSVGVectorEffect OwnVectorEffect() const { return FVectorEffect; }
@@ -466,7 +474,6 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   std::unique_ptr<Coverage> FCoverage;
   // The region that a clip path built; other elements point at it.
   std::unique_ptr<TQXGPRegion> FClipRegion;
-  TQXGPRegion* FClipPath = nullptr;
   // What BeginDraw saved, until EndDraw.
   TQXGPCanvasSaveState FCanvasState;
   TMatrix FMatrix;

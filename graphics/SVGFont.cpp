@@ -62,6 +62,10 @@ void TSVGFont::Assign(const TPersistent* Source) {
     InheritName(*Other);
   } else {
     FCandidates.reset();
+    // A platform's font has no weight but this.
+    if (const auto* Plain = dynamic_cast<const TQXGPFont*>(Source))
+      FWeight = Plain->Style().Has(TFontStyle::fsBold) ? TSVGFontWeight::fwBold
+                                                       : TSVGFontWeight::fwNormal;
   }
   TQXGPFont::Assign(Source);
 }

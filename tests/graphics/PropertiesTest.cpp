@@ -219,6 +219,19 @@ TEST(GraphicElement, PercentagesFollowTheViewBox) {
   EXPECT_EQ(Tree["r"].GetHeight(), 0) << "a negative size is lifted to 0";
 }
 
+TEST(GraphicElement, UnitsAreThoseOfTheDocument) {
+  TTree Tree("<rect id='r' width='10mm' height='2em'/>", "width='10mm' font-size='7'");
+  TSVGRectangle Alone(nullptr);
+  Alone.WidthU().SetAsUnit(TSVGUnit::suMillimeters, 10);
+  EXPECT_EQ(Alone.GetWidth(), 37.8f) << "rounded factors where there is no document";
+  EXPECT_NEAR(Tree["r"].GetWidth(), 96 / 2.54, 1e-4);
+  EXPECT_NEAR(Tree.Document.GetWidth(), 96 / 2.54, 1e-4);
+  EXPECT_EQ(Tree["r"].GetHeight(), 14);
+  Tree.Document.SetDPI(254);
+  EXPECT_NEAR(Tree["r"].GetWidth(), 100, 1e-4);
+  EXPECT_NEAR(Tree.Document.GetWidth(), 100, 1e-4);
+}
+
 TEST(GraphicElement, SpacingsClimb) {
   TTree Tree(
       "<g letter-spacing='2' word-spacing='1em' font-size='10'>"
