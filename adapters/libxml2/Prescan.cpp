@@ -36,7 +36,8 @@ void CheckMarkup(std::string_view Bytes) {
     const std::size_t Next = Bytes.find('<', At + 1);
     const std::string_view Part = Bytes.substr(At, Next - At);
     // No attribute holds a raw "<", so that a tag ends before the next one.
-    if (Part.size() > Limits::ElementAttributes * ShortestAttribute &&
+    const bool IsTag = Part.size() > 1 && Part[1] != '!' && Part[1] != '?';
+    if (IsTag && Part.size() > Limits::ElementAttributes * ShortestAttribute &&
         CountAttributes(Part) > Limits::ElementAttributes)
       throw ESVGException(SElementAttributesLimit);
     if (Part.starts_with("<!") && !Part.starts_with("<!-") && !Part.starts_with("<![") &&

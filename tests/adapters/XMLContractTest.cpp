@@ -255,6 +255,9 @@ TEST_P(XMLContract, BoundsWhatADocumentMayCost) {
   for (const Excess& C : Cases)
     EXPECT_EQ(Refusal<ESVGException>(C.Text), ToUtf8(C.Message)) << C.Text.substr(0, 60);
   EXPECT_NO_THROW(Load(Repeated("<g>", Depth) + Repeated("</g>", Depth)));
+  // Quotes that are no attributes.
+  const std::string Quotes = Repeated("'\"' ", Limits::ElementAttributes * 2);
+  EXPECT_NO_THROW(Load("<svg><!-- " + Quotes + "--><style>" + Quotes + "</style></svg>"));
 }
 
 TEST_P(XMLContract, ReadsCompressedDocuments) {
