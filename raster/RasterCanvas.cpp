@@ -182,11 +182,12 @@ void TQXRasterCanvas::PaintColor(TQXGPColor Color, float Opacity, const Covering
   Draw(Sink);
 }
 
-// Box is what gradients refer to.
+// Kind is that of the brush, or of the pen whose brush this is: a pen's own brush only holds
+// gradient and bitmap. Box is what gradients refer to.
 template <class Covering>
-void TQXRasterCanvas::Paint(const TQXGPBrush& Brush, const TRectF& Box, float Opacity,
-                            const Covering& Draw) {
-  switch (Brush.Kind()) {
+void TQXRasterCanvas::Paint(TQXGPBrushKind Kind, const TQXGPBrush& Brush, const TRectF& Box,
+                            float Opacity, const Covering& Draw) {
+  switch (Kind) {
     case TQXGPBrushKind::bkNone: return;
     case TQXGPBrushKind::bkSolid: return PaintColor(Brush.Color(), Opacity, Draw);
     case TQXGPBrushKind::bkGradient: {
@@ -219,7 +220,7 @@ void TQXRasterCanvas::DoFillPath(const TQXPathSource& Source, const TQXGPBrush& 
                          : TRectF{};
   if (IsUpright(ToDevice) && IsRectangle(Source.Path, R)) {
     R = QXMatrixTransform(ToDevice, R);
-    return Paint(Brush, Box, Opacity, [&](ISpanSink& Sink) {
+    return Paint(Brush.Kind(), Brush, Box, Opacity, [&](ISpanSink& Sink) {
       Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
         FScratch->Rasterizer.Rectangle(R, Clip, IsAliased(), Next);
       });
@@ -232,7 +233,7 @@ void TQXRasterCanvas::DoFillPath(const TQXPathSource& Source, const TQXGPBrush& 
     Key.Clip = FClip.Hash();
     Key.Mode = static_cast<std::uint32_t>(Source.FillMode) | (IsAliased() ? 2u : 0u);
   }
-  Paint(Brush, Box, Opacity, [&](ISpanSink& Sink) {
+  Paint(Brush.Kind(), Brush, Box, Opacity, [&](ISpanSink& Sink) {
     CoverKept(Source.Coverage, Key, Sink, [&](const TRect& Clip, ISpanSink& Next) {
       FScratch->Rasterizer.Fill(Source.Path, ToDevice, Clip, {Source.FillMode, IsAliased()}, Next);
     });
@@ -258,15 +259,15 @@ void TQXRasterCanvas::DoDrawPath(const TQXPathSource& Source, const TQXGPPen& Pe
   };
   if (Pen.Kind() == TQXGPBrushKind::bkSolid) return PaintColor(Pen.Color(), Opacity, Draw);
   if (!Pen.InnerBrush()) return;
-  const bool HasGradient = Pen.InnerBrush()->Kind() == TQXGPBrushKind::bkGradient;
-  Paint(*Pen.InnerBrush(), HasGradient ? QXPathBounds(Source.Path, Source.Matrix) : TRectF{},
-        Opacity, Draw);
+  const bool HasGradient = Pen.Kind() == TQXGPBrushKind::bkGradient;
+  Paint(Pen.Kind(), *Pen.InnerBrush(),
+        HasGradient ? QXPathBounds(Source.Path, Source.Matrix) : TRectF{}, Opacity, Draw);
 }
 
 void TQXRasterCanvas::DoFillRect(const TRectF& R, const TQXGPBrush& Brush, float Opacity) {
   if (!IsUpright(Matrix())) return TQXGPCanvas::DoFillRect(R, Brush, Opacity);
   const TRectF Device = QXMatrixTransform(Matrix(), R);
-  Paint(Brush, R, Opacity, [&](ISpanSink& Sink) {
+  Paint(Brush.Kind(), Brush, R, Opacity, [&](ISpanSink& Sink) {
     Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
       FScratch->Rasterizer.Rectangle(Device, Clip, IsAliased(), Next);
     });

@@ -47,7 +47,8 @@ class QXSVG_API TQXRasterCanvas final : public TQXGPCanvas {
   void CoverKept(TQXCoverageCache* Cache, const TQXCoverageKey& Key, ISpanSink& Sink,
                  const Drawing& Draw);
   template <class Covering>
-  void Paint(const TQXGPBrush& Brush, const TRectF& Box, float Opacity, const Covering& Draw);
+  void Paint(TQXGPBrushKind Kind, const TQXGPBrush& Brush, const TRectF& Box, float Opacity,
+             const Covering& Draw);
   template <class Covering>
   void PaintColor(TQXGPColor Color, float Opacity, const Covering& Draw);
 
