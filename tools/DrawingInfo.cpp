@@ -80,7 +80,9 @@ std::vector<std::pair<std::string, std::string>> ComputedProperties(TSVGElement&
   for (const TSVGStylePropertyRow& Row : SVGStylePropertyRows) {
     if (Row.Property == TSVGStyleProperty::ipNone) continue;
     const String Text = Graphic->EffectivePropertyText(Row.Property);
-    if (Text != InitialText(Element.ClassType(), Row.Property))
+    // What inherits begins at the root, whatever the class would begin with by itself.
+    const TSVGElementClass& Origin = Row.IsInherited ? TSVGDocument::Class : Element.ClassType();
+    if (Text != InitialText(Origin, Row.Property))
       Result.emplace_back(ToUtf8(Row.Name), ToUtf8(Text));
   }
   return Result;
