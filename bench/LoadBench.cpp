@@ -1,6 +1,6 @@
 // Loading whole documents from memory, each load with its destruction.
 //
-// A case is a file of the perf folder, or all files of a folder of the corpus together. The counter
+// A case is a set of the perf folder, or all files of a folder of the corpus together. The counter
 // "peak" is the memory that a load of the largest file adds at its highest, as a multiple of the
 // file.
 #include <benchmark/benchmark.h>
@@ -8,11 +8,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <sstream>
 
+#include "bench/Drawings.h"
 #include "document/Document.h"
 #include "runtime/Streams.h"
 #ifdef QXSVG_BENCH_LIBRSVG_2_0
@@ -20,8 +18,6 @@
 #endif
 
 namespace {
-
-namespace fs = std::filesystem;
 
 using TFiles = std::vector<std::string>;
 using TLoad = bool (*)(const std::string& File);
@@ -91,43 +87,12 @@ void Register(const std::string& Case, const TFiles& Files) {
 #endif
 }
 
-std::vector<fs::path> DrawingsIn(const fs::path& Folder) {
-  std::vector<fs::path> Result;
-  std::error_code Error;
-  for (const auto& Entry : fs::directory_iterator(Folder, Error))
-    if (Entry.path().extension() == ".svg" && Entry.is_regular_file())
-      Result.push_back(Entry.path());
-  std::sort(Result.begin(), Result.end());
-  return Result;
-}
-
-std::string ReadAll(const fs::path& Path) {
-  std::ifstream File(Path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(File), {}};
-}
-
-// A map of squares with the attributes that real drawings have, for machines without a corpus.
-std::string MakeDrawing() {
-  std::ostringstream Text;
-  Text << R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 1000 1000">)";
-  for (int I = 0; I < 10'000; ++I)
-    Text << R"(<path fill="#1f77b4" stroke="black" stroke-width="0.5" d="M)" << I % 1000 << ' '
-         << I / 1000 << R"~(h10v10h-10z" transform="translate(1,2)"/>)~";
-  Text << "</svg>";
-  return Text.str();
-}
-
 const bool IsRegistered = [] {
-  const char* const Named = std::getenv("QXSVG_BENCH_DATA");
-  const fs::path Data = Named ? Named : QXSVG_BENCH_DATA_DEFAULT;
-  Register("made 10000 paths", {MakeDrawing()});
-  for (const fs::path& File : DrawingsIn(Data / "perf"))
-    Register(File.stem().string(), {ReadAll(File)});
-  for (const char* const Folder : {"maps", "drawings"}) {
-    TFiles Files;
-    for (const fs::path& File : DrawingsIn(Data / "corpus" / Folder))
-      Files.push_back(ReadAll(File));
-    if (!Files.empty()) Register(Folder, Files);
+  Register("made 10000 paths", {qxsvg::bench::MakeSquares(10'000)});
+  for (const auto& Set : qxsvg::bench::DrawingsBelow("perf")) Register(Set.Name, Set.Files);
+  for (const char* const Folder : {"corpus/maps", "corpus/drawings"}) {
+    const auto Set = qxsvg::bench::DrawingsIn(Folder);
+    if (!Set.Files.empty()) Register(Set.Name, Set.Files);
   }
   return true;
 }();

@@ -1,0 +1,184 @@
+// Documents from text to pixels beside the peers: each case is done by all of them in turn, in the
+// same run, and the row gives the median of the processor's times in milliseconds.
+//
+// A case of a set is the sum over its files: "load" with the end of the document, "first" the first
+// draw after a load, "whole" load and first draw together, "redraw" the same document again,
+// unchanged, on the same bitmap, after it was drawn twice.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+#include "bench/DrawBenchEngines.h"
+#include "bench/Drawings.h"
+#include "document/Document.h"
+#include "graphics/surface/Bitmap.h"
+#include "runtime/Streams.h"
+
+namespace qxsvg::bench {
+namespace {
+
+// Of all threads: what other programs take meanwhile does not count, and a library that spreads
+// its work over threads of its own is charged for all of them.
+double Now() {
+  timespec Time{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &Time);
+  return static_cast<double>(Time.tv_sec) * 1e3 + static_cast<double>(Time.tv_nsec) / 1e6;
+}
+
+double MedianOf(std::vector<double> Times) {
+  const auto Middle = Times.begin() + static_cast<std::ptrdiff_t>(Times.size() / 2);
+  std::nth_element(Times.begin(), Middle, Times.end());
+  return *Middle;
+}
+
+enum class TPhase { Load, First, Whole, Redraw };
+
+// A peer that takes seconds for a set is not asked again and again.
+constexpr double MostPeerTime = 1500;
+
+struct TSide {
+  const char* Name;
+  std::unique_ptr<IDrawEngine> Engine;
+  std::vector<double> Times;
+};
+
+// Milliseconds that a phase takes for all files; below 0 when one is refused.
+double TimeOf(TPhase Phase, IDrawEngine& Engine, const TDrawings& Set, int Size) {
+  double Sum = 0;
+  const auto Timed = [&Sum](const auto& Work) {
+    const double From = Now();
+    Work();
+    Sum += Now() - From;
+  };
+  for (const std::string& File : Set.Files) {
+    bool IsLoaded = false;
+    const auto Load = [&] { IsLoaded = Engine.Load(File); };
+    const auto Draw = [&] { Engine.Draw(); };
+    if (Phase == TPhase::Load || Phase == TPhase::Whole)
+      Timed(Load);
+    else
+      Load();
+    if (!IsLoaded) return -1;
+    if (Phase != TPhase::Load) {
+      Engine.Prepare(Size);
+      if (Phase == TPhase::Redraw) {
+        for (int I = 0; I < 2; ++I) Draw(), Engine.Prepare(Size);
+      }
+      Timed(Draw);
+    }
+    if (Phase == TPhase::Load)
+      Timed([&] { Engine.Unload(); });
+    else
+      Engine.Unload();
+  }
+  return Sum;
+}
+
+void RunCase(benchmark::State& State, TPhase Phase, const TDrawings& Set, int Size) {
+  std::vector<TSide> Sides;
+  Sides.push_back({"own", CreateOwnDrawEngine(), {}});
+  // For profiles of our own part alone.
+  if (!std::getenv("QXSVG_BENCH_NO_PEERS")) {
+    Sides.push_back({"librsvg", CreateRsvgDrawEngine(), {}});
+    Sides.push_back({"qt", CreateQtDrawEngine(), {}});
+  }
+  std::erase_if(Sides, [](const TSide& Side) { return !Side.Engine; });
+  // The first round warms caches and fonts up, and weeds out who cannot do it.
+  std::erase_if(Sides, [&](const TSide& Side) {
+    return TimeOf(Phase, *Side.Engine, Set, Size) < 0 && &Side != Sides.data();
+  });
+  for (auto _ : State)
+    for (TSide& Side : Sides) {
+      const bool IsOwn = &Side == Sides.data();
+      if (!IsOwn && !Side.Times.empty() && Side.Times.front() > MostPeerTime) continue;
+      const double Time = TimeOf(Phase, *Side.Engine, Set, Size);
+      if (Time < 0) return State.SkipWithError("A document was refused");
+      Side.Times.push_back(Time);
+      if (IsOwn) State.SetIterationTime(Time / 1000);
+    }
+  for (const TSide& Side : Sides) {
+    const double Median = MedianOf(Side.Times);
+    State.counters[std::string(Side.Name) + "_ms"] = Median;
+    if (&Side != Sides.data())
+      State.counters[std::string("x_") + Side.Name] = Median / MedianOf(Sides[0].Times);
+  }
+}
+
+// --- Questions to a tree
+
+std::unique_ptr<TSVGDocument> DocumentOf(const std::string& File) {
+  auto Document = std::make_unique<TSVGDocument>();
+  TBytesViewStream Stream{std::string_view(File)};
+  Document->LoadFromStream(Stream);
+  return Document;
+}
+
+// One point of a grid over the drawing after the other; the first is answered after a load.
+void HitCase(benchmark::State& State, const TDrawings& Set) {
+  constexpr int Side = 1024, Steps = 16;
+  const auto Document = DocumentOf(Set.Files.front());
+  TQXGPBitmap Bitmap(Side, Side);
+  int At = 0, Hits = 0;
+  std::vector<double> Times;
+  const auto Ask = [&] {
+    const TPointF Point{static_cast<float>(At % Steps * Side / Steps),
+                        static_cast<float>(At / Steps % Steps * Side / Steps)};
+    ++At;
+    const double From = Now();
+    if (Document->ElementAtPos(Bitmap.GetCanvas(), Point, QXRect(0, 0, Side, Side), {})) ++Hits;
+    Times.push_back(Now() - From);
+  };
+  Ask();
+  State.counters["cold"] = Times.front();
+  for (auto _ : State) Ask();
+  State.counters["own_ms"] = MedianOf(Times);
+  State.counters["worst"] = *std::max_element(Times.begin() + 1, Times.end());
+  State.counters["share_hit"] = static_cast<double>(Hits) / At;
+}
+
+void BoundsCase(benchmark::State& State, int Count) {
+  const std::string File = MakeSquares(Count);
+  std::vector<double> Cold, Warm;
+  for (auto _ : State) {
+    const auto Document = DocumentOf(File);
+    TSVGElement& Group = *Document->Items()[0];
+    for (std::vector<double>* Times : {&Cold, &Warm}) {
+      const double From = Now();
+      benchmark::DoNotOptimize(Group.GetBoundsRect(QXIdentityMatrix));
+      Times->push_back(Now() - From);
+    }
+    State.SetIterationTime(Cold.back() / 1000);
+  }
+  State.counters["own_ms"] = MedianOf(Cold);
+  State.counters["warm"] = MedianOf(Warm);
+}
+
+template <class Function, class... Arguments>
+void Register(const std::string& Name, Function Run, Arguments... Args) {
+  benchmark::RegisterBenchmark(Name.c_str(), [=](benchmark::State& State) { Run(State, Args...); })
+      ->UseManualTime()
+      ->MinTime(0.1)
+      ->Unit(benchmark::kMillisecond);
+}
+
+const bool IsRegistered = [] {
+  std::vector<TDrawings> Sets = DrawingsBelow("perf");
+  if (Sets.empty()) Sets.push_back({"squares10000", {MakeSquares(10'000)}});
+  for (const TDrawings& Set : Sets) {
+    Register(Set.Name + "/load", RunCase, TPhase::Load, Set, 0);
+    for (const int Size : {512, 2048}) {
+      const std::string At = "/" + std::to_string(Size);
+      Register(Set.Name + "/first" + At, RunCase, TPhase::First, Set, Size);
+      Register(Set.Name + "/whole" + At, RunCase, TPhase::Whole, Set, Size);
+      Register(Set.Name + "/redraw" + At, RunCase, TPhase::Redraw, Set, Size);
+    }
+    if (Set.Name == "mapworld") Register("mapworld/hit", HitCase, Set);
+  }
+  Register("bounds100000", BoundsCase, 100'000);
+  return true;
+}();
+
+}  // namespace
+}  // namespace qxsvg::bench
