@@ -1,5 +1,6 @@
 #include "graphics/surface/DataURI.h"
 
+#include "foundation/ParseURI.h"
 #include "graphics/surface/ImageCodecs.h"
 #include "runtime/Base64.h"
 #include "runtime/Services.h"
@@ -7,9 +8,6 @@
 namespace qxsvg {
 
 namespace {
-
-constexpr StringView DataPrefix = u"data:";
-constexpr StringView ImagePrefix = u"image/";
 
 int HexDigit(char16_t C) {
   const char16_t L = AsciiLower(C);
@@ -38,23 +36,13 @@ String Unescape(StringView Text) {
 
 void LoadBitmapFromDataURI(StringView Text, std::unique_ptr<TQXGPBitmap>& Bitmap) {
   if (!Bitmap) Bitmap = std::make_unique<TQXGPBitmap>();
-  if (!StartsText(DataPrefix, Text)) return;
-  Text.remove_prefix(DataPrefix.size());
-  const std::size_t Comma = Text.find(u',');
-  if (Comma == StringView::npos) return;
-  const StringView Data = Text.substr(Comma + 1);
-
-  StringView MediaType = u"text/plain";
-  bool IsBase64 = false;
-  const std::vector<StringView> Items = SplitString(Text.substr(0, Comma), u";");
-  if (Items[0].find(u'/') != StringView::npos) MediaType = Items[0];
-  for (const StringView Item : Items) IsBase64 |= SameText(Item, u"base64");
-  if (!IsBase64 || !StartsText(ImagePrefix, MediaType)) return;
-
+  TDataURI Parts;
+  if (!ParseDataURI(Text, Parts) || !Parts.IsImage()) return;
   // Line breaks are passed over by the decoder.
-  const TBytes Bytes =
-      Data.find(u'%') == StringView::npos ? Base64Decode(Data) : Base64Decode(Unescape(Data));
-  Services().Images.Get()->Decode(Bytes, *Bitmap, MediaType.substr(ImagePrefix.size()));
+  const TBytes Bytes = Parts.Data.find(u'%') == StringView::npos
+                           ? Base64Decode(Parts.Data)
+                           : Base64Decode(Unescape(Parts.Data));
+  Services().Images.Get()->Decode(Bytes, *Bitmap, Parts.ImageType());
 }
 
 }  // namespace qxsvg
