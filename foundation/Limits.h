@@ -62,7 +62,7 @@ inline constexpr std::size_t PathSegments = 10'000'000;
 
 // Dashes of one stroke: a dash of a thousandth of a pixel along a long path gives millions that no
 // one can see. Over this the line is drawn solid.
-inline constexpr std::size_t DashCount = 1'000'000;
+inline constexpr std::size_t DashCount = 200'000;
 
 // Stops of a gradient after it was repeated over the area that it fills.
 inline constexpr std::size_t GradientPoints = 65'536;
@@ -97,7 +97,7 @@ inline constexpr std::size_t TextRun = 1'000'000;
 // Each level costs several stack frames.
 inline constexpr std::int32_t ReferenceDepth = 64;
 // Elements drawn through references in one draw: use within use doubles the work at each level.
-inline constexpr std::int64_t DrawnReferences = 300'000;
+inline constexpr std::int64_t DrawnReferences = 400'000;
 // Levels of SVG files that stand as images within each other, and files loaded that way in all from
 // the outermost one: each is a whole document.
 inline constexpr std::size_t ImageDocumentDepth = 4;

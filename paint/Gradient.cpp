@@ -155,7 +155,7 @@ void TSVGCustomGradient::SetGradientPoints(TQXGPGradientPoints& Points, std::int
   // Any child at all, also one that is no stop, keeps the gradient from borrowing stops.
   if (Items().Count() == 0 && !FReference.empty() && Document()) {
     if (TSVGCustomGradient* const Lender = AsGradient(Document()->FindElement(FReference))) {
-      const TReferenceStep Reference(*this, *Lender);
+      const TReferenceStep Reference(*this, *Lender, TReferenceCost::rcNothing);
       if (Reference) return Lender->SetGradientPoints(Points, Step);
     }
   }

@@ -40,6 +40,7 @@ TSVGElementTypes TSVGPath::ChildSVGTypes() const {
 
 void TSVGPath::DataChanged(TPersistent* Sender) {
   FIsShapeStale = true;
+  FHasBounds = false;
   PropagateObjectPropChange(Sender);
 }
 
@@ -73,7 +74,11 @@ double TSVGPath::GetLengthRatio() {
 }
 
 TRectF TSVGPath::GetBoundsRect() {
-  return FData.GetBounds();
+  if (!FHasBounds) {
+    FBounds = FData.GetBounds();
+    FHasBounds = true;
+  }
+  return FBounds;
 }
 
 TQXGPPath* TSVGPath::GetShape() {

@@ -46,6 +46,9 @@ class QXSVG_API TSVGPath : public TSVGGraphicElement {
   void DataChanged(TPersistent* Sender);
 
   TQXPathData FData;
+  // Those of the data, as soon as they were asked for: a long path takes its time for them.
+  TRectF FBounds;
+  bool FHasBounds = false;
   double FPathLength = NoPathLength;
   // The data is another than that which the shape was made of.
   bool FIsShapeStale = true;

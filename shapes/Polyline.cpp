@@ -33,6 +33,22 @@ void AddFigure(Path& Target, const TQXPoints& Points, bool Closed) {
   Target.EndUpdate();
 }
 
+TRectF BoundsOf(const TQXPoints& Points) {
+  if (Points.empty()) return TRectF();
+  TRectF Bounds = QXRect(Points.front(), Points.front());
+  for (const TPointF P : Points) {
+    if (P.X < Bounds.Left)
+      Bounds.Left = P.X;
+    else if (P.X > Bounds.Right)
+      Bounds.Right = P.X;
+    if (P.Y < Bounds.Top)
+      Bounds.Top = P.Y;
+    else if (P.Y > Bounds.Bottom)
+      Bounds.Bottom = P.Y;
+  }
+  return Bounds;
+}
+
 }  // namespace
 
 constinit const TSVGElementClass TSVGPolyline::Class{
@@ -75,6 +91,7 @@ void TSVGPolygon::Clear() {
 
 void TSVGPolyline::TakePoints(TQXPoints Value) {
   FPoints = std::move(Value);
+  FHasBounds = false;
   FIsShapeStale = true;
 }
 
@@ -111,19 +128,11 @@ void TSVGPolyline::DoSaveToXML(IXMLNode& Node) {
 // -------------------------------------------------------------------------------------
 
 TRectF TSVGPolyline::GetBoundsRect() {
-  if (FPoints.empty()) return TRectF();
-  TRectF Bounds = QXRect(FPoints.front(), FPoints.front());
-  for (const TPointF P : FPoints) {
-    if (P.X < Bounds.Left)
-      Bounds.Left = P.X;
-    else if (P.X > Bounds.Right)
-      Bounds.Right = P.X;
-    if (P.Y < Bounds.Top)
-      Bounds.Top = P.Y;
-    else if (P.Y > Bounds.Bottom)
-      Bounds.Bottom = P.Y;
+  if (!FHasBounds) {
+    FBounds = BoundsOf(FPoints);
+    FHasBounds = true;
   }
-  return Bounds;
+  return FBounds;
 }
 
 std::unique_ptr<TQXPathData> TSVGPolyline::CreatePath(bool Closed) const {

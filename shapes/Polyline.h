@@ -47,6 +47,9 @@ class QXSVG_API TSVGPolyline : public TSVGGraphicElement {
   void DrawPoints(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect, bool Closed);
 
   TQXPoints FPoints;
+  // Those of the points, as soon as they were asked for.
+  TRectF FBounds;
+  bool FHasBounds = false;
   // The points are others than those that the shape was made of.
   bool FIsShapeStale = true;
 };

@@ -83,13 +83,16 @@ TReferenceScope::~TReferenceScope() {
   --Work.Scopes;
 }
 
-TReferenceStep::TReferenceStep(const TSVGElement& User, const TSVGElement& Target) {
+TReferenceStep::TReferenceStep(const TSVGElement& User, const TSVGElement& Target,
+                               TReferenceCost Cost) {
   if (Work.Depth >= Limits::ReferenceDepth) {
     Tell(User, SReferenceDepthLimit);
     return;
   }
   TExtent Extent;
-  Measure(Target, 1, Work.Left, Extent);
+  const bool Counts = Cost == TReferenceCost::rcElements;
+  Measure(Target, 1, Counts ? Work.Left : Limits::Elements, Extent);
+  if (!Counts) Extent.Elements = 0;
   if (Extent.Elements > Work.Left) {
     // Whatever comes after this is left out as well, so that the walk ends soon.
     Work.Left = 0;

@@ -23,12 +23,17 @@ class TReferenceScope {
   ~TReferenceScope();
 };
 
+// What a step costs: drawing and hit testing reach the elements of the target anew each time, while
+// its bounds and shape are kept by the target.
+enum class TReferenceCost { rcElements, rcNothing };
+
 // One reference being followed, from User to Target, for as long as this object lives. It is false,
 // and the target must be left alone, where references are nested too deeply or too much has been
 // reached through them; the document hears of it.
 class TReferenceStep {
  public:
-  TReferenceStep(const TSVGElement& User, const TSVGElement& Target);
+  TReferenceStep(const TSVGElement& User, const TSVGElement& Target,
+                 TReferenceCost Cost = TReferenceCost::rcElements);
   TReferenceStep(const TReferenceStep&) = delete;
   TReferenceStep& operator=(const TReferenceStep&) = delete;
   ~TReferenceStep();

@@ -81,7 +81,7 @@ TRectF TSVGUse::GetBoundsRect() {
   TRectF Own = TSVGGraphicElement::GetBoundsRect();
   TSVGGraphicElement* const Shown = Target();
   if (!Shown) return Own;
-  const TReferenceStep Step(*this, *Shown);
+  const TReferenceStep Step(*this, *Shown, TReferenceCost::rcNothing);
   if (!Step) return Own;
   TRectF Bounds = Shown->GetBoundsRect();
   if (!IsViewport(*Shown)) {
@@ -107,14 +107,17 @@ TRectF TSVGUse::GetBoundsRect(const TMatrix& Matrix) {
 
 TQXGPPath* TSVGUse::GetShape() {
   if (TSVGGraphicElement* const Shown = Target())
-    if (const TReferenceStep Step(*this, *Shown); Step) return Shown->GetShape();
+    if (const TReferenceStep Step(*this, *Shown, TReferenceCost::rcNothing); Step)
+      return Shown->GetShape();
   return TSVGGraphicElement::GetShape();
 }
 
 bool TSVGUse::HasChild(const TSVGElement* Element) const {
   if (const TSVGGraphicElement* const Shown = Target()) {
     if (Element == Shown) return true;
-    if (const TReferenceStep Step(*this, *Shown); Step && Shown->HasChild(Element)) return true;
+    if (const TReferenceStep Step(*this, *Shown, TReferenceCost::rcNothing);
+        Step && Shown->HasChild(Element))
+      return true;
   }
   return TSVGGraphicElement::HasChild(Element);
 }
@@ -123,7 +126,7 @@ bool TSVGUse::HasDescendant(const TSVGElement* Element) const {
   if (TSVGGraphicElement::HasDescendant(Element)) return true;
   const TSVGGraphicElement* const Shown = Target();
   if (!Shown) return false;
-  const TReferenceStep Step(*this, *Shown);
+  const TReferenceStep Step(*this, *Shown, TReferenceCost::rcNothing);
   return Step && Shown->HasDescendant(Element);
 }
 
