@@ -34,6 +34,8 @@ TStrokeOutline::TStrokeOutline(const TQXStrokeStyle& Style, const TMatrix& ToDev
   // A chord of a circle of radius R over the angle A leaves it by R (1 - cos(A / 2)).
   const double HalfCos = 1 - std::min(double{Tolerance} / FHalf, 1.0);
   const double Cos = std::clamp(2 * HalfCos * HalfCos - 1, 0.0, FinestCos);
+  // Points on the circle would make every arc too small; half of the error goes to either side.
+  FBulge = static_cast<float>(1 + (1 - std::sqrt((1 + Cos) / 2)) / 2);
   FStepCos = static_cast<float>(Cos);
   FStepSin = static_cast<float>(std::sqrt(1 - Cos * Cos));
 }
@@ -112,7 +114,7 @@ void TStrokeOutline::Arc(TQXLineBuffer& Side, TPointF From, TPointF To, float Tu
   const float Near = FHalf * FHalf * FStepCos;
   for (int Steps = 0; Steps < 4096 && DotOf(From, To) < Near; ++Steps) {
     From = {From.X * FStepCos - From.Y * Sin, From.X * Sin + From.Y * FStepCos};
-    Side.LineTo(Map(FP + From));
+    Side.LineTo(Map(FP + From * FBulge));
   }
 }
 

@@ -60,7 +60,7 @@ class TStrokeOutline {
   const bool FHasMatrix;
   const float FHalf, FTolerance;
   // Of the rotation from one point of an arc to the next.
-  float FStepCos = 0, FStepSin = 1;
+  float FStepCos = 0, FStepSin = 1, FBulge = 1;
   float FMiterLimit2;
   TQXLineBuffer &FLeft, &FRight;
   TPointF FP, FDirection, FRingP, FRingDirection;

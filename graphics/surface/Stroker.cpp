@@ -14,7 +14,9 @@ namespace {
 // A pattern that repeats within this many pixels is drawn with so many repetitions taken as one
 // that it does not: nobody sees the difference, and the number of marks stays within what is
 // visible.
-constexpr double LeastPeriod = 0.125;
+constexpr double LeastPeriod = 0.25;
+// So many repetitions away the places of marks can no longer be told.
+constexpr double MostCycles = 1e12;
 // Miters that reach farther than this many widths are not looked for outside the clip.
 constexpr float FarthestMiter = 100;
 
@@ -332,7 +334,8 @@ void TFigureStroker::BeginDashes() {
 void TFigureStroker::JumpTo(double Distance) {
   const double Along = Distance + FDashes->Offset, Period = FDashes->Period();
   const double Cycle = std::floor(Along / Period);
-  FCycle = static_cast<std::int64_t>(std::clamp(Cycle, -1e15, 1e15));
+  FCycle = static_cast<std::int64_t>(std::clamp(Cycle, -MostCycles, MostCycles));
+  if (std::abs(Cycle) > MostCycles) FMarks = Limits::DashCount;
   const double Rest = std::clamp(Along - Cycle * Period, 0.0, Period);
   const auto Found = std::upper_bound(FDashes->Edges.begin(), FDashes->Edges.end() - 1, Rest);
   FIndex = static_cast<std::size_t>(Found - FDashes->Edges.begin()) - 1;

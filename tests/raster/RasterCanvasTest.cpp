@@ -1,0 +1,281 @@
+// Pictures: the same whatever the machine and however they are cut, and right in what can be told.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "RasterTestSupport.h"
+
+namespace qxsvg {
+namespace {
+
+constexpr std::int32_t Side = 160;
+
+void Restore() {
+  SetSimdLevel(BestSimdLevel());
+}
+
+TEST(TRasterCanvasTest, PlainAndSimdGiveTheSameBits) {
+  for (std::uint32_t Seed = 1; Seed <= 40; ++Seed) {
+    TTestSurface A(Side, Side, 0xff204060), B(Side, Side, 0xff204060);
+    SetSimdLevel(TSimdLevel::Plain);
+    DrawRandomScene(A.Canvas, Seed, Side);
+    SetSimdLevel(TSimdLevel::AVX2);
+    DrawRandomScene(B.Canvas, Seed, Side);
+    Restore();
+    ASSERT_EQ(Difference(A.Bitmap, B.Bitmap), "") << "seed " << Seed;
+  }
+}
+
+TEST(TRasterCanvasTest, TilesMakeTheWhole) {
+  for (std::uint32_t Seed = 1; Seed <= 25; ++Seed) {
+    TTestSurface Whole(Side, Side), Tiled(Side, Side);
+    DrawRandomScene(Whole.Canvas, Seed, Side);
+    const std::int32_t Tile = 23 + static_cast<std::int32_t>(Seed);
+    for (std::int32_t Y = 0; Y < Side; Y += Tile)
+      for (std::int32_t X = 0; X < Side; X += Tile) {
+        const TQXCanvasStateLock Lock(Tiled.Canvas);
+        Tiled.Canvas.IntersectClip(QXRect(TRect{X, Y, X + Tile, Y + Tile}));
+        DrawRandomScene(Tiled.Canvas, Seed, Side);
+      }
+    ASSERT_EQ(Difference(Whole.Bitmap, Tiled.Bitmap), "") << "seed " << Seed;
+  }
+}
+
+TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
+  TQXCoverageBudget Budget(1 << 20);
+  for (std::uint32_t Seed = 1; Seed <= 20; ++Seed) {
+    TRandom Random(Seed);
+    const TQXPathGeometry Path = RandomPath(Random, Side, true);
+    TQXCoverageCache Fill(Budget), Stroke(Budget);
+    TTestSurface Fresh(Side, Side);
+    SetRandomPen(Random, Fresh.Canvas.Pen());
+    const auto Draw = [&](TTestSurface& S, bool IsKept) {
+      S.Canvas.SetPen(Fresh.Canvas.Pen());
+      S.Canvas.IntersectClip(QXRect(20, 20, 150, 130));
+      S.Canvas.FillPath({Path.View(), TQXGPFillMode::fmWinding, {}, IsKept ? &Fill : nullptr}, 1);
+      S.Canvas.DrawPath({Path.View(), TQXGPFillMode::fmWinding, {}, IsKept ? &Stroke : nullptr}, 1);
+    };
+    Draw(Fresh, false);
+    for (int I = 0; I < 3; ++I) {
+      TTestSurface Kept(Side, Side);
+      Draw(Kept, true);
+      ASSERT_EQ(Difference(Fresh.Bitmap, Kept.Bitmap), "") << "seed " << Seed << " time " << I;
+    }
+    // Something else under the same caches: what was kept no longer serves.
+    TTestSurface A(Side, Side), B(Side, Side);
+    A.Canvas.SetMatrix(CreateTranslateQXMatrix(3, 0));
+    B.Canvas.SetMatrix(CreateTranslateQXMatrix(3, 0));
+    Draw(A, false);
+    Draw(B, true);
+    ASSERT_EQ(Difference(A.Bitmap, B.Bitmap), "") << "seed " << Seed;
+  }
+}
+
+// Nothing here may crash, hang or take memory; the test's time limit sees to the rest.
+TEST(TRasterCanvasTest, DegenerateInputComesToAnEnd) {
+  constexpr float Inf = std::numeric_limits<float>::infinity(), Not = std::nanf(""), Huge = 3e38f;
+  std::vector<TQXPathGeometry> Paths(1);
+  const auto Add = [&](std::initializer_list<TPointF> Points) {
+    TQXPathGeometry Path;
+    for (const TPointF P : Points) Path.IsEmpty() ? Path.MoveTo(P) : Path.LineTo(P);
+    Paths.push_back(Path);
+    Path.Close();
+    Paths.push_back(Path);
+  };
+  Add({{5, 5}});
+  Add({{5, 5}, {5, 5}, {5, 5}});
+  Add({{-Huge, -Huge}, {Huge, Huge}, {-Huge, Huge}});
+  Add({{-1e6f, 50}, {1e6f, 50.5f}});
+  Add({{-1e30f, 50}, {1e30f, 51}, {1e30f, -1e30f}});
+  Add({{Not, 3}, {10, Inf}, {40, 40}, {1e-30f, 1e-38f}});
+  Add({{10, 10}, {90, 10}, {10, 10}, {90, 10}});
+  TQXPathGeometry Curves;
+  Curves.MoveTo({-Huge, 0});
+  Curves.CurveTo({Huge, Huge}, {-Huge, Huge}, {Huge, 0});
+  Curves.MoveTo({50, 50});
+  Curves.CurveTo({50, 50}, {50, 50}, {50, 50});
+  Curves.CurveTo({90, 50}, {10, 50}, {50, 50});
+  Curves.CurveTo({1e7f, 1e7f}, {-1e7f, 1e7f}, {50, 20});
+  Curves.AddEllipse({-1e9f, -1e9f, 1e9f, 1e9f});
+  Curves.AddEllipse({10, 10, 10, 90});
+  Paths.push_back(Curves);
+
+  const TMatrix Matrices[] = {QXIdentityMatrix,
+                              CreateScaleQXMatrix(1e-20f, 1e-20f),
+                              CreateScaleQXMatrix(1e20f, 1),
+                              CreateScaleQXMatrix(0, 1),
+                              CreateScaleQXMatrix(-1, 1e-6f),
+                              TMatrix{1, 1, 0, 1, 1, 0, 0, 0, 1},
+                              CreateTranslateQXMatrix(1e30f, Huge)};
+  for (const TMatrix& M : Matrices) {
+    TTestSurface S(100, 100);
+    S.Canvas.SetMatrix(M);
+    for (const TQXPathGeometry& Path : Paths) {
+      const TQXPathSource Source{Path.View(), TQXGPFillMode::fmAlternate, {}, nullptr};
+      S.Canvas.FillPath(Source, 1);
+      for (const float Width : {0.0f, -1.0f, 1e-12f, 1.0f, 1e9f, Huge, Not, Inf})
+        for (const auto Join : {TQXGPStrokeJoin::sjMiter, TQXGPStrokeJoin::sjRound}) {
+          TQXGPPen& Pen = S.Canvas.Pen();
+          Pen.SetThickness(Width);
+          Pen.SetJoin(Join);
+          Pen.SetMiterLimit(Join == TQXGPStrokeJoin::sjMiter ? 1e30f : 4);
+          Pen.SetStartCap(TQXGPLineCap::lcRound);
+          Pen.SetDash(TQXGPStrokeDash::sdSolid);
+          S.Canvas.DrawPath(Source, 1);
+          const float Fine[] = {1e-6f, 1e-6f};
+          Pen.SetCustomDash(Fine, 0.5f);
+          S.Canvas.DrawPath(Source, 1);
+        }
+    }
+    S.Canvas.FillRect({-Huge, -Huge, Huge, Huge}, 1);
+    S.Canvas.FillRect({Not, 0, 10, 10}, 1);
+    S.Canvas.FillRect({10, 10, -10, -10}, Not);
+    S.Canvas.DrawImage(S.Bitmap, {-1e30f, -1e30f, 1e30f, 1e30f}, 1);
+    S.Canvas.IntersectClip(TRectF{Not, 0, Inf, 3});
+    S.Canvas.FillRect({0, 0, 10, 10}, 1);
+  }
+}
+
+TEST(TRasterCanvasTest, HugeFiguresCoverWhatTheySurround) {
+  TTestSurface S(50, 50);
+  S.Canvas.Brush().SetColor(0xff00ff00);
+  TQXPathGeometry Path;
+  Path.AddEllipse({-1e8f, -1e8f, 1e8f, 1e8f});
+  S.Canvas.FillPath({Path.View(), TQXGPFillMode::fmWinding, {}, nullptr}, 1);
+  for (std::int32_t I = 0; I < 50; ++I) ASSERT_EQ(S.Pixel(I, 49 - I), 0xff00ff00);
+  // A line from far left to far right, one pixel high, is where it should be.
+  S.Canvas.Pen().SetColor(0xffff0000);
+  S.Canvas.DrawLine({-1e9f, 10.5f}, {1e9f, 10.5f}, 1);
+  EXPECT_EQ(S.Pixel(0, 10), 0xffff0000);
+  EXPECT_EQ(S.Pixel(49, 10), 0xffff0000);
+  EXPECT_EQ(S.Pixel(25, 9), 0xff00ff00);
+  EXPECT_EQ(S.Pixel(25, 11), 0xff00ff00);
+}
+
+TEST(TRasterCanvasTest, ClipsMultiplyAndNest) {
+  TTestSurface S(40, 40, 0xffffffff);
+  TQXPathGeometry Circle;
+  Circle.AddEllipse({0, 0, 40, 40});
+  const TQXGPCanvasSaveState State = S.Canvas.SaveState();
+  S.Canvas.IntersectClip(Circle.View(), TQXGPFillMode::fmWinding);
+  S.Canvas.IntersectClip(QXRect(0, 0, 20.5f, 40));
+  EXPECT_TRUE(S.Canvas.IsVisible({10, 20}));
+  EXPECT_FALSE(S.Canvas.IsVisible({1, 1}));
+  EXPECT_FALSE(S.Canvas.IsVisible({30, 20}));
+  EXPECT_EQ(S.Canvas.GetClipBounds(), QXRect(0, 0, 21, 40));
+  S.Canvas.Brush().SetColor(0xff000000);
+  S.Canvas.FillRect({0, 0, 40, 40}, 1);
+  S.Canvas.RestoreState(State);
+  EXPECT_EQ(S.Pixel(10, 20), 0xff000000);
+  EXPECT_EQ(S.Pixel(20, 20), 0xff7f7f7f);
+  EXPECT_EQ(S.Pixel(21, 20), 0xffffffff);
+  EXPECT_EQ(S.Pixel(1, 1), 0xffffffff);
+  EXPECT_TRUE(S.Canvas.IsVisible({30, 20}));
+  // A region of two figures, then with a third cut out of it.
+  TQXGPRegion Region;
+  Region.MakeEmpty();
+  TQXPathGeometry Left, Right;
+  Left.AddEllipse({0, 0, 20, 40});
+  Right.AddEllipse({20, 0, 40, 40});
+  Region.Combine(Left.View(), TQXGPFillMode::fmWinding, TQXGPCombineMode::cmUnion);
+  Region.Combine(Right.View(), TQXGPFillMode::fmWinding, TQXGPCombineMode::cmUnion);
+  Region.Combine(QXRect(0, 0, 40, 15), TQXGPCombineMode::cmIntersect);
+  S.Canvas.IntersectClip(Region);
+  EXPECT_TRUE(S.Canvas.IsVisible({10, 10}) && S.Canvas.IsVisible({30, 10}));
+  EXPECT_FALSE(S.Canvas.IsVisible({10, 20}));
+  EXPECT_FALSE(S.Canvas.IsVisible({20, 1}));
+}
+
+TEST(TRasterCanvasTest, WithoutAntiAliasingPixelsAreWholeOrNot) {
+  TTestSurface S(40, 40);
+  S.Canvas.TrySmoothingMode(TQXGPSmoothingMode::smHighSpeed);
+  S.Canvas.Brush().SetColor(0xff123456);
+  TQXPathGeometry Circle;
+  Circle.AddEllipse({3, 3, 36, 37});
+  S.Canvas.FillPath({Circle.View(), TQXGPFillMode::fmWinding, {}, nullptr}, 1);
+  for (std::int32_t Y = 0; Y < 40; ++Y)
+    for (std::int32_t X = 0; X < 40; ++X)
+      ASSERT_TRUE(S.Pixel(X, Y) == 0 || S.Pixel(X, Y) == 0xff123456);
+  EXPECT_EQ(S.Pixel(20, 20), 0xff123456);
+}
+
+TEST(TRasterCanvasTest, GradientsRunWhereTheyShould) {
+  TTestSurface S(256, 64);
+  TQXGPBrush& Brush = S.Canvas.Brush();
+  TQXGPGradient& G = Brush.GetGradient();
+  Brush.SetKind(TQXGPBrushKind::bkGradient);
+  G.Points().Add(0, 0xff000000);
+  G.Points().Add(1, 0xffff0000);
+  S.Canvas.FillRect({0, 0, 256, 64}, 1);
+  for (std::int32_t X = 0; X < 256; ++X)
+    ASSERT_NEAR(static_cast<double>(S.Pixel(X, 30) >> 16 & 255), X + 0.5, 1.5) << X;
+  // Stops are padded; a stop that steps back counts as standing with the one before it.
+  G.Points().Clear();
+  G.Points().Add(0.25f, 0xff00ff00);
+  G.Points().Add(0.75f, 0xff0000ff);
+  G.Points().Add(0.5f, 0xffffffff);
+  S.Canvas.FillRect({0, 0, 256, 64}, 1);
+  EXPECT_EQ(S.Pixel(10, 5), 0xff00ff00);
+  EXPECT_EQ(S.Pixel(250, 5), 0xffffffff);
+  EXPECT_NEAR(static_cast<double>(S.Pixel(128, 5) & 255), 128, 2);
+  // A path gradient counts from the rim inwards.
+  G.Points().Clear();
+  G.Points().Add(0, 0xff0000ff);
+  G.Points().Add(1, 0xffff0000);
+  G.SetStyle(TQXGPGradientStyle::gsRadial);
+  S.Canvas.FillRect({0, 0, 64, 64}, 1);
+  EXPECT_EQ(S.Pixel(1, 1), 0xff0000ff);
+  EXPECT_GT(S.Pixel(32, 32) >> 16 & 255, 245u);
+  EXPECT_NEAR(static_cast<double>(S.Pixel(16, 32) & 255), 124, 4);
+  // Its focus moves the inner colour, not the rim.
+  G.FocusOffsetPosition().SetPoint({0.25f, 0});
+  S.Canvas.FillRect({0, 0, 64, 64}, 1);
+  EXPECT_GT(S.Pixel(48, 32) >> 16 & 255, 240u);
+  EXPECT_LT(S.Pixel(0, 32) >> 16 & 255, 12u);
+  // One stop is a colour; opacity goes into it.
+  G.Points().Clear();
+  G.Points().Add(0.3f, 0xffffffff);
+  S.Canvas.Clear();
+  S.Canvas.FillRect({0, 0, 64, 64}, 0.5f);
+  EXPECT_EQ(S.Pixel(3, 60), 0x80808080);
+}
+
+TEST(TRasterCanvasTest, ImagesKeepTheirPixels) {
+  TRandom Random(5);
+  TQXGPBitmap Image(7, 5);
+  for (int I = 0; I < 35; ++I) Image.Pixels().Row(I / 7)[I % 7] = QXPremultiply(Random.Color());
+  const TQXConstPixels P = Image.GetPixels();
+  TTestSurface S(64, 64);
+  S.Canvas.DrawImage(Image, {10, 20, 17, 25}, 1);
+  for (int Y = 0; Y < 5; ++Y)
+    for (int X = 0; X < 7; ++X) ASSERT_EQ(S.Pixel(10 + X, 20 + Y), P.Row(Y)[X]);
+  // Each pixel three times in both directions, and mirrored.
+  S.Canvas.SetInterpolationMode(TQXGPInterpolationMode::imNearestNeighbor);
+  S.Canvas.Clear();
+  S.Canvas.DrawImage(Image, {30, 0, 9, 15}, 1);
+  for (int Y = 0; Y < 15; ++Y)
+    for (int X = 0; X < 21; ++X) ASSERT_EQ(S.Pixel(29 - X, Y), P.Row(Y / 3)[X / 3]);
+  // Tiles begin where the matrix puts them.
+  S.Canvas.Clear();
+  auto Tile = std::make_shared<TQXGPBitmap>();
+  Tile->Assign(&Image);
+  S.Canvas.Brush().SetBitmap(Tile, CreateTranslateQXMatrix(3, 2));
+  S.Canvas.Brush().SetKind(TQXGPBrushKind::bkBitmap);
+  S.Canvas.FillRect({0, 0, 64, 64}, 1);
+  for (int Y = 0; Y < 64; ++Y)
+    for (int X = 0; X < 64; ++X) ASSERT_EQ(S.Pixel(X, Y), P.Row((Y + 3) % 5)[(X + 4) % 7]);
+}
+
+TEST(TRasterCanvasTest, ShrunkImagesAreMeans) {
+  TQXGPBitmap Checks(64, 64);
+  for (int Y = 0; Y < 64; ++Y)
+    for (int X = 0; X < 64; ++X) Checks.Pixels().Row(Y)[X] = (X + Y) % 2 ? 0xffffffff : 0xff000000;
+  TTestSurface S(20, 20);
+  S.Canvas.DrawImage(Checks, {0, 0, 16, 16}, 1);
+  EXPECT_EQ(S.Pixel(0, 0), 0xff808080);
+  EXPECT_EQ(S.Pixel(9, 15), 0xff808080);
+  EXPECT_EQ(S.Pixel(17, 3), 0u);
+}
+
+}  // namespace
+}  // namespace qxsvg
