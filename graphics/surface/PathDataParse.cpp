@@ -30,7 +30,7 @@ constexpr bool BeginsNumber(char16_t C) {
 class TQXPathParser {
  public:
   TQXPathParser(StringView Text, TQXPathGeometry& Target)
-      : FAt(Text.data()), FLast(Text.data() + Text.size()), FTarget(Target) {}
+      : FFirst(Text.data()), FAt(Text.data()), FLast(Text.data() + Text.size()), FTarget(Target) {}
 
   bool Run() {
     const bool IsWhole = ReadAll();
@@ -304,10 +304,20 @@ class TQXPathParser {
     ++FCount;
   }
   void Flush() {
+    // The first buffer tells how dense the text is. Growing by doubling would copy all points and
+    // touch twice the memory.
+    if (!FIsReserved && FAt != FLast && FCount != 0) {
+      FIsReserved = true;
+      const double Share = static_cast<double>(FLast - FFirst) / static_cast<double>(FAt - FFirst);
+      const double Expected = static_cast<double>(FCount) * Share * 1.05;
+      FTarget.Reserve(FTarget.Count() +
+                      static_cast<std::size_t>(std::min(Expected, 3.0 * Limits::PathSegments)));
+    }
     FTarget.AppendRaw({{FPoints.data(), FCount}, {FKinds.data(), FCount}});
     FCount = 0;
   }
 
+  const char16_t* const FFirst;
   const char16_t* FAt;
   const char16_t* const FLast;
   TQXPathGeometry& FTarget;
@@ -315,6 +325,7 @@ class TQXPathParser {
   TCurve FCurve = TCurve::None;
   // The open figure has no entry yet: after a close, and at the start.
   bool FNeedsMove = true;
+  bool FIsReserved = false;
   std::size_t FCount = 0;
   std::array<TPointF, BufferSize> FPoints;
   std::array<TQXPathPointKind, BufferSize> FKinds;
