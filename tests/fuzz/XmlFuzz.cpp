@@ -18,15 +18,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* Data, std::size_t Size
   IXMLNode* Root = Document->DocumentElement();
   if (!Root) return 0;
   // What was read once can be written and read again; the second time around nothing changes.
-  Document->SetNodeAutoIndent(Size % 2 == 0);
+  const bool Indent = Size % 2 == 0;
+  Document->SetNodeAutoIndent(Indent);
   try {
     const auto Again = Vendor->LoadFromBytes(Document->ToUtf8());
-    fuzz::Check(Again->DocumentElement()->Text().size() <= Root->Text().size(),
-                "writing adds no text");
-    Again->SetNodeAutoIndent(Size % 2 == 0);
+    fuzz::Check(Indent || Again->DocumentElement()->Text() == Root->Text(), "text is kept");
+    Again->SetNodeAutoIndent(Indent);
     const std::string Written = Again->ToUtf8();
     const auto Third = Vendor->LoadFromBytes(Written);
-    Third->SetNodeAutoIndent(Size % 2 == 0);
+    Third->SetNodeAutoIndent(Indent);
     fuzz::Check(Third->ToUtf8() == Written, "writing comes to rest");
   } catch (const ESVGException&) {
     // Expanded entities may nest deeper than the limit.
