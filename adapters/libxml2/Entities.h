@@ -24,8 +24,8 @@ class TEntities {
  public:
   // What a reference costs besides its text: a node.
   static constexpr std::size_t ReferenceCost = 16;
-  // And when markup has to be parsed for it.
-  static constexpr std::size_t MarkupCost = 256;
+  // And when markup has to be parsed for it, which takes a parser of its own.
+  static constexpr std::size_t MarkupCost = 1024;
 
   // The first declaration of a name holds. Raises ESVGException over Limits::EntityCount.
   void Declare(std::string_view Name, std::string_view Content, bool IsExternal);
