@@ -1,14 +1,19 @@
 // What a stream, a clone and the class table know of the document.
+#include <array>
+
 #include "document/Document.h"
 #include "shapes/Containers.h"
+#include "shapes/NodeLengths.h"
 
 namespace qxsvg {
 
 namespace {
 
-constexpr TProperty Properties[] = {
+constexpr auto OwnProperties = std::to_array<TProperty>({
     Property<&TSVGDocument::DPI, &TSVGDocument::SetDPI>(u"DPI",
                                                         StoredUnless<&TSVGDocument::DPI, 96>),
+    ObjectProperty<TSVGDocument, TSVGPreserveAspectRatio, &TSVGDocument::DefaultAspectRatio>(
+        u"DefaultAspectRatio"),
     Property<&TSVGDocument::DefaultColorInterpolation, &TSVGDocument::SetDefaultColorInterpolation>(
         u"DefaultColorInterpolation",
         StoredUnless<&TSVGDocument::DefaultColorInterpolation, TSVGColorInterpolation::sciSRGB>),
@@ -21,8 +26,6 @@ constexpr TProperty Properties[] = {
     Property<&TSVGDocument::DefaultTextRendering, &TSVGDocument::SetDefaultTextRendering>(
         u"DefaultTextRendering",
         StoredUnless<&TSVGDocument::DefaultTextRendering, TSVGTextRendering::txrnAuto>),
-    ObjectProperty<TSVGDocument, TSVGPreserveAspectRatio, &TSVGDocument::DefaultAspectRatio>(
-        u"DefaultAspectRatio"),
     Property<&TSVGDocument::FormatStr, &TSVGDocument::SetFormatStr>(
         u"FormatStr",
         [](const TPersistent& Self) {
@@ -37,11 +40,9 @@ constexpr TProperty Properties[] = {
         u"PreferredLanguage"),
     Property<&TSVGDocument::TransformMatrix, &TSVGDocument::SetIgnoreTransformMatrix>(
         u"TransformMatrix"),
-    ObjectProperty<TSVGGraphicElement, TSVGLength, &TSVGGraphicElement::Xu>(u"Xu"),
-    ObjectProperty<TSVGGraphicElement, TSVGLength, &TSVGGraphicElement::Yu>(u"Yu"),
-    ObjectProperty<TSVGGraphicElement, TSVGLength, &TSVGGraphicElement::WidthU>(u"WidthU"),
-    ObjectProperty<TSVGGraphicElement, TSVGLength, &TSVGGraphicElement::HeightU>(u"HeightU"),
-};
+});
+
+constexpr auto Properties = JoinRows(OwnProperties, SVGBoxProperties);
 
 }  // namespace
 
