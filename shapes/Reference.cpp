@@ -1,7 +1,6 @@
 #include "shapes/Reference.h"
 
 #include "document/Document.h"
-#include "foundation/Limits.h"
 #include "foundation/Messages.h"
 
 namespace qxsvg {
@@ -75,8 +74,8 @@ void MoveListener(TSVGElement& Self, StringView From, StringView To) {
   if (TSVGGraphicElement* const New = FindGraphicElement(Self, To)) New->ChangeNotification(&Self);
 }
 
-TReferenceScope::TReferenceScope() {
-  if (Work.Scopes++ == 0) Work.Left = Limits::DrawnReferences;
+TReferenceScope::TReferenceScope(std::int64_t Budget) {
+  if (Work.Scopes++ == 0) Work.Left = Budget;
 }
 
 TReferenceScope::~TReferenceScope() {

@@ -2,6 +2,7 @@
 // and fans of references.
 #pragma once
 
+#include "foundation/Limits.h"
 #include "graphics/GraphicElement.h"
 
 namespace qxsvg {
@@ -13,11 +14,11 @@ void MoveListener(TSVGElement& Self, StringView From, StringView To);
 // The graphic element of that identifier in the document of Self, or null.
 TSVGGraphicElement* FindGraphicElement(const TSVGElement& Self, StringView ID);
 
-// The budget of one drawing, hit test or measurement: the outermost scope of a thread fills it, the
-// references followed in there draw from it.
+// The budget of one drawing, hit test or measurement, in elements: the outermost scope of a thread
+// fills it, the references followed in there draw from it.
 class TReferenceScope {
  public:
-  TReferenceScope();
+  explicit TReferenceScope(std::int64_t Budget = Limits::DrawnReferences);
   TReferenceScope(const TReferenceScope&) = delete;
   TReferenceScope& operator=(const TReferenceScope&) = delete;
   ~TReferenceScope();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "runtime/Exceptions.h"
+#include "shapes/Reference.h"
 #include "tests/shapes/Drawing.h"
 
 namespace qxsvg::test {
@@ -160,6 +161,8 @@ TEST(Use, LoopsAndChainsEndAndTheRestIsDrawn) {
       "<defs>" + Fan + "</defs><use xlink:href='#f8'/>",
   };
   for (const std::string& Body : Bodies) {
+    // A small budget, so that the fan is cut soon.
+    const TReferenceScope Budget(2000);
     TDrawing D(Body + "<rect id='last' x='60' y='60' width='30' height='30'/>");
     int Told = 0;
     D.Document.OnDiagnostic = [&](TSVGDiagnosticKind, TSVGElement*, StringView) { ++Told; };
