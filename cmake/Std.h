@@ -1,4 +1,5 @@
-// The standard headers that most sources use, compiled once. Every file still includes what it uses.
+// The standard headers that most sources use, compiled once. Every file still includes what it
+// uses.
 #pragma once
 
 #include <algorithm>

@@ -80,8 +80,8 @@ class QXSVG_API TSVGStyle : public TPersistent {
   const String& Name() const { return FName; }
   // The key of a rule in its document's table does not follow.
   void SetName(StringView Value);
-  // The selector cut into tokens, kept until the name changes. Raises ESVGException for a bracket that
-  // is malformed.
+  // The selector cut into tokens, kept until the name changes. Raises ESVGException for a bracket
+  // that is malformed.
   const TSVGSelectorTokens& SelectorTokens() const;
   // A rule that is not enabled is left out of the cascade.
   bool Enabled() const { return FEnabled; }

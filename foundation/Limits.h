@@ -74,8 +74,8 @@ inline constexpr std::size_t GradientPoints = 65'536;
 inline constexpr std::int32_t BitmapSide = 32'767;
 // Pixels of a bitmap, which takes four bytes for each; a tile of a pattern is one too.
 inline constexpr std::int64_t BitmapPixels = std::int64_t{1} << 28;
-// Pixels of one tile of a pattern. A tile is as large as the document says, whatever the size of the
-// drawing; a screen of the finest displays has half as many.
+// Pixels of one tile of a pattern. A tile is as large as the document says, whatever the size of
+// the drawing; a screen of the finest displays has half as many.
 inline constexpr std::int64_t PatternPixels = std::int64_t{1} << 24;
 // Bytes that the coverage kept for redrawing may take, of all documents together. The tiger at the
 // size of a large screen takes about two megabytes.

@@ -1,5 +1,5 @@
-// The vocabulary of the system: enumerations, word tables, sets, units, options and messages, and the
-// lengths that are written in them.
+// The vocabulary of the system: enumerations, word tables, sets, units, options and messages, and
+// the lengths that are written in them.
 #pragma once
 
 #include "foundation/Cursors.h"
