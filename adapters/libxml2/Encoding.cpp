@@ -1,6 +1,8 @@
 #include "adapters/libxml2/Encoding.h"
 
 #include <libxml/encoding.h>
+#include <libxml/globals.h>
+#include <libxml/xmlerror.h>
 
 #include <algorithm>
 #include <array>
@@ -90,7 +92,24 @@ struct THandlerClose {
 };
 using THandler = std::unique_ptr<xmlCharEncodingHandler, THandlerClose>;
 
+// Converters of libxml2 print what they cannot convert, unless somebody listens. The setting is the
+// thread's, and the host may have its own.
+class TSilence {
+ public:
+  TSilence() : FHandler(xmlStructuredError), FContext(xmlStructuredErrorContext) {
+    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlError*) {});
+  }
+  TSilence(const TSilence&) = delete;
+  TSilence& operator=(const TSilence&) = delete;
+  ~TSilence() { xmlSetStructuredErrorFunc(FContext, FHandler); }
+
+ private:
+  xmlStructuredErrorFunc FHandler;
+  void* FContext;
+};
+
 std::string Convert(std::string_view Bytes, xmlCharEncodingHandler& Handler) {
+  const TSilence Silence;
   const TBuffer Source(xmlBufferCreate()), Target(xmlBufferCreate());
   if (!Source || !Target) throw std::bad_alloc();
   std::string Result;

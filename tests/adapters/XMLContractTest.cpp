@@ -105,6 +105,10 @@ TEST_P(XMLContract, DetectsTheEncoding) {
   EXPECT_NE(Refusal<EXMLError>("<?xml version='1.0' encoding='klingon'?><svg/>").find("klingon"),
             std::string::npos);
   EXPECT_NE(Refusal<EXMLError>("<svg>\xC0\xAF</svg>"), "nothing was raised");
+  testing::internal::CaptureStderr();
+  EXPECT_NE(Refusal<EXMLError>("<?xml version='1.0' encoding='EUC-JP'?><svg>\xFF\xFF</svg>"),
+            "nothing was raised");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "a library prints nothing";
 }
 
 TEST_P(XMLContract, IgnoresTheDeclaredEncodingOfAText) {
