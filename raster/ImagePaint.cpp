@@ -70,6 +70,10 @@ bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
   }
   if (IsUpright && IsSmooth && !FIsRepeated && std::max(AcrossX, AcrossY) > MeanFrom) {
     FForm = TForm::Shrunk;
+    FCovered.resize(static_cast<std::size_t>(Device.Width()));
+    for (std::int32_t X = Device.Left; X < Device.Right; ++X)
+      FCovered[static_cast<std::size_t>(X - Device.Left)] =
+          CoveredBy(FScaleX, FOffsetX, X, FPart.Left, FPart.Right);
     return true;
   }
   if (IsSmooth && std::max(AcrossX, AcrossY) > MeanFrom) Shrink(AcrossX, AcrossY);
@@ -196,48 +200,60 @@ void TImagePaint::FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Coun
   Kernels().MixRows(Out, A + Column, B + Column, FRows.Weight[Row], Count);
 }
 
+// What one place of the device covers of an axis. Offset is that of the middle of a pixel.
+TImagePaint::TCovered TImagePaint::CoveredBy(double Scale, double Offset, std::int32_t At,
+                                             std::int32_t Low, std::int32_t High) {
+  const double Half = std::max(std::abs(Scale), 1.0) / 2, Middle = Offset + Scale * At;
+  double Begin = std::clamp(Middle - Half, double(Low), double(High));
+  double End = std::clamp(Middle + Half, double(Low), double(High));
+  if (End - Begin < 1.0 / 64) {
+    Begin = std::clamp(std::floor(Middle), double(Low), double(High - 1));
+    End = Begin + 1;
+  }
+  TCovered Covered;
+  Covered.First = std::min(static_cast<std::int32_t>(Begin), High - 1);
+  Covered.Last = std::max(static_cast<std::int32_t>(std::ceil(End)) - 1, Covered.First);
+  const auto Part = [](double V) { return static_cast<std::uint32_t>(std::lround(V * 256)); };
+  Covered.FirstWeight = Part(std::min(End, Covered.First + 1.0) - Begin);
+  Covered.LastWeight = Covered.Last == Covered.First ? 0 : Part(End - Covered.Last);
+  Covered.Total = Covered.FirstWeight + Covered.LastWeight;
+  if (Covered.Last > Covered.First + 1)
+    Covered.Total += 256 * static_cast<std::uint32_t>(Covered.Last - Covered.First - 1);
+  return Covered;
+}
+
 // Sums the rows that Y covers, then the columns that each pixel covers.
 void TImagePaint::ShrinkRow(std::int32_t Y) {
-  const auto Cover = [](double Scale, double Offset, std::int32_t At, std::int32_t Low,
-                        std::int32_t High) {
-    // Offset is that of the middle of the pixel.
-    const double Half = std::max(std::abs(Scale), 1.0) / 2, Middle = Offset + Scale * At;
-    const double Begin = std::clamp(Middle - Half, double(Low), double(High));
-    const double End = std::clamp(Middle + Half, double(Low), double(High));
-    if (End - Begin >= 1e-3) return TCovered{Begin, End};
-    const double Single = std::clamp(std::floor(Middle), double(Low), double(High - 1));
-    return TCovered{Single, Single + 1};
-  };
   const auto Width = static_cast<std::size_t>(FPart.Width());
-  FSums.assign(Width * 4, 0);
-  const TCovered Rows = Cover(FScaleY, FOffsetY, Y, FPart.Top, FPart.Bottom);
-  std::uint32_t RowWeight = 0;
-  for (auto Row = static_cast<std::int32_t>(Rows.Begin); Row < Rows.End; ++Row) {
-    const double Part = std::min(Rows.End, Row + 1.0) - std::max(Rows.Begin, double(Row));
-    const auto Weight = static_cast<std::uint32_t>(std::lround(Part * 256));
-    if (Weight == 0) continue;
-    RowWeight += Weight;
-    Kernels().SumRow(FSums.data(), FPixels.Row(Row) + FPart.Left, static_cast<std::int32_t>(Width),
-                     Weight);
-  }
   const auto Count = static_cast<std::size_t>(FDevice.Width());
+  FSums.assign(Width * 4, 0);
+  const TCovered Rows = CoveredBy(FScaleY, FOffsetY, Y, FPart.Top, FPart.Bottom);
+  for (std::int32_t Row = Rows.First; Row <= Rows.Last; ++Row) {
+    const std::uint32_t Weight = Row == Rows.First  ? Rows.FirstWeight
+                                 : Row == Rows.Last ? Rows.LastWeight
+                                                    : 256;
+    if (Weight != 0)
+      Kernels().SumRow(FSums.data(), FPixels.Row(Row) + FPart.Left,
+                       static_cast<std::int32_t>(Width), Weight);
+  }
   if (FShrunk.size() < Count) FShrunk.resize(Count);
   for (std::size_t I = 0; I < Count; ++I) {
-    const auto Place = FDevice.Left + static_cast<std::int32_t>(I);
-    const TCovered Columns = Cover(FScaleX, FOffsetX, Place, FPart.Left, FPart.Right);
-    std::uint64_t Sum[4] = {}, Total = 0;
-    for (auto Column = static_cast<std::int32_t>(Columns.Begin); Column < Columns.End; ++Column) {
-      const double Part =
-          std::min(Columns.End, Column + 1.0) - std::max(Columns.Begin, double(Column));
-      const auto Weight = static_cast<std::uint64_t>(std::lround(Part * 256));
-      Total += Weight;
-      const std::uint32_t* P = &FSums[static_cast<std::size_t>(Column - FPart.Left) * 4];
-      for (int C = 0; C < 4; ++C) Sum[C] += P[C] * Weight;
-    }
-    Total *= RowWeight;
+    const TCovered& Columns = FCovered[I];
+    const std::uint32_t* P = &FSums[static_cast<std::size_t>(Columns.First - FPart.Left) * 4];
+    const std::uint32_t* const Last =
+        &FSums[static_cast<std::size_t>(Columns.Last - FPart.Left) * 4];
+    std::uint64_t Sum[4];
+    for (int C = 0; C < 4; ++C)
+      Sum[C] =
+          std::uint64_t{P[C]} * Columns.FirstWeight + std::uint64_t{Last[C]} * Columns.LastWeight;
+    for (P += 4; P < Last; P += 4)
+      for (int C = 0; C < 4; ++C) Sum[C] += std::uint64_t{P[C]} << 8;
+    const double Scale = 1.0 / (static_cast<double>(Columns.Total) * Rows.Total);
     std::uint32_t Pixel = 0;
-    for (int C = 0; C < 4 && Total != 0; ++C)
-      Pixel |= static_cast<std::uint32_t>((Sum[C] + Total / 2) / Total) << (8 * C);
+    for (int C = 0; C < 4; ++C)
+      Pixel |= static_cast<std::uint32_t>(
+                   static_cast<double>(static_cast<std::int64_t>(Sum[C])) * Scale + 0.5)
+               << (8 * C);
     FShrunk[I] = Pixel;
   }
   FShrunkY = Y;
@@ -262,24 +278,16 @@ void TImagePaint::FetchTurned(std::int32_t X, std::int32_t Y, std::int32_t Count
   const std::int64_t StepU = Fixed(FScaleX), StepV = Fixed(FSkewY);
   std::int64_t U = Fixed(FOffsetX - Middle + FSkewX * Y) + StepU * X;
   std::int64_t V = Fixed(FOffsetY - Middle + FScaleY * Y) + StepV * X;
-  const auto Pixel = [&](std::int64_t PX, std::int64_t PY) {
-    return FPixels.Row(static_cast<std::int32_t>(PY))[PX];
-  };
-  for (std::int32_t I = 0; I < Count; ++I, U += StepU, V += StepV) {
-    const std::int64_t Column = U >> 16, Line = V >> 16;
-    const std::int64_t X0 = Held(Column, FPart.Left, FPart.Right);
-    const std::int64_t Y0 = Held(Line, FPart.Top, FPart.Bottom);
-    if (!IsSmooth) {
-      Out[I] = Pixel(X0, Y0);
-      continue;
-    }
-    const std::int64_t X1 = Held(Column + 1, FPart.Left, FPart.Right);
-    const std::int64_t Y1 = Held(Line + 1, FPart.Top, FPart.Bottom);
-    const auto WX = static_cast<std::uint32_t>(U >> 8 & 255);
-    const auto WY = static_cast<std::uint32_t>(V >> 8 & 255);
-    Out[I] = MixPixels(MixPixels(Pixel(X0, Y0), Pixel(X1, Y0), WX),
-                       MixPixels(Pixel(X0, Y1), Pixel(X1, Y1), WX), WY);
-  }
+  const std::int64_t Left = std::int64_t{FPart.Left} << 16, Top = std::int64_t{FPart.Top} << 16;
+  if (IsSmooth)
+    return Kernels().FetchTurned(
+        Out, Count,
+        {FPixels.Row(FPart.Top) + FPart.Left, FPixels.Stride,
+         static_cast<std::int32_t>(FPart.Width()), static_cast<std::int32_t>(FPart.Height()),
+         U - Left, V - Top, StepU, StepV, FIsRepeated});
+  for (std::int32_t I = 0; I < Count; ++I, U += StepU, V += StepV)
+    Out[I] = FPixels.Row(static_cast<std::int32_t>(
+        Held(V >> 16, FPart.Top, FPart.Bottom)))[Held(U >> 16, FPart.Left, FPart.Right)];
 }
 
 }  // namespace qxsvg

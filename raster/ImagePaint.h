@@ -40,9 +40,11 @@ class TImagePaint final : public IPaint {
     std::vector<std::uint16_t> Weight;
     std::int32_t First = 0;
   };
-  // The pixels that a place of the device covers, from Begin to End with fractions.
+  // The pixels that a place of the device covers, with the 256ths of the first and the last and of
+  // all together.
   struct TCovered {
-    double Begin = 0, End = 0;
+    std::int32_t First = 0, Last = 0;
+    std::uint32_t FirstWeight = 0, LastWeight = 0, Total = 0;
   };
   struct TSmoothRow {
     std::int64_t Source = -1;
@@ -60,6 +62,8 @@ class TImagePaint final : public IPaint {
   void FetchShrunk(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out);
   void FetchTurned(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
   void ShrinkRow(std::int32_t Y);
+  static TCovered CoveredBy(double Scale, double Offset, std::int32_t At, std::int32_t Low,
+                            std::int32_t High);
 
   TQXConstPixels FPixels;
   TRect FPart, FDevice;
@@ -73,6 +77,7 @@ class TImagePaint final : public IPaint {
   TSmoothRow FSmooth[2];
   // A smaller copy, and the sums of one row of the shrunk image.
   std::vector<std::uint32_t> FSmaller, FSums, FShrunk;
+  std::vector<TCovered> FCovered;
   std::int32_t FShrunkY = -1;
 };
 

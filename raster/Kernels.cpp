@@ -136,6 +136,23 @@ void PlainSumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t 
     for (int C = 0; C < 4; ++C) Sums[4 * I + C] += (Pixels[I] >> (8 * C) & 255) * Weight;
 }
 
+void PlainFetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row) {
+  const auto Held = [&](std::int64_t At, std::int64_t Size) {
+    if (!Row.IsRepeated) return std::clamp<std::int64_t>(At, 0, Size - 1);
+    const std::int64_t Rest = At % Size;
+    return Rest < 0 ? Rest + Size : Rest;
+  };
+  std::int64_t U = Row.U, V = Row.V;
+  for (std::int32_t I = 0; I < Count; ++I, U += Row.StepU, V += Row.StepV) {
+    const std::int64_t X0 = Held(U >> 16, Row.Width), X1 = Held((U >> 16) + 1, Row.Width);
+    const std::uint32_t* Y0 = Row.Pixels + Held(V >> 16, Row.Height) * Row.Stride;
+    const std::uint32_t* Y1 = Row.Pixels + Held((V >> 16) + 1, Row.Height) * Row.Stride;
+    const auto WX = static_cast<std::uint32_t>(U >> 8 & 255);
+    const auto WY = static_cast<std::uint32_t>(V >> 8 & 255);
+    Out[I] = MixPixels(MixPixels(Y0[X0], Y0[X1], WX), MixPixels(Y1[X0], Y1[X1], WX), WY);
+  }
+}
+
 void PlainAddSteepRows(const TSteepRows& Rows) {
   std::int64_t At = Rows.At;
   auto X = static_cast<std::int32_t>(At >> SlopeBits);
@@ -155,7 +172,7 @@ const TKernels PlainKernels = {Sweep<false>,        Sweep<true>,      Fill,
                                PlainBlendColor,     PlainBlendPixels, PlainBlendCovered,
                                PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,
                                PlainFetchRadial,    PlainResampleRow, PlainMixRows,
-                               PlainSumRow,         PlainAddSteepRows};
+                               PlainSumRow,         PlainFetchTurned, PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

@@ -42,6 +42,17 @@ struct TResampledRow {
   const std::uint16_t* Weight;
 };
 
+// A row of an image that is turned or stretched, mixed from the four pixels around each place.
+// Places are in 48.16 fixed point, counted from the middle of the left top pixel of a part of Width
+// and Height pixels, beyond which the image repeats or goes on with its nearest pixel.
+struct TTurnedRow {
+  const std::uint32_t* Pixels;
+  std::ptrdiff_t Stride;
+  std::int32_t Width, Height;
+  std::int64_t U, V, StepU, StepV;
+  bool IsRepeated;
+};
+
 // Whole rows of a line that moves by no more than one pixel from row to row.
 struct TSteepRows {
   std::int32_t* Cells;
@@ -89,6 +100,7 @@ struct TKernels {
   // Adds Weight times each part of each pixel to Sums, four a pixel.
   void (*SumRow)(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
                  std::uint32_t Weight);
+  void (*FetchTurned)(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
   void (*AddSteepRows)(const TSteepRows& Rows);
 };
 

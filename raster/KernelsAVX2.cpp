@@ -378,13 +378,99 @@ QXSVG_AVX2 void SumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::in
   PlainSumRow(Sums + 4 * I, Pixels + I, Count - I, Weight);
 }
 
+// One axis of eight places.
+struct TTurnedAxis {
+  __m256i Place, Step, Size;
+};
+QXSVG_AVX2 inline TTurnedAxis BeginAxis(std::int64_t Place, std::int64_t Step, std::int32_t Size,
+                                        bool IsRepeated) {
+  std::int64_t All = Step * 8;
+  if (IsRepeated) {
+    const std::int64_t Whole = std::int64_t{Size} << 16;
+    const auto Wrapped = [=](std::int64_t V) {
+      const std::int64_t Rest = V % Whole;
+      return Rest < 0 ? Rest + Whole : Rest;
+    };
+    alignas(32) std::uint32_t Places[8];
+    for (int I = 0; I < 8; ++I) Places[I] = static_cast<std::uint32_t>(Wrapped(Place + I * Step));
+    All = Wrapped(All);
+    return {_mm256_load_si256(reinterpret_cast<const __m256i*>(Places)),
+            _mm256_set1_epi32(static_cast<int>(All)), _mm256_set1_epi32(Size)};
+  }
+  const __m256i Steps = _mm256_mullo_epi32(_mm256_set1_epi32(static_cast<int>(Step)),
+                                           _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+  return {_mm256_add_epi32(_mm256_set1_epi32(static_cast<int>(Place)), Steps),
+          _mm256_set1_epi32(static_cast<int>(All)), _mm256_set1_epi32(Size)};
+}
+// The two pixels at each place, and how much of the second, in both halves of 32 bits.
+struct TTurnedPair {
+  __m256i First, Second, Weight;
+};
+QXSVG_AVX2 inline TTurnedPair NextPair(TTurnedAxis& Axis, bool IsRepeated) {
+  const __m256i One = _mm256_set1_epi32(1);
+  TTurnedPair Pair;
+  Pair.Weight = _mm256_and_si256(_mm256_srli_epi32(Axis.Place, 8), _mm256_set1_epi32(255));
+  Pair.Weight = _mm256_or_si256(Pair.Weight, _mm256_slli_epi32(Pair.Weight, 16));
+  const __m256i Next = _mm256_add_epi32(Axis.Place, Axis.Step);
+  if (IsRepeated) {
+    Pair.First = _mm256_srli_epi32(Axis.Place, 16);
+    const __m256i After = _mm256_add_epi32(Pair.First, One);
+    Pair.Second = _mm256_andnot_si256(_mm256_cmpeq_epi32(After, Axis.Size), After);
+    Axis.Place = _mm256_min_epu32(Next, _mm256_sub_epi32(Next, _mm256_slli_epi32(Axis.Size, 16)));
+    return Pair;
+  }
+  const __m256i Zero = _mm256_setzero_si256(), Last = _mm256_sub_epi32(Axis.Size, One);
+  const __m256i At = _mm256_srai_epi32(Axis.Place, 16);
+  Pair.First = _mm256_min_epi32(_mm256_max_epi32(At, Zero), Last);
+  Pair.Second = _mm256_min_epi32(_mm256_max_epi32(_mm256_add_epi32(At, One), Zero), Last);
+  Axis.Place = Next;
+  return Pair;
+}
+
+QXSVG_AVX2 void FetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row) {
+  // What the 32-bit lanes cannot hold goes the plain way.
+  constexpr std::int64_t Far = std::int64_t{30000} << 16;
+  const auto IsNear = [=](std::int64_t From, std::int64_t Step) {
+    const std::int64_t To = From + Step * (Count + 16);
+    return From > -Far && From < Far && To > -Far && To < Far;
+  };
+  const bool IsSmall =
+      Row.Width <= 16384 && Row.Height <= 16384 && Row.Stride * Row.Height < (1 << 30);
+  if (!IsSmall || (!Row.IsRepeated && !(IsNear(Row.U, Row.StepU) && IsNear(Row.V, Row.StepV))))
+    return PlainFetchTurned(Out, Count, Row);
+  TTurnedAxis U = BeginAxis(Row.U, Row.StepU, Row.Width, Row.IsRepeated);
+  TTurnedAxis V = BeginAxis(Row.V, Row.StepV, Row.Height, Row.IsRepeated);
+  const __m256i Stride = _mm256_set1_epi32(static_cast<int>(Row.Stride));
+  const auto* Pixels = reinterpret_cast<const int*>(Row.Pixels);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const TTurnedPair X = NextPair(U, Row.IsRepeated), Y = NextPair(V, Row.IsRepeated);
+    const __m256i Y0 = _mm256_mullo_epi32(Y.First, Stride);
+    const __m256i Y1 = _mm256_mullo_epi32(Y.Second, Stride);
+    const __m256i XLow = _mm256_unpacklo_epi32(X.Weight, X.Weight);
+    const __m256i XHigh = _mm256_unpackhi_epi32(X.Weight, X.Weight);
+    const __m256i Upper =
+        MixEight(_mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y0, X.First), 4),
+                 _mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y0, X.Second), 4), XLow, XHigh);
+    const __m256i Lower =
+        MixEight(_mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y1, X.First), 4),
+                 _mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y1, X.Second), 4), XLow, XHigh);
+    Store(Out + I, MixEight(Upper, Lower, _mm256_unpacklo_epi32(Y.Weight, Y.Weight),
+                            _mm256_unpackhi_epi32(Y.Weight, Y.Weight)));
+  }
+  TTurnedRow Rest = Row;
+  Rest.U += Row.StepU * I;
+  Rest.V += Row.StepV * I;
+  PlainFetchTurned(Out + I, Count - I, Rest);
+}
+
 #undef QXSVG_AVX2
 
 }  // namespace
 
 const TKernels AVX2Kernels = {Sweep<false>, Sweep<true>,    Fill,        BlendColor,  BlendPixels,
                               BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear, FetchRadial,
-                              ResampleRow,  MixRows,        SumRow,      AddSteepRows};
+                              ResampleRow,  MixRows,        SumRow,      FetchTurned, AddSteepRows};
 
 }  // namespace qxsvg
 

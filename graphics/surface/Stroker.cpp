@@ -17,6 +17,9 @@ namespace {
 constexpr double LeastPeriod = 0.25;
 // So many repetitions away the places of marks can no longer be told.
 constexpr double MostCycles = 1e12;
+// The sides of pens wider than this many tolerances are not followed more closely than those of
+// this width: no surface shows more than a part of them.
+constexpr float WidestPen = 500'000;
 // Miters that reach farther than this many widths are not looked for outside the clip.
 constexpr float FarthestMiter = 100;
 
@@ -71,7 +74,7 @@ std::uint32_t StrokedSteps(const std::array<TPointF, 4>& P, float HalfWidth, flo
     Before = Now;
     HasBefore = true;
   }
-  const float Turns = 1.3f * Turn * std::sqrt(HalfWidth / (8 * Tolerance));
+  const float Turns = 1.3f * Turn * std::sqrt(std::min(HalfWidth / Tolerance, WidestPen) / 8);
   const float Steps = std::sqrt(Base * Base + Turns * Turns);
   return 1 + static_cast<std::uint32_t>(std::min(Steps, static_cast<float>(QXMaxCurveSteps)));
 }
@@ -123,6 +126,7 @@ class TFigureStroker {
 
   void BeginDashes();
   void DashLine(TPointF P, bool IsWithin);
+  void PassDashes(const std::array<TPointF, 4>& P);
   void JumpTo(double Distance);
   void NextEdge();
   double EdgeAt(std::size_t Index) const {
@@ -260,7 +264,8 @@ void TFigureStroker::Line(TPointF P) {
 
 // A long curve is halved, so that hidden halves cost little; see QXFlattenFigures.
 void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
-  constexpr std::uint32_t Levels = 20;
+  // Sixty thousand steps in all, enough for curves of a hundred million pixels.
+  constexpr std::uint32_t Levels = 7;
   std::array<std::array<TPointF, 4>, Levels + 2> Stack;
   std::array<std::uint32_t, Levels + 2> Depths;
   if (FAt == C1 && C1 == C2 && C2 == P) return;
@@ -271,7 +276,8 @@ void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
     const std::array<TPointF, 4> Part = Stack[--Count];
     const std::uint32_t Depth = Depths[Count];
     const std::uint32_t Steps = StrokedSteps(Part, FOutline.HalfWidth(), FOutline.Tolerance());
-    const bool Shows = FDashes || IsVisible({Part[0], Part[1], Part[2], Part[3]});
+    const bool Shows = (FDashes && Depth == 0 && Steps < TQXLineBuffer::MaxReserve) ||
+                       IsVisible({Part[0], Part[1], Part[2], Part[3]});
     if (!Shows || Steps < TQXLineBuffer::MaxReserve || Depth == Levels) {
       CurvePart(Part, Shows ? std::min(Steps, TQXLineBuffer::MaxReserve - 1) : 0);
       continue;
@@ -288,6 +294,7 @@ void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
 // No steps: the part is not seen.
 void TFigureStroker::CurvePart(const std::array<TPointF, 4>& P, std::uint32_t Steps) {
   if (P[0] == P[1] && P[1] == P[2] && P[2] == P[3]) return;
+  if (FDashes && Steps == 0) return PassDashes(P);
   if (FDashes) {
     SampleCurve(P, Steps, FCurve);
     for (std::uint32_t I = 1; I <= Steps; ++I) DashLine(FCurve.Points[I], I > 1);
@@ -409,6 +416,21 @@ void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
   }
   FDistance = To;
   FAt = P;
+}
+
+// A hidden part of a very long curve is not measured: its length is taken to be midway between
+// those of its chord and of its control polygon.
+void TFigureStroker::PassDashes(const std::array<TPointF, 4>& P) {
+  const double Chord = TWay(P[0], P[3]).Length;
+  const double Legs = TWay(P[0], P[1]).Length + TWay(P[1], P[2]).Length + TWay(P[2], P[3]).Length;
+  if (FOutline.IsOpen()) FOutline.End(TQXGPLineCap::lcFlat);
+  if (!FHasSegment) {
+    FStartDirection = FirstWay(P[0], P[1], P[2], P[3]);
+    FHasSegment = true;
+  }
+  FDistance += (Chord + Legs) / 2;
+  JumpTo(FDistance);
+  FAt = P[3];
 }
 
 void TFigureStroker::FinishDashes() {

@@ -113,19 +113,18 @@ TEST(TRasterCanvasTest, DegenerateInputComesToAnEnd) {
     for (const TQXPathGeometry& Path : Paths) {
       const TQXPathSource Source{Path.View(), TQXGPFillMode::fmAlternate, {}, nullptr};
       S.Canvas.FillPath(Source, 1);
-      for (const float Width : {0.0f, -1.0f, 1e-12f, 1.0f, 1e9f, Huge, Not, Inf})
-        for (const auto Join : {TQXGPStrokeJoin::sjMiter, TQXGPStrokeJoin::sjRound}) {
-          TQXGPPen& Pen = S.Canvas.Pen();
-          Pen.SetThickness(Width);
-          Pen.SetJoin(Join);
-          Pen.SetMiterLimit(Join == TQXGPStrokeJoin::sjMiter ? 1e30f : 4);
-          Pen.SetStartCap(TQXGPLineCap::lcRound);
-          Pen.SetDash(TQXGPStrokeDash::sdSolid);
-          S.Canvas.DrawPath(Source, 1);
-          const float Fine[] = {1e-6f, 1e-6f};
-          Pen.SetCustomDash(Fine, 0.5f);
-          S.Canvas.DrawPath(Source, 1);
-        }
+      for (const float Width : {0.0f, -1.0f, 1e-12f, 1.0f, 1e9f, Not, Inf}) {
+        TQXGPPen& Pen = S.Canvas.Pen();
+        Pen.SetThickness(Width);
+        Pen.SetJoin(Width == 1 ? TQXGPStrokeJoin::sjMiter : TQXGPStrokeJoin::sjRound);
+        Pen.SetMiterLimit(1e30f);
+        Pen.SetStartCap(TQXGPLineCap::lcRound);
+        Pen.SetDash(TQXGPStrokeDash::sdSolid);
+        S.Canvas.DrawPath(Source, 1);
+        const float Fine[] = {1e-6f, 1e-6f};
+        Pen.SetCustomDash(Fine, 0.5f);
+        S.Canvas.DrawPath(Source, 1);
+      }
     }
     S.Canvas.FillRect({-Huge, -Huge, Huge, Huge}, 1);
     S.Canvas.FillRect({Not, 0, 10, 10}, 1);
