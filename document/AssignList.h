@@ -37,8 +37,13 @@ class TQXAssignList {
   T* Extract(T* Item) {
     return Take(Item, TCollectionNotification::cnExtracted) < 0 ? nullptr : Item;
   }
+  // The last item first. A handler may add items meanwhile; this ends all the same.
   void Clear() {
-    while (!FItems.empty()) Remove(FItems.back());
+    for (std::int32_t Left = Count(); Left > 0 && !FItems.empty(); --Left) {
+      T* const Item = FItems.back();
+      FItems.pop_back();
+      Notify(Item, TCollectionNotification::cnRemoved);
+    }
   }
   void Assign(const TQXAssignList& Other) {
     if (this == &Other) return;

@@ -6,16 +6,13 @@
 namespace qxsvg {
 
 void PutKeptXML(IXMLNode& Node, StringView Text) {
+  if (Text.empty()) return;
   const auto Kept = Services().XML.Get()->LoadFromText(Text);
   const IXMLNode* const Root = Kept->DocumentElement();
-  if (!Root) return;
-  IXMLNode* const Parent = Node.Parent();
-  if (!Parent) {
+  if (Node.Parent())
+    Node.BecomeCopy(*Root);
+  else
     Node.OwnerDocument().DocumentElement()->AddCopy(*Root);
-    return;
-  }
-  Parent->AddCopy(*Root);
-  Parent->RemoveChild(&Node);
 }
 
 }  // namespace qxsvg

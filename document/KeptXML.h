@@ -7,9 +7,8 @@ namespace qxsvg {
 
 class IXMLNode;
 
-// Adds the root element of Text as the last child of Node's parent and takes Node out of there, so
-// that what was read stands in the place of Node. A root node keeps its place and gets the copy as
-// a child. Raises EXMLError where Text is no XML.
+// Puts the root element of Text in the place of Node. A root node keeps its place and gets the copy
+// as a child. An empty Text leaves Node as it is. Raises EXMLError where Text is no XML.
 void PutKeptXML(IXMLNode& Node, StringView Text);
 
 }  // namespace qxsvg

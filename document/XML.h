@@ -133,6 +133,9 @@ class QXSVG_API IXMLNode {
   // Adds a copy of a node, which may be of another document, with all that is in it, as the last
   // child.
   virtual IXMLNode* AddCopy(const IXMLNode& Source) = 0;
+  // Makes this node a copy of a node of the same kind, which may be of another document, with all
+  // that is in it. Its place stays.
+  virtual void BecomeCopy(const IXMLNode& Source) = 0;
   // Does nothing when Child is no child of this node.
   virtual void RemoveChild(IXMLNode* Child) = 0;
 

@@ -328,8 +328,7 @@ IXMLNode* TXMLNode::AddComment(StringView Text) {
   return AddCharacters(TXMLNodeType::ntComment, Text);
 }
 
-IXMLNode* TXMLNode::AddCopy(const IXMLNode& Source) {
-  CheckHoldsChildren();
+TXMLNode* TXMLNode::CopyOf(const IXMLNode& Source) const {
   const auto CopyOne = [this](const IXMLNode& From) {
     const TXMLName* Name = From.NodeType() == TXMLNodeType::ntElement
                                ? FDocument->Intern(From.LocalName(), From.Prefix())
@@ -365,8 +364,27 @@ IXMLNode* TXMLNode::AddCopy(const IXMLNode& Source) {
     Target->Append(Copy);
     Target = Copy;
   }
-  Append(Top);
   return Top;
+}
+
+IXMLNode* TXMLNode::AddCopy(const IXMLNode& Source) {
+  CheckHoldsChildren();
+  TXMLNode* Copy = CopyOf(Source);
+  Append(Copy);
+  return Copy;
+}
+
+void TXMLNode::BecomeCopy(const IXMLNode& Source) {
+  if (Source.NodeType() != FType) throw EXMLError(u"The XML nodes are of different kinds", 0, 0);
+  const TXMLNode* Copy = CopyOf(Source);
+  SetText({});
+  FName = Copy->FName;
+  FValue = Copy->FValue;
+  FAttributes = Copy->FAttributes;
+  FAttributeCount = FAttributeRoom = Copy->FAttributeCount;
+  FFirst = Copy->FFirst;
+  FLast = Copy->FLast;
+  for (TXMLNode* Child = FFirst; Child; Child = Child->FNext) Child->FParent = this;
 }
 
 void TXMLNode::RemoveChild(IXMLNode* Child) {

@@ -119,6 +119,7 @@ class QXSVG_API TXMLNode final : public IXMLNode {
   IXMLNode* AddCData(StringView Text) override;
   IXMLNode* AddComment(StringView Text) override;
   IXMLNode* AddCopy(const IXMLNode& Source) override;
+  void BecomeCopy(const IXMLNode& Source) override;
   void RemoveChild(IXMLNode* Child) override;
   String XML() const override;
 
@@ -134,6 +135,8 @@ class QXSVG_API TXMLNode final : public IXMLNode {
   TXMLAttribute* Find(const TXMLName& Name) const;
   void Set(const TXMLName* Name, StringView Value);
   IXMLNode* AddCharacters(TXMLNodeType Type, StringView Text);
+  // A copy in this node's document that is in no tree.
+  TXMLNode* CopyOf(const IXMLNode& Source) const;
   void CheckHoldsChildren() const;
 
   TXMLDocument* FDocument;

@@ -5,6 +5,7 @@
 #include <random>
 #include <set>
 
+#include "document/AssignList.h"
 #include "document/StringHashTable.h"
 
 namespace qxsvg {
@@ -241,6 +242,31 @@ TEST(HashTable, ObjectTablesAreAssigned) {
   Keys.Assign(&T);
   EXPECT_EQ(Keys.Count(), 2);
   EXPECT_GE(Keys.IndexOf(u"two"), 0);
+}
+
+TEST(AssignList, TellsOfEachItemAndTakesTheOrderOfAnother) {
+  using enum TCollectionNotification;
+  using List = TQXAssignList<int>;
+  int Values[] = {1, 2, 3};
+  List A, B;
+  std::vector<std::pair<int, TCollectionNotification>> Heard;
+  const auto Handler = [&Heard](List*, int* Item, TCollectionNotification Action) {
+    Heard.emplace_back(*Item, Action);
+  };
+  for (int& V : Values) A.Add(&V);
+  B.Add(&Values[2]);
+  B.OnNotify = List::NotifyMethod::To(Handler);
+  B.Assign(A);
+  EXPECT_THAT(B.Items(), ElementsAre(&Values[0], &Values[1], &Values[2]));
+  EXPECT_EQ(B.Remove(&Values[1]), 1);
+  EXPECT_EQ(B.Remove(&Values[1]), -1);
+  EXPECT_EQ(B.Extract(&Values[0]), &Values[0]);
+  EXPECT_THAT(Heard, ElementsAre(std::pair(3, cnRemoved), std::pair(1, cnAdded),
+                                 std::pair(2, cnAdded), std::pair(3, cnAdded),
+                                 std::pair(2, cnRemoved), std::pair(1, cnExtracted)));
+  B.Assign(B);
+  EXPECT_EQ(B.Count(), 1);
+  EXPECT_THROW(B[1], EListError);
 }
 
 TEST(HashTable, AWideTableWithFewEntriesIsSmall) {

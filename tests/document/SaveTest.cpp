@@ -1,0 +1,276 @@
+// From the tree back to XML: the writers of nodes, what the base and the document write, and what a
+// host may do about it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "document/NodeWriters.h"
+#include "document/QXSVG.h"
+#include "document/XML.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Streams.h"
+#include "shapes/QXSVG.BasicShapes.h"
+
+namespace qxsvg {
+namespace {
+
+using testing::ElementsAre;
+
+std::string SavedText(TSVGDocument& Doc, std::int32_t Width = 0) {
+  TMemoryStream Stream;
+  Doc.SaveToStream(Stream, Width);
+  return std::string(CharsOf(Stream.Bytes()));
+}
+
+// The document's XML without the root's own tag.
+std::string SavedContent(TSVGDocument& Doc) {
+  const std::string Text = SavedText(Doc);
+  const std::size_t Root = Text.find("<svg");
+  const std::size_t From = Text.find('>', Root) + 1;
+  if (Text[From - 2] == '/') return "";
+  const std::size_t To = Text.rfind("</svg>");
+  std::string Result;
+  for (const char C : Text.substr(From, To - From))
+    if (C != '\n' && C != '\r') Result += C;
+  while (Result.find("  ") != std::string::npos) Result.erase(Result.find("  "), 2);
+  return Result;
+}
+
+// --- Node writers
+
+TEST(NodeWriters, AttributesAndChildNodesComeAndGo) {
+  struct Row {
+    bool Omit, Remove;
+    bool Written;
+    StringView Left;
+  };
+  // What stands there before is "old".
+  const Row Rows[] = {
+      {false, false, true, u"new"},
+      {false, true, true, u"new"},
+      {true, false, false, u"old"},
+      {true, true, false, u""},
+  };
+  for (const Row& R : Rows) {
+    const auto XML = CreateXMLDocument();
+    IXMLNode& Node = *XML->CreateRoot(u"x");
+    Node.SetAttribute(u"a", u"old");
+    EXPECT_EQ(SaveAttrString(Node, u"a", u"new", R.Omit, R.Remove), R.Written);
+    EXPECT_EQ(Node.GetAttribute(u"a"), R.Left);
+    EXPECT_EQ(Node.HasAttribute(u"a"), !R.Left.empty());
+    Node.AddChild(u"c")->SetText(u"old");
+    EXPECT_EQ(SaveNodeString(Node, u"c", u"new", R.Omit, R.Remove), R.Written);
+    EXPECT_EQ(Node.ChildCount(), R.Left.empty() ? 0u : 1u);
+    if (Node.FirstChild()) {
+      EXPECT_EQ(Node.FirstChild()->Text(), R.Left);
+    }
+  }
+}
+
+TEST(NodeWriters, ListsAreJoinedAndNewChildrenAreSVG) {
+  const auto XML = CreateXMLDocument();
+  IXMLNode& Node = *XML->CreateRoot(u"x");
+  TStringList List;
+  List.Add(u"a");
+  List.Add(u"b c");
+  SaveAttrString(Node, u"l", List, false, true, u'|');
+  EXPECT_EQ(Node.GetAttribute(u"l"), u"a|b c");
+  SaveNodeString(Node, u"title", u"<&>", false, true);
+  EXPECT_EQ(Node.FirstChild()->NamespaceURI(), SVGNamespace);
+  EXPECT_EQ(Node.FirstChild()->Text(), u"<&>");
+}
+
+TEST(NodeWriters, StylePropertiesAreWrittenWhereTheTreeDoesNotSayThem) {
+  using enum TSVGStyleProperty;
+  struct Row {
+    TSVGStyleProperty Property;
+    StringView Value, Default;
+    bool Inherited, Compact;
+    StringView Attribute;
+  };
+  const Row Rows[] = {
+      {ipFill, u"red", u"black", true, true, u""},
+      {ipFill, u"red", u"black", false, true, u"red"},
+      {ipFill, u"black", u"black", false, true, u"black"},
+      {ipOpacity, u"0.5", u"1", true, true, u"inherit"},
+      {ipOpacity, u"1", u"1", false, true, u""},
+      {ipOpacity, u"1", u"1", false, false, u"1"},
+      {ipClipPath, u"", u"none", false, false, u"none"},
+      {ipClipPath, u"", u"none", false, true, u""},
+  };
+  for (const Row& R : Rows) {
+    const auto XML = CreateXMLDocument();
+    IXMLNode& Node = *XML->CreateRoot(u"x");
+    const StringView Name = SVGStylePropertyRowOf(R.Property).Name;
+    const bool IsWritten = !R.Attribute.empty();
+    EXPECT_EQ(
+        SaveStyleProperty(Node, R.Property, R.Value, R.Default, false, R.Inherited, R.Compact),
+        IsWritten);
+    EXPECT_EQ(Node.GetAttribute(Name), R.Attribute) << ToUtf8(Name);
+    Node.SetAttribute(u"style", u"x:y");
+    SaveStyleProperty(Node, R.Property, R.Value, R.Default, true, R.Inherited, R.Compact);
+    const String Entry =
+        IsWritten ? String(u"; ").append(Name).append(u":").append(R.Attribute) : String();
+    EXPECT_EQ(Node.GetAttribute(u"style"), u"x:y" + Entry);
+  }
+}
+
+// --- Documents
+
+TEST(Save, ADocumentSaysItsNamespacesSizeAndVersion) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view("<svg width='30' height='20'/>"));
+  EXPECT_EQ(SavedText(Doc),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" "
+            "xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+            "width=\"30\" height=\"20\" version=\"1.1\"/>\n");
+  Doc.SetOptions(Doc.GetOptions() - TSVGOptions{TSVGOption::soCompactExport});
+  EXPECT_NE(SavedText(Doc).find(" x=\"0\""), std::string::npos)
+      << "zeros are written where the export is not compact";
+}
+
+TEST(Save, TheBaseWritesItsPartInOrder) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(
+      std::string_view("<svg><g systemLanguage='de, en' requiredFeatures='f g' lang='de' id='g' "
+                       "requiredExtensions='' class='a  b,c' title='t'><desc>d</desc></g></svg>"));
+  EXPECT_EQ(SavedContent(Doc),
+            "<g id=\"g\" lang=\"de\" class=\"a b c\" requiredFeatures=\"f g\" "
+            "requiredExtensions=\"\" systemLanguage=\"de en\"><title>t</title><desc>d</desc></g>");
+}
+
+TEST(Save, MadeUpIdentifiersAreNotWritten) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view("<svg><g/><g id='ID#5x'/><g id='own'/></svg>"));
+  EXPECT_EQ(SavedContent(Doc), "<g/><g/><g id=\"own\"/>");
+}
+
+TEST(Save, DisabledElementsLeaveAnEmptyNode) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view("<svg><g id='g'><circle r='2'/></g></svg>"));
+  Doc.FindElement(u"g")->SetEnabled(false);
+  EXPECT_EQ(SavedContent(Doc), "<g/>");
+  Doc.SetOptions(Doc.GetOptions() + TSVGOptions{TSVGOption::soExportDisabled});
+  EXPECT_EQ(SavedContent(Doc), "<g id=\"g\"><circle r=\"2\"/></g>");
+  Doc.SetEnabled(false);
+  Doc.SetOptions(Doc.GetOptions() - TSVGOptions{TSVGOption::soExportDisabled});
+  EXPECT_EQ(SavedContent(Doc), "<g/>") << "the root itself is always written";
+}
+
+TEST(Save, TheHostMayLeaveElementsOut) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view("<svg><g id='a'/><g id='b'><g id='c'/></g></svg>"));
+  std::vector<String> Saved;
+  TSVGElementState Seen;
+  Doc.OnSavingElement = [&](TPersistent*, TSVGElement* Element, IXMLNode&, bool& DoSave) {
+    EXPECT_FALSE(Element->ElementState().Has(TSVGElementStateFlag::esWriting));
+    DoSave = Element->ID() != u"b";
+  };
+  Doc.OnSavedElement = [&](TPersistent*, TSVGElement* Element, IXMLNode& Node) {
+    Saved.push_back(Element->ID());
+    if (Element != &Doc) {
+      EXPECT_TRUE(Element->ElementState().Has(TSVGElementStateFlag::esWriting));
+    }
+    Node.SetAttribute(u"seen", u"1");
+  };
+  EXPECT_EQ(SavedContent(Doc), "<g id=\"a\" seen=\"1\"/><g/>");
+  EXPECT_THAT(Saved, ElementsAre(u"a", u""));
+  EXPECT_FALSE(Doc.FindElement(u"a")->ElementState().Has(TSVGElementStateFlag::esWriting));
+}
+
+TEST(Save, KeptXMLStandsWhereItStood) {
+  TSVGDocument Doc;
+  const std::string Content =
+      "<g id=\"a\"/><metadata><x:y xmlns:x=\"urn:x\">t</x:y></metadata><filter id=\"f\">"
+      "<feFlood/></filter><g id=\"b\"/><script>1 &lt; 2</script>";
+  Doc.LoadFromText("<svg xmlns=\"http://www.w3.org/2000/svg\">" + Content + "</svg>");
+  const std::string Once = SavedContent(Doc);
+  std::string Plain = Once;
+  for (const std::string_view Declared : {" xmlns=\"http://www.w3.org/2000/svg\""})
+    while (Plain.find(Declared) != std::string::npos)
+      Plain.erase(Plain.find(Declared), Declared.size());
+  EXPECT_EQ(Plain, Content);
+  TSVGDocument Again;
+  Again.LoadFromText(std::string_view(SavedText(Doc)));
+  EXPECT_EQ(SavedContent(Again), Once);
+
+  auto& Metadata = static_cast<TSVGMetadata&>(*Doc.Items()[1]);
+  Metadata.SetXML(u"<open>");
+  EXPECT_THROW(SavedText(Doc), EXMLError);
+}
+
+// Each is replaced where it stands, without a search among its siblings.
+TEST(Save, ManyPlaceholdersStayCheap) {
+  std::string Text = "<svg>";
+  for (int I = 0; I < 20000; ++I) Text += "<filter/>";
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view(Text + "</svg>"));
+  EXPECT_GT(SavedText(Doc).size(), 20000u * 9);
+}
+
+TEST(Save, APlaceholderWithoutANameIsNoObstacle) {
+  TSVGDocument Doc;
+  auto Item = std::make_unique<TSVGPlaceholder>(&Doc);
+  Item->SetName(u"strange");
+  Item->SetXML(u"<strange/>");
+  Doc.Items().Add(std::move(Item));
+  Doc.Items().Add(std::make_unique<TSVGPlaceholder>(&Doc));
+  Doc.Items().Add(std::make_unique<TSVGMetadata>(&Doc));
+  EXPECT_EQ(SavedContent(Doc), "<strange/><TSVGPlaceholder/><metadata/>");
+}
+
+TEST(Save, WrapsTheDataOfPathsAboveThirtyTwo) {
+  TSVGDocument Doc;
+  std::string Data = "M0 0";
+  for (int I = 1; I < 40; ++I) Data += " L" + std::to_string(I) + " " + std::to_string(I * I);
+  Doc.LoadFromText("<svg><path d=\"" + Data + "\"/></svg>");
+  const auto LongestLine = [](const std::string& Text) {
+    std::size_t Longest = 0, From = 0;
+    for (std::size_t To; (To = Text.find('\n', From)) != std::string::npos; From = To + 1)
+      Longest = std::max(Longest, To - From);
+    return Longest;
+  };
+  const std::string Whole = SavedText(Doc);
+  EXPECT_EQ(SavedText(Doc, 32), Whole);
+  const std::string Wrapped = SavedText(Doc, 200);
+  EXPECT_LT(LongestLine(Wrapped), 210u);
+  EXPECT_GT(LongestLine(Whole), 210u);
+  TSVGDocument Again;
+  Again.LoadFromText(std::string_view(Wrapped));
+  EXPECT_EQ(SavedText(Again), Whole);
+}
+
+TEST(Save, AFileIsWholeOrAsItWas) {
+  const auto Folder = std::filesystem::path(QXSVG_TEST_OUTPUT) / "save";
+  std::filesystem::create_directories(Folder);
+  const std::string Name = (Folder / "a.svg").string();
+  TSVGDocument Doc;
+  Doc.LoadFromText(std::string_view("<svg><g id='a'/></svg>"));
+  Doc.SaveToFile(std::string_view(Name));
+  const auto Read = [&] {
+    TSVGDocument Saved;
+    Saved.LoadFromFile(std::string_view(Name));
+    return SavedText(Saved);
+  };
+  const std::string Before = Read();
+  EXPECT_EQ(Before, SavedText(Doc));
+  Doc.OnSavedElement = [](TPersistent*, TSVGElement*, IXMLNode&) { throw EAbort(u"no"); };
+  EXPECT_THROW(Doc.SaveToFile(std::string_view(Name)), EAbort);
+  EXPECT_EQ(Read(), Before);
+  EXPECT_THROW(Doc.SaveToFile(std::string_view("/nowhere/at/all.svg")), EStreamError);
+}
+
+TEST(Save, AnElementIsADocumentOfItsOwnAsText) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(
+      std::string_view("<svg><g id='g'><circle r='2'/></g><metadata>m</metadata></svg>"));
+  EXPECT_EQ(Doc.FindElement(u"g")->ToString(),
+            u"<?xml version=\"1.0\"?>\n<g xmlns=\"http://www.w3.org/2000/svg\" id=\"g\">\n"
+            u"  <circle r=\"2\"/>\n</g>\n");
+  EXPECT_NE(Doc.Items()[1]->ToString().find(u"<metadata>m</metadata>"), String::npos);
+}
+
+}  // namespace
+}  // namespace qxsvg
