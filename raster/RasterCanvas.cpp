@@ -138,7 +138,10 @@ void TQXRasterCanvas::CoverKept(TQXCoverageCache* Cache, const TQXCoverageKey& K
   Cache->Keep(FScratch->Packed.data(), FScratch->Packed.size() * sizeof(std::uint64_t));
 }
 
-void TQXRasterCanvas::DoIntersectClipRect(const TRectF& R) {
+void TQXRasterCanvas::DoIntersectClipRect(const TRectF& Area) {
+  // A side beyond the clip cuts nothing off: without it there is less reason to need a mask, which
+  // all that is drawn under it would have to pass.
+  const TRectF R = TRectF::Intersect(Area, QXRect(FClip.Box()));
   // Sides on pixel boundaries, within what coverage can tell, leave the clip a rectangle.
   const auto IsWhole = [](float V) {
     return std::abs(V - std::nearbyint(V)) < 0.5f / SubpixelScale;
