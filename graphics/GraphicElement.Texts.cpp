@@ -10,18 +10,15 @@ namespace {
 
 constexpr StringView NoneText = u"none";
 
-// What is written back as it was read: a reference that is no fragment, such as a file's name.
-String ReferenceText(StringView URI) {
-  if (URI.empty() || URI == NoneText) return String(NoneText);
-  const bool IsFragment = URI.front() != u'#' && URI.find_first_of(u"()/:") == StringView::npos;
-  return IsFragment ? u"url(#" + String(URI) + u")" : String(URI);
+String FragmentText(StringView ID) {
+  return u"url(#" + String(ID) + u")";
 }
 
 template <class Paint>
 String PaintText(const Paint* Target, TQXGPBrushKind DefaultKind) {
   if (!Target)
     return DefaultKind == TQXGPBrushKind::bkNone ? String(NoneText) : SVGColorToString(0xff000000);
-  if (!Target->URI().empty()) return ReferenceText(Target->URI());
+  if (!Target->URI().empty()) return FragmentText(Target->URI());
   return Target->Kind() == TQXGPBrushKind::bkNone ? String(NoneText)
                                                   : SVGColorToString(Target->Color());
 }
@@ -72,6 +69,7 @@ class PropertyWriter {
   String FontText(TSVGStyleProperty Property) const;
   String LengthText(TSVGStyleProperty Property) const;
   String PlainText(TSVGStyleProperty Property) const;
+  String ReferenceText(StringView URI) const;
   String BaselineShift() const;
   String Background() const;
   String Clip() const;
@@ -180,6 +178,15 @@ String PropertyWriter::Clip() const {
   return u"rect(" + SVGNumbersToString(Sides, FFormat, u" ") + u")";
 }
 
+// What is no fragment, such as a file's name, is written back as it was read.
+String PropertyWriter::ReferenceText(StringView URI) const {
+  if (URI.empty() || URI == NoneText) return String(NoneText);
+  // Identifiers of drawing programs hold colons and slashes too.
+  const bool IsFragment = FElement.FindByID(URI) ||
+                          (URI.front() != u'#' && URI.find_first_of(u"()/:") == StringView::npos);
+  return IsFragment ? FragmentText(URI) : String(URI);
+}
+
 String PropertyWriter::PlainText(TSVGStyleProperty Property) const {
   using enum TSVGStyleProperty;
   const auto Reference = [&](TSVGReference Which) {
@@ -226,7 +233,6 @@ String PropertyWriter::PlainText(TSVGStyleProperty Property) const {
 }
 
 // --- The element
-// ----------------------------------------------------------------------------------
 
 String TSVGGraphicElement::PropertyText(TSVGStyleProperty Property) {
   return PropertyWriter(*this).Text(Property);

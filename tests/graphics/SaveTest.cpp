@@ -43,6 +43,7 @@ TEST(SaveElement, WritesEachPropertyAsItWasGiven) {
                          "baseline-shift=20%",
                          "clip=rect(1 2 3 4)",
                          "clip-path=url(#c)",
+                         "clip-path=url(#c/1:2)",
                          "clip-rule=evenodd",
                          "color=red",
                          "color-interpolation=linearRGB",
@@ -54,10 +55,12 @@ TEST(SaveElement, WritesEachPropertyAsItWasGiven) {
                          "enable-background=new 1 2 3 4",
                          "fill=none",
                          "fill=url(#c)",
+                         "fill=url(#c/1:2)",
                          "fill=#123456",
                          "fill-opacity=0.5",
                          "fill-rule=evenodd",
                          "filter=url(#c)",
+                         "filter=url(files/f.svg#f)",
                          "flood-color=red",
                          "flood-opacity=0.5",
                          "font=12px serif",
@@ -103,12 +106,13 @@ TEST(SaveElement, WritesEachPropertyAsItWasGiven) {
     const std::size_t Equals = Text.find('=');
     const std::string Name = Text.substr(0, Equals);
     const std::string Attribute = Name + "='" + Text.substr(Equals + 1) + "'";
-    TTree Tree("<g id='c'/><g id='g' " + Attribute + "/>");
+    const std::string Named = "<g id='c'/><g id='c/1:2'/>";
+    TTree Tree(Named + "<g id='g' " + Attribute + "/>");
     EXPECT_THAT(Saved(Tree["g"]), testing::Contains(Text));
 
     // Given as style it goes back as style.
     if (Name == "transform") continue;
-    TTree Styled("<g id='c'/><g id='g' style='" + Name + ":" + Text.substr(Equals + 1) + "'/>");
+    TTree Styled(Named + "<g id='g' style='" + Name + ":" + Text.substr(Equals + 1) + "'/>");
     EXPECT_THAT(Saved(Styled["g"]),
                 testing::Contains("style=" + Name + ":" + Text.substr(Equals + 1)));
   }
@@ -134,7 +138,6 @@ TEST(SaveElement, AViewportHasADefaultOfItsOwn) {
 }
 
 // --- Clear and copies
-// -----------------------------------------------------------------------------
 
 constexpr const char* Everything =
     "fill='url(#c)' stroke='blue' stroke-width='3' opacity='.5' font-size='20' kerning='3' "
@@ -181,7 +184,6 @@ TEST(CopyElement, TextsOfOwnValuesGoIntoAStyle) {
 }
 
 // --- Published
-// ------------------------------------------------------------------------------------
 
 // What a stream would carry from one element to another.
 void Transfer(const TSVGGraphicElement& From, TSVGGraphicElement& To) {
