@@ -2,7 +2,10 @@
 #include "document/Document.h"
 #include "document/Style.h"
 #include "document/XML.h"
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
 #include "foundation/Parsers.h"
+#include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
 
 namespace qxsvg {
@@ -17,8 +20,15 @@ void TSVGDocument::ReadStyles(StringView Text) {
     const std::size_t Close = Rest.find(u'}', Open);
     if (Close == StringView::npos) return;
     const StringView Body = Rest.substr(Open + 1, Close - Open - 1);
-    for (const StringView Piece : SplitString(Rest.substr(0, Open), u","))
-      if (const StringView Selector = Trim(Piece); !Selector.empty()) DoAddStyle(Selector, Body);
+    bool IsFirst = true;
+    for (const StringView Piece : SplitString(Rest.substr(0, Open), u",")) {
+      const StringView Selector = Trim(Piece);
+      if (Selector.empty()) continue;
+      if (!IsFirst) FStyleCopies += Body.size();
+      if (FStyleCopies > Limits::StyleCopies) throw ESVGException(SStyleCopyLimit);
+      DoAddStyle(Selector, Body);
+      IsFirst = false;
+    }
     Rest.remove_prefix(Close + 1);
   }
 }
@@ -34,6 +44,7 @@ TSVGStyle* TSVGDocument::DoAddStyle(StringView Selector, StringView Style) {
     (*Known)->AddStyle(Style);
     return *Known;
   }
+  if (FStyles.Count() >= Limits::StyleRules) throw ESVGException(SStyleRuleLimit);
   // The table answers for the rule before a handler of the host hears of it, may throw or take it
   // out again.
   TSVGStyle* const Added = std::make_unique<TSVGStyle>(Selector, Style).release();
@@ -43,6 +54,12 @@ TSVGStyle* TSVGDocument::DoAddStyle(StringView Selector, StringView Style) {
 }
 
 void TSVGDocument::ApplyStyles() {
+  std::int64_t Tokens = 0;
+  FStyles.ForEach([&Tokens](const auto& Entry) {
+    if (Entry.FValue->Enabled())
+      Tokens += static_cast<std::int64_t>(Entry.FValue->SelectorTokens().size());
+  });
+  if (Tokens * FAllItems.Count() > Limits::StyleMatches) throw ESVGException(SStyleMatchLimit);
   const TUpdateLock Lock(*this);
   // The element `svg` is styled by its own sheet first, and then, like every element, by that of
   // the document around it; a root is so styled from its own attributes twice.

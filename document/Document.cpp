@@ -68,6 +68,7 @@ void TSVGDocument::DestroyStyles() {
   // The table's own lock keeps this silent, so each style is destroyed once and nobody is told.
   FStyles.Clear();
   for (TSVGStyle* Style : Styles) std::default_delete<TSVGStyle>()(Style);
+  FStyleCopies = 0;
 }
 
 // --- Settings

@@ -80,7 +80,8 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   const std::vector<TSVGElement*>& Patterns();
 
   // --- Style sheet
-  // Adds the rules of a style sheet's text; ApplyStyles makes them take effect.
+  // Adds the rules of a style sheet's text; ApplyStyles makes them take effect. Both raise
+  // ESVGException over a limit of style sheets.
   virtual void ReadStyles(StringView Text);
   virtual void ReadStyles(IXMLNode& Node);
   void ApplyStyles() override;
@@ -231,6 +232,8 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   std::vector<TSVGElement*> FStrays;
   // See TTreeWalk.
   std::vector<std::unique_ptr<TSVGElement>> FDeparted;
+  // See Limits::StyleCopies.
+  std::size_t FStyleCopies = 0;
   std::int32_t FWalks = 0;
   bool FAllItemsModified = false;
 };

@@ -53,6 +53,12 @@ inline constexpr std::size_t DecompressedBytes = std::size_t{128} << 20;
 
 // Rules of the style sheets of one document: each is matched against each element.
 inline constexpr std::int32_t StyleRules = 65'536;
+// UTF-16 units of declarations that the selector lists of one document repeat: each selector of a
+// list holds them for itself. Real lists come to some ten thousand.
+inline constexpr std::size_t StyleCopies = std::size_t{8} << 20;
+// Tokens of all rules times elements, which is the work of a cascade. A map of 300,000 elements
+// with a thousand rules stays below.
+inline constexpr std::int64_t StyleMatches = 1'000'000'000;
 
 // --- Geometry
 

@@ -37,6 +37,10 @@ inline constexpr StringView SEntityLimit = u"The entities of the document expand
 inline constexpr StringView SDecompressedSizeLimit =
     u"The compressed document expands to too much data";
 inline constexpr StringView SStyleRuleLimit = u"The document has too many style rules";
+inline constexpr StringView SStyleCopyLimit =
+    u"The selector lists of the document repeat too much text";
+inline constexpr StringView SStyleMatchLimit =
+    u"The document has too many style rules for its elements";
 inline constexpr StringView SPathSegmentLimit = u"The path has too many segments";
 inline constexpr StringView SDashLimit = u"The dash pattern gives too many dashes";
 inline constexpr StringView SGradientPointLimit = u"The gradient repeats too often";

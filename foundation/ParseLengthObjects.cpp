@@ -1,6 +1,7 @@
 #include "foundation/ParseLengthObjects.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include "foundation/Lookups.h"
@@ -36,7 +37,8 @@ TSVGLength& ParseLength(StringView Text, TSVGLength& Length) {
   if (Text.empty()) return Length;
   const TSVGLengthText Parts = SplitLength(Text);
   Length.SetUnit(Parts.Unit);
-  float Number = Length.Raw();
+  // No number of em keeps a size where the font has none.
+  float Number = std::isfinite(Length.Raw()) ? Length.Raw() : 0;
   TryParseNumber(Parts.Number, Number);
   Length.SetRaw(Number);
   Length.SetIsPercent(Parts.Unit == TSVGUnit::suPercent);

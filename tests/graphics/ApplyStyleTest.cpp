@@ -1,6 +1,8 @@
 // From texts to values: what each way of giving a property leads to, and in which order styles win.
 #include <gtest/gtest.h>
 
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
 #include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
 #include "tests/graphics/ElementFixture.h"
@@ -107,6 +109,11 @@ TEST(ApplyStyle, FontSizeIsThereBeforeTheLengthsAreRead) {
   EXPECT_EQ(Tree["r"].GetPen().Thickness(), 5);
 }
 
+TEST(ApplyStyle, AFontWithoutSizeLeavesLengthsFinite) {
+  TTree Tree("<rect id='r' font-size='0' x='oneem'/>");
+  EXPECT_EQ(Tree["r"].Xu().Raw(), 0);
+}
+
 TEST(ApplyStyle, Fonts) {
   TTree Tree(
       "<g font-weight='bold' font-style='italic' text-decoration='underline' "
@@ -164,7 +171,6 @@ TEST(ApplyStyle, ReportsWhatItCannotRead) {
 }
 
 // --- Cascade
-// --------------------------------------------------------------------------------------
 
 TEST(Cascade, SelectorsMatchWithTheirSpecificity) {
   TTree Tree(
@@ -271,6 +277,39 @@ TEST(Cascade, ABadSelectorPassesOutOfApplyStyles) {
   TTree Tree("<rect id='r'/>");
   Tree.Document.ReadStyles(u"[a^] { fill: red }");
   EXPECT_THROW(Tree.Document.ApplyStyles(), ESVGException);
+}
+
+TEST(Cascade, RefusesStyleSheetsThatMultiply) {
+  const auto SheetOf = [](int Selectors, std::size_t BodySize) {
+    String Result = u"a";
+    for (int I = 1; I < Selectors; ++I) Result += u",a" + FromUtf8(std::to_string(I));
+    return Result + u"{x:" + String(BodySize, u'1') + u"}";
+  };
+  const auto Refusal = [](TSVGDocument& Document, StringView Sheet) {
+    try {
+      Document.ReadStyles(Sheet);
+      Document.ApplyStyles();
+    } catch (const ESVGException& Error) {
+      return String(Error.Message());
+    }
+    return String();
+  };
+  TSVGDocument Document;
+  EXPECT_EQ(Refusal(Document, SheetOf(1, Limits::StyleCopies + 1)), u"");
+  EXPECT_EQ(Refusal(Document, SheetOf(1000, 10000)), SStyleCopyLimit);
+  // What one sheet has used up, the next one lacks.
+  EXPECT_EQ(Refusal(Document, SheetOf(2, 1)), SStyleCopyLimit);
+  Document.Clear();
+  EXPECT_EQ(Refusal(Document, SheetOf(2, 1)), u"");
+  EXPECT_EQ(Refusal(Document, SheetOf(Limits::StyleRules + 1, 1)), SStyleRuleLimit);
+
+  // A rule of many tests, and many elements to make them at.
+  std::string Crowd;
+  for (int I = 0; I < 2000; ++I) Crowd += "<g/>";
+  TTree Tree(Crowd);
+  String Tests;
+  for (int I = 0; I < 600000; ++I) Tests += u":a";
+  EXPECT_EQ(Refusal(Tree.Document, Tests + u"{x:1}"), SStyleMatchLimit);
 }
 
 TEST(Cascade, TheLastElementReadDecidesWhatIsPreferredAsStyle) {
