@@ -11,6 +11,10 @@ class TOwnDrawEngine final : public IDrawEngine {
  public:
   bool Load(const std::string& File) override {
     FDocument = std::make_unique<TSVGDocument>();
+    // What the peers take for currentColor where a drawing sets no colour.
+    FDocument->OnParsingNode = [this](TPersistent* Sender, IXMLNode&) {
+      if (Sender == FDocument.get()) FDocument->SetColor(0xff000000);
+    };
     TBytesViewStream Stream{std::string_view(File)};
     FDocument->LoadFromStream(Stream);
     return FDocument->Items().Count() > 0;
