@@ -99,12 +99,11 @@ void RunCase(benchmark::State& State, const TCase& Case) {
       const std::size_t Before = Allocations;
       const TClock::time_point From = TClock::now();
       Case.Draw(*Side.Engine);
-      Side.Times.push_back(Milliseconds(From));
+      const double Taken = Milliseconds(From);
+      if (&Side == Sides) Allocated += Allocations - Before;
+      Side.Times.push_back(Taken);
       Side.Spent += Side.Times.back();
-      if (&Side == Sides) {
-        State.SetIterationTime(Side.Times.back() / 1000);
-        Allocated += Allocations - Before;
-      }
+      if (&Side == Sides) State.SetIterationTime(Side.Times.back() / 1000);
     }
   }
   const double Own = BestOf(Sides[0].Times);
