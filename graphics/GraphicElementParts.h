@@ -33,8 +33,9 @@ struct TSVGGraphicElement::Spacings {
 };
 
 struct TSVGGraphicElement::Coverage {
-  TQXCoverageCache Fill{QXSharedCoverageBudget()};
-  TQXCoverageCache Stroke{QXSharedCoverageBudget()};
+  // Made at the second drawing.
+  TQXCoverageCache Fill{QXSharedCoverageBudget(), true};
+  TQXCoverageCache Stroke{QXSharedCoverageBudget(), true};
 };
 
 // Switches the change notice of a paint object off while inherited parts are copied into it, so

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "foundation/Limits.h"
 
@@ -28,7 +29,7 @@ TQXCoverageCache::TUse TQXCoverageCache::Ask(const TQXCoverageKey& Key) {
   Drop();
   FKey = Key;
   FHasKey = true;
-  return TUse::Draw;
+  return std::exchange(FWasDrawn, false) ? TUse::Keep : TUse::Draw;
 }
 
 void TQXCoverageCache::Keep(const void* Data, std::size_t Bytes) {

@@ -44,7 +44,10 @@ struct TQXCoverageKey {
 // surface, which alone knows its form.
 class QXSVG_API TQXCoverageCache {
  public:
-  explicit TQXCoverageCache(TQXCoverageBudget& Budget) : FBudget(&Budget) {}
+  // WasDrawn tells that the caller has drawn the path before it made this: the first drawing then
+  // counts as the second.
+  explicit TQXCoverageCache(TQXCoverageBudget& Budget, bool WasDrawn = false)
+      : FBudget(&Budget), FWasDrawn(WasDrawn) {}
   TQXCoverageCache(const TQXCoverageCache&) = delete;
   TQXCoverageCache& operator=(const TQXCoverageCache&) = delete;
   ~TQXCoverageCache() { Drop(); }
@@ -71,7 +74,7 @@ class QXSVG_API TQXCoverageCache {
   std::unique_ptr<std::uint64_t[]> FData;
   std::size_t FSize = 0;
   TQXCoverageKey FKey;
-  bool FHasKey = false, FIsKept = false, FRefused = false;
+  bool FHasKey = false, FIsKept = false, FRefused = false, FWasDrawn = false;
 };
 
 }  // namespace qxsvg

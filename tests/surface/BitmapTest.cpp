@@ -56,8 +56,11 @@ TEST(CoverageCache, KeepsWhatIsDrawnTwiceAlike) {
   const char Bytes[80] = "spans";
   {
     TQXCoverageCache Cache(Budget), Other(Budget);
+    TQXCoverageCache Late(Budget, true);
     TQXCoverageKey A, B;
     B.Mode = 1;
+    EXPECT_EQ(Late.Ask(A), Keep) << "the caller drew it before";
+    EXPECT_EQ(Late.Ask(B), Draw);
     EXPECT_EQ(Cache.Ask(A), Draw);
     EXPECT_EQ(Cache.Ask(B), Draw);
     EXPECT_EQ(Cache.Ask(A), Draw);
