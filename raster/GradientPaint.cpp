@@ -10,6 +10,8 @@ namespace {
 // As fine as eyes can tell on the largest surfaces; short gradients need less.
 constexpr std::size_t FineSteps = 1024, CoarseSteps = 256;
 constexpr double CoarseLength = 256;
+// Farther stops are as good as there; keeps the differences of offsets finite.
+constexpr float FarthestOffset = 1e6f;
 // A focus on the rim or outside would leave parts of the plane without a colour.
 constexpr float FarthestFocus = 0.999f;
 
@@ -54,7 +56,7 @@ void TGradientTable::Build(std::span<const TQXGPGradientPoint> Stops, float Opac
     return static_cast<std::size_t>(std::clamp(std::ceil(Offset * Last), 0.0f, Last + 1));
   };
   for (std::size_t I = 0; I < FStops.size(); ++I) {
-    const float Offset = FStops[I].Offset;
+    const float Offset = std::clamp(FStops[I].Offset, -FarthestOffset, FarthestOffset);
     const float Now =
         I == 0 ? (Offset == Offset ? Offset : 0) : (Offset > Before ? Offset : Before);
     const std::size_t End = I + 1 == FStops.size() && Now >= 1 ? Steps : IndexOf(Now);

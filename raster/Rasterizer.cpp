@@ -11,10 +11,11 @@ namespace {
 
 // The pixels that a box touches, within Clip.
 TRect PixelsOf(const TRectF& Box, const TRect& Clip) {
+  // What is no number counts as far left and up.
   const auto Within = [](float V, std::int32_t Least, std::int32_t Most) {
     const double D = V;
-    return static_cast<std::int32_t>(
-        std::clamp(D, static_cast<double>(Least), static_cast<double>(Most)));
+    if (!(D > Least)) return Least;
+    return D < Most ? static_cast<std::int32_t>(D) : Most;
   };
   // Half a subpixel more, since points are rounded to those.
   constexpr float Half = 0.5f / SubpixelScale;

@@ -22,6 +22,8 @@ constexpr double MostCycles = 1e12;
 constexpr float WidestPen = 500'000;
 // Miters that reach farther than this many widths are not looked for outside the clip.
 constexpr float FarthestMiter = 100;
+// Keeps boxes finite.
+constexpr float FarthestReach = 1e30f;
 
 struct TFigure {
   std::size_t First = 0, Last = 0;
@@ -76,7 +78,9 @@ std::uint32_t StrokedSteps(const std::array<TPointF, 4>& P, float HalfWidth, flo
   }
   const float Turns = 1.3f * Turn * std::sqrt(std::min(HalfWidth / Tolerance, WidestPen) / 8);
   const float Steps = std::sqrt(Base * Base + Turns * Turns);
-  return 1 + static_cast<std::uint32_t>(std::min(Steps, static_cast<float>(QXMaxCurveSteps)));
+  // Legs too long for a float give no number.
+  return Steps < static_cast<float>(QXMaxCurveSteps) ? 1 + static_cast<std::uint32_t>(Steps)
+                                                     : QXMaxCurveSteps;
 }
 
 TPointF FirstWay(TPointF From, TPointF A, TPointF B, TPointF C) {
@@ -498,7 +502,7 @@ TQXStrokeStyle TQXStrokeStyle::FromPen(const TQXGPPen& Pen) {
 
 float TQXStrokeStyle::Reach() const {
   const float Miter = Join == TQXGPStrokeJoin::sjMiter ? std::min(MiterLimit, FarthestMiter) : 1;
-  return Width / 2 * std::max(Miter, 1.5f);
+  return std::min(Width / 2 * std::max(Miter, 1.5f), FarthestReach);
 }
 
 void TQXStroker::Stroke(const TQXPathView& Path, const TQXStrokeStyle& Style,
