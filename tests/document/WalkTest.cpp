@@ -154,9 +154,8 @@ TEST_P(HandlersThat, RemoveTheElementTheyHearOf) {
   Run([&](TSVGElement* Element) {
     if (!Element || !Element->Parent() || IsDeparting(*Element)) return;
     ++Removed;
+    // It may be gone from here on: only a walk over the tree keeps what departs to its end.
     RemoveFromTree(Element);
-    EXPECT_EQ(Element->Parent(), nullptr);
-    EXPECT_EQ(Element->Items().Count(), 0);
   });
   EXPECT_GT(Removed, 0);
   CheckThatItLives();
