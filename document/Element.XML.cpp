@@ -1,5 +1,8 @@
 // An element's way in from XML and out to it.
 #include "document/Element.h"
+
+#include <array>
+
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
 #include "document/NodeWriters.h"
@@ -11,6 +14,34 @@ namespace qxsvg {
 namespace {
 
 constexpr StringView ListDelimiters = u", ";
+
+// The attributes that every element reads, found in one walk: most elements have none of them.
+enum TCommonAttribute { caID, caLang, caTitle, caClass, caFeatures, caExtensions, caLanguages };
+constexpr std::array<StringView, 7> CommonAttributeNames{u"id",
+                                                         u"lang",
+                                                         u"title",
+                                                         u"class",
+                                                         u"requiredFeatures",
+                                                         u"requiredExtensions",
+                                                         u"systemLanguage"};
+
+class TCommonAttributes {
+ public:
+  explicit TCommonAttributes(const IXMLNode& Node) {
+    for (const TXMLAttribute& Attribute : Node.Attributes()) {
+      const StringView Name = Attribute.LocalName();
+      for (std::size_t I = 0; I < CommonAttributeNames.size(); ++I)
+        if (Name == CommonAttributeNames[I] && Attribute.Prefix().empty()) FFound[I] = &Attribute;
+    }
+  }
+  bool Has(TCommonAttribute Which) const { return FFound[Which] != nullptr; }
+  StringView Value(TCommonAttribute Which) const {
+    return FFound[Which] ? FFound[Which]->Value : StringView();
+  }
+
+ private:
+  std::array<const TXMLAttribute*, CommonAttributeNames.size()> FFound{};
+};
 
 }  // namespace
 
@@ -33,26 +64,27 @@ void TSVGElement::LoadFromXML(IXMLNode& Node) {
 }
 
 void TSVGElement::DoLoadFromXML(IXMLNode& Node) {
-  if (StringView ID; Node.FindAttribute(u"id", ID)) SetID(ID);
-  SetLanguage(ParseAttrString(Node, u"lang"));
-  String Title = ParseString(Node, u"title", StringView());
-  if (Title.empty()) Title = ParseAttrString(Node, u"title");
-  SetTitle(Title);
+  const TCommonAttributes Attributes(Node);
+  if (Attributes.Has(caID)) SetID(Attributes.Value(caID));
+  SetLanguage(Attributes.Value(caLang));
+  const String Title = ParseString(Node, u"title", StringView());
+  SetTitle(Title.empty() ? Attributes.Value(caTitle) : StringView(Title));
   // An element without these texts, as most are, stays without the lists for them.
   const String Text = ParseString(Node, u"desc", StringView());
   if (!Text.empty() || Texts().Description.Count() > 0) Description().SetText(Text);
-  StringView Names;
-  if (Node.FindAttribute(u"class", Names) || Texts().Classes.Count() > 0)
-    ParseStringList(Classes(), Names, ListDelimiters);
-  const auto ReadRequired = [&](StringView Name, const TStrings& Held, auto Target) {
-    if (StringView Text; Held.Count() > 0 || Node.FindAttribute(Name, Text))
-      ParseRequiredStringList(Node, Name, Target(), ListDelimiters);
+  if (Attributes.Has(caClass) || Texts().Classes.Count() > 0)
+    ParseStringList(Classes(), Attributes.Value(caClass), ListDelimiters);
+  const auto ReadRequired = [&](TCommonAttribute Which, const TStrings& Held, auto Target) {
+    if (Attributes.Has(Which))
+      ParseRequiredStringList(Target(), Attributes.Value(Which), ListDelimiters);
+    else if (Held.Count() > 0)
+      Target().Clear();
   };
-  ReadRequired(u"requiredFeatures", Texts().RequiredFeatures,
+  ReadRequired(caFeatures, Texts().RequiredFeatures,
                [this]() -> TStrings& { return RequiredFeatures(); });
-  ReadRequired(u"requiredExtensions", Texts().RequiredExtensions,
+  ReadRequired(caExtensions, Texts().RequiredExtensions,
                [this]() -> TStrings& { return RequiredExtensions(); });
-  ReadRequired(u"systemLanguage", Texts().SystemLanguages,
+  ReadRequired(caLanguages, Texts().SystemLanguages,
                [this]() -> TStrings& { return SystemLanguages(); });
 }
 
