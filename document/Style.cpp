@@ -44,7 +44,6 @@ TSVGStyle::TSVGStyle(StringView Name, StringView Style) : FName(Name) {
 TSVGStyle::~TSVGStyle() = default;
 
 // --- Entries
-// --------------------------------------------------------------------------------------
 
 std::size_t TSVGStyle::RankOf(TSVGStyleProperty Property) const {
   const std::uint64_t Below = (std::uint64_t{1} << Ordinal(Property)) - 1;
@@ -154,7 +153,6 @@ std::vector<TSVGStyle::EntryView> TSVGStyle::InOrder() const {
 }
 
 // --- Reading
-// --------------------------------------------------------------------------------------
 
 bool TSVGStyle::IsShorthandProperty(StringView Name) const {
   return Name == MarkerName;
@@ -208,7 +206,6 @@ void TSVGStyle::LoadFromXML(const IXMLNode& Node) {
 }
 
 // --- Copies and texts
-// -----------------------------------------------------------------------------
 
 void TSVGStyle::Assign(const TPersistent* Source) {
   if (Source == this) return;
@@ -247,7 +244,6 @@ String TSVGStyle::ToString() const {
 }
 
 // --- Changes
-// --------------------------------------------------------------------------------------
 
 void TSVGStyle::SetName(StringView Value) {
   if (Value == FName) return;

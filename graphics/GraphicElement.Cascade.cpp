@@ -151,7 +151,6 @@ bool SelectorMatcher::PassesAttribute(StringView Name, TSVGSelectorTokenType Typ
 }
 
 // --- The element
-// ----------------------------------------------------------------------------------
 
 std::int32_t TSVGGraphicElement::Matches(StringView Selector) {
   return Matches(TokenizeSelector(Selector));

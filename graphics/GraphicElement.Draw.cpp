@@ -37,7 +37,6 @@ Value OrDefault(Value Own, Value None, Value Automatic, Value Default) {
 }  // namespace
 
 // --- Entry points
-// ---------------------------------------------------------------------------------
 
 void TSVGGraphicElement::Draw(TQXGPCanvas& Canvas, const TRectF& Rect) {
   Draw(GetViewMatrix(Rect), Canvas, Rect);
@@ -72,7 +71,6 @@ bool TSVGGraphicElement::DoShouldDraw() {
 }
 
 // --- The walk
-// -------------------------------------------------------------------------------------
 
 void TSVGGraphicElement::InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                       const TRectF& Rect) {
@@ -107,7 +105,7 @@ void TSVGGraphicElement::SetCanvasPaints(const TMatrix& Matrix, TQXGPCanvas& Can
   // The box matters to paint servers alone, and finding it may take longer than drawing.
   const bool NeedsBox = FBrushChanged && !EffectiveFillURI().empty();
   const TSVGBrush& Brush =
-      GetBrush(Matrix, NeedsBox ? GetBoundsRect() : TRectF(), GetNearestViewport(Rect));
+      BrushInForce(Matrix, NeedsBox ? GetBoundsRect() : TRectF(), GetNearestViewport(Rect));
   Canvas.SetBrush(Brush);
   // A tile lies in user space.
   if (Brush.Kind() == TQXGPBrushKind::bkBitmap)
@@ -141,7 +139,6 @@ void TSVGGraphicElement::DoDrawn(TSVGElement* Sender, const TMatrix& Matrix, TQX
 }
 
 // --- Quality
-// --------------------------------------------------------------------------------------
 
 void TSVGGraphicElement::SetCanvasQuality(TQXGPCanvas& Canvas) const {
   TSVGColorRendering Rendering = GetColorRendering();
@@ -198,13 +195,12 @@ TQXGPTextRenderingHint TSVGGraphicElement::GetTextRenderingHint(TSVGTextRenderin
 }
 
 // --- Paints
-// ---------------------------------------------------------------------------------------
 
 // Here "scaled" means that the stroke goes through the matrix with the shape; otherwise its width
 // is one in device pixels whatever the transformations.
 void TSVGGraphicElement::SetCanvasPen(TQXGPCanvas& Canvas, const TMatrix& Matrix, bool Scale) {
   const bool NeedsBox = FPenChanged && !EffectiveStrokeURI().empty();
-  const TSVGPen& Pen = GetPen(QXIdentityMatrix, NeedsBox ? GetBoundsRect() : TRectF());
+  const TSVGPen& Pen = PenInForce(QXIdentityMatrix, NeedsBox ? GetBoundsRect() : TRectF());
   Canvas.SetPen(Pen);
   if (Pen.Kind() == TQXGPBrushKind::bkBitmap) {
     TQXGPBrush& Tile = Canvas.Pen().GetBrush();
@@ -262,7 +258,6 @@ bool TSVGGraphicElement::DoDisableAppearance(TSVGElement* Sender, TMatrix& Matri
 }
 
 // --- The element itself
-// ---------------------------------------------------------------------------
 
 TQXGPPath* TSVGGraphicElement::GetShape() {
   FShapeCacheChanged = false;
@@ -310,15 +305,14 @@ void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode, C
   const bool Strokes = Canvas.Pen().Kind() != TQXGPBrushKind::bkNone;
   if (!Fills && !Strokes) return;
   const double Opacity = GetAbsoluteOpacity();
-  if (Fills) Canvas.FillPath(Source, static_cast<float>(GetBrush().Opacity() * Opacity));
+  if (Fills) Canvas.FillPath(Source, static_cast<float>(FillOpacity() * Opacity));
   if (Kept) Source.Coverage = &Kept->Stroke;
-  if (Strokes) Canvas.DrawPath(Source, static_cast<float>(GetPen().Opacity() * Opacity));
+  if (Strokes) Canvas.DrawPath(Source, static_cast<float>(StrokeOpacity() * Opacity));
 }
 
 void TSVGGraphicElement::FillPolygons(const TMatrix&, TQXGPCanvas&) {}
 
 // --- Clipping
-// -------------------------------------------------------------------------------------
 
 void TSVGGraphicElement::PerformClipping(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                          const TRectF& Rect) {
@@ -357,7 +351,6 @@ TQXGPRegion* TSVGGraphicElement::GetClipPath(TQXGPCanvas& Canvas) {
 }
 
 // --- Baking
-// ---------------------------------------------------------------------------------------
 
 void TSVGGraphicElement::BakeTransformation(const TMatrix& Matrix) {
   const TUpdateLock Lock(*this);

@@ -82,7 +82,8 @@ TSVGElement* TSVGGraphicElement::DoInternalElementAtPos(const TMatrix& Matrix, T
   const TQXGPPath* const Shape =
       Options.Has(TSVGFindOption::foUseBoundingBox) ? nullptr : GetShape();
   const bool ShapeDecides = Shape && Shape->Count() != 0;
-  const TSVGPen& Pen = GetPen();
+  const bool NeedsBox = FPenChanged && !EffectiveStrokeURI().empty();
+  const TSVGPen& Pen = PenInForce(QXIdentityMatrix, NeedsBox ? Box : TRectF());
   if (Counts(GetPointerEvents(), StrokeGroup, Pen.Kind())) {
     float Margin = Pen.Thickness();
     // A hair line is hit beside itself, so that its box must not be narrower than that.
@@ -102,7 +103,8 @@ TSVGElement* TSVGGraphicElement::PathAtPos(const TMatrix& Matrix, TQXGPCanvas& C
                                            TPointF Point, const TRectF& Rect, const TQXGPPath& Path,
                                            const TSVGFindOptions& Options) {
   const TSVGPointerEvents Events = GetPointerEvents();
-  const TQXGPBrushKind Kind = GetBrush(Matrix, GetBoundsRect(), GetNearestViewport(Rect)).Kind();
+  const TQXGPBrushKind Kind =
+      BrushInForce(Matrix, GetBoundsRect(), GetNearestViewport(Rect)).Kind();
   const bool FillCounts =
       Options.Has(TSVGFindOption::foFindNonFilled) || Counts(Events, FillGroup, Kind);
 

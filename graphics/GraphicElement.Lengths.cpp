@@ -48,7 +48,6 @@ constinit const TWiring TSVGGraphicElement::SpacingLength =
         .GetParent<&TSVGGraphicElement::LengthParent>();
 
 // --- Units
-// ----------------------------------------------------------------------------------------
 
 float TSVGGraphicElement::EffectiveFontSize() {
   if (FFont) return GetFont().Size();
@@ -100,7 +99,6 @@ std::unique_ptr<TSVGStylePropertyLength> TSVGGraphicElement::CreateStyleProperty
 }
 
 // --- Ranges and inheritance
-// -----------------------------------------------------------------------
 
 void TSVGGraphicElement::LengthRangeViewBoxWidth(TSVGLength*, float&, float& Max, bool& DoRange) {
   const TSVGCustomViewBox* Nearest = GetNearestViewBox();
@@ -173,7 +171,6 @@ void TSVGGraphicElement::SetWordSpacing(const TSVGStylePropertyAutoLength* Value
 }
 
 // --- Position and size
-// ----------------------------------------------------------------------------
 
 TSVGGraphicElement::Box& TSVGGraphicElement::WriteBox() {
   if (!FBox) {
@@ -237,7 +234,6 @@ void TSVGGraphicElement::SetWidth(float Value) {
 }
 
 // --- Bounds and transformation
-// --------------------------------------------------------------------
 
 TRectF TSVGGraphicElement::GetBoundsRect() {
   const float X = GetX(), Y = GetY();

@@ -62,7 +62,6 @@ std::int32_t TSVGGraphicElement::ReadChild(IXMLNode& Node) {
 }
 
 // --- Writing
-// --------------------------------------------------------------------------------------
 
 void TSVGGraphicElement::WriteChildren(IXMLNode& Node) {
   for (std::int32_t I = 0; I < Items().Count(); ++I) {

@@ -38,6 +38,15 @@ class TResolution {
   bool FIsDone = false;
 };
 
+// The properties that a brush and a pen are made of.
+constexpr TSVGStyleProperties FillParts{TSVGStyleProperty::ipFill,
+                                        TSVGStyleProperty::ipFillOpacity};
+constexpr TSVGStyleProperties StrokeParts{
+    TSVGStyleProperty::ipStroke,           TSVGStyleProperty::ipStrokeDasharray,
+    TSVGStyleProperty::ipStrokeDashOffset, TSVGStyleProperty::ipStrokeLinecap,
+    TSVGStyleProperty::ipStrokeLineJoin,   TSVGStyleProperty::ipStrokeMiterLimit,
+    TSVGStyleProperty::ipStrokeOpacity,    TSVGStyleProperty::ipStrokeWidth};
+
 }  // namespace
 
 TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& Target,
@@ -71,13 +80,37 @@ TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& T
 }
 
 // --- Brush
-// ----------------------------------------------------------------------------------------
+
+const TSVGGraphicElement& TSVGGraphicElement::SourceOf(TSVGStyleProperty Property) const {
+  const TSVGGraphicElement* E = this;
+  while (E->IsMarked(Property)) {
+    const TSVGGraphicElement* Ancestor = E->GetGraphicParent();
+    if (!Ancestor) break;
+    E = Ancestor;
+  }
+  return *E;
+}
 
 const String& TSVGGraphicElement::EffectiveFillURI() const {
-  static const String None;
-  const TSVGGraphicElement* E = this;
-  while (E->IsMarked(TSVGStyleProperty::ipFill) && E->GetGraphicParent()) E = E->GetGraphicParent();
-  return E->FBrush ? E->FBrush->URI() : None;
+  return SourceOf(TSVGStyleProperty::ipFill).ReadBrush().URI();
+}
+
+const TSVGBrush& TSVGGraphicElement::ReadBrush() const {
+  static const TSVGBrush None;
+  return FBrush ? *FBrush : None;
+}
+
+const TSVGBrush& TSVGGraphicElement::BrushInForce(const TMatrix& Matrix, const TRectF& Bounds,
+                                                  const TRectF& Viewport) {
+  // One who inherits everything and has no server to paint for its own box needs no brush.
+  TSVGGraphicElement* E = this;
+  while (!E->FBrush && E->AreMarked(FillParts)) {
+    TSVGGraphicElement* Ancestor = E->GetGraphicParent();
+    if (!Ancestor) break;
+    E = Ancestor;
+  }
+  if (E == this || !E->EffectiveFillURI().empty()) return GetBrush(Matrix, Bounds, Viewport);
+  return E->GetBrush(QXIdentityMatrix, TRectF(), Viewport);
 }
 
 TSVGBrush& TSVGGraphicElement::GetBrush() {
@@ -92,18 +125,7 @@ TSVGBrush& TSVGGraphicElement::GetBrush(const TMatrix& Matrix, const TRectF& Bou
   if (!FBrushChanged) return Brush;
   TResolution Resolution(FBrushChanged);
   const TSilentPaint Silence(Brush);
-  if (TSVGGraphicElement* Ancestor = GetGraphicParent()) {
-    const bool InheritsFill = IsMarked(TSVGStyleProperty::ipFill);
-    const bool InheritsOpacity = IsMarked(TSVGStyleProperty::ipFillOpacity);
-    if (InheritsFill || InheritsOpacity) {
-      const TSVGBrush& Above = Ancestor->GetBrush(Matrix, Bounds, Viewport);
-      if (InheritsFill) {
-        Brush.SetColor(Above.Color());
-        Brush.SetKind(Above.Kind());
-      }
-      if (InheritsOpacity) Brush.SetOpacity(Above.Opacity());
-    }
-  }
+  if (GetGraphicParent()) InheritBrush(Brush);
   // The server paints for this element's box, whoever named it.
   const TQXGPBrushKind Kind = PaintFromServer(EffectiveFillURI(), Brush, Matrix, Bounds, Viewport);
   if (Kind != TQXGPBrushKind::bkNone) Brush.SetKind(Kind);
@@ -111,15 +133,37 @@ TSVGBrush& TSVGGraphicElement::GetBrush(const TMatrix& Matrix, const TRectF& Bou
   return Brush;
 }
 
+void TSVGGraphicElement::InheritBrush(TSVGBrush& Brush) const {
+  using enum TSVGStyleProperty;
+  if (IsMarked(ipFill)) {
+    const TSVGBrush& Above = SourceOf(ipFill).ReadBrush();
+    Brush.SetColor(Above.Color());
+    // What a server made of the kind above, it makes of it here.
+    Brush.SetKind(Above.URI().empty() ? Above.Kind() : TQXGPBrushKind::bkSolid);
+  }
+  if (IsMarked(ipFillOpacity)) Brush.SetOpacity(SourceOf(ipFillOpacity).ReadBrush().Opacity());
+}
+
 // --- Pen
-// ------------------------------------------------------------------------------------------
 
 const String& TSVGGraphicElement::EffectiveStrokeURI() const {
-  static const String None;
-  const TSVGGraphicElement* E = this;
-  while (E->IsMarked(TSVGStyleProperty::ipStroke) && E->GetGraphicParent())
-    E = E->GetGraphicParent();
-  return E->FPen ? E->FPen->URI() : None;
+  return SourceOf(TSVGStyleProperty::ipStroke).ReadPen().URI();
+}
+
+const TSVGPen& TSVGGraphicElement::ReadPen() const {
+  static const TSVGPen None;
+  return FPen ? *FPen : None;
+}
+
+const TSVGPen& TSVGGraphicElement::PenInForce(const TMatrix& Matrix, const TRectF& Bounds) {
+  TSVGGraphicElement* E = this;
+  while (!E->FPen && E->AreMarked(StrokeParts)) {
+    TSVGGraphicElement* Ancestor = E->GetGraphicParent();
+    if (!Ancestor) break;
+    E = Ancestor;
+  }
+  if (E == this || !E->EffectiveStrokeURI().empty()) return GetPen(Matrix, Bounds);
+  return E->GetPen(QXIdentityMatrix, TRectF());
 }
 
 TSVGPen& TSVGGraphicElement::GetPen() {
@@ -133,7 +177,7 @@ TSVGPen& TSVGGraphicElement::GetPen(const TMatrix& Matrix, const TRectF& Bounds)
   if (!FPenChanged) return Pen;
   TResolution Resolution(FPenChanged);
   const TSilentPaint Silence(Pen);
-  if (TSVGGraphicElement* Ancestor = GetGraphicParent()) InheritPen(Pen, Ancestor->GetPen());
+  if (GetGraphicParent()) InheritPen(Pen);
   const String& URI = EffectiveStrokeURI();
   if (!URI.empty()) {
     const TQXGPBrushKind Kind =
@@ -144,33 +188,58 @@ TSVGPen& TSVGGraphicElement::GetPen(const TMatrix& Matrix, const TRectF& Bounds)
   return Pen;
 }
 
-void TSVGGraphicElement::InheritPen(TSVGPen& Pen, TSVGPen& Above) const {
+void TSVGGraphicElement::InheritPen(TSVGPen& Pen) const {
   using enum TSVGStyleProperty;
+  const auto Above = [this](TSVGStyleProperty Part) -> const TSVGPen& {
+    return SourceOf(Part).ReadPen();
+  };
   if (IsMarked(ipStroke)) {
-    Pen.SetColor(Above.Color());
-    Pen.SetKind(Above.Kind());
+    const TSVGPen& From = Above(ipStroke);
+    Pen.SetColor(From.Color());
+    Pen.SetKind(From.URI().empty() ? From.Kind() : TQXGPBrushKind::bkSolid);
   }
   if (IsMarked(ipStrokeWidth)) {
-    Pen.SetThicknessIsPercent(Above.ThicknessIsPercent());
-    Pen.SetThicknessPreferredUnit(Above.ThicknessPreferredUnit());
-    Pen.SetThickness(Above.Thickness());
+    const TSVGPen& From = Above(ipStrokeWidth);
+    Pen.SetThicknessIsPercent(From.ThicknessIsPercent());
+    Pen.SetThicknessPreferredUnit(From.ThicknessPreferredUnit());
+    Pen.SetThickness(From.Thickness());
   }
-  if (IsMarked(ipStrokeOpacity)) Pen.SetOpacity(Above.Opacity());
+  if (IsMarked(ipStrokeOpacity)) Pen.SetOpacity(Above(ipStrokeOpacity).Opacity());
   if (IsMarked(ipStrokeLinecap)) {
-    Pen.SetEndCap(Above.EndCap());
-    Pen.SetDashCap(Above.DashCap());
-    Pen.SetStartCap(Above.StartCap());
+    const TSVGPen& From = Above(ipStrokeLinecap);
+    Pen.SetEndCap(From.EndCap());
+    Pen.SetDashCap(From.DashCap());
+    Pen.SetStartCap(From.StartCap());
   }
-  if (IsMarked(ipStrokeMiterLimit)) Pen.SetMiterLimit(Above.MiterLimit());
-  if (IsMarked(ipStrokeLineJoin)) Pen.SetJoin(Above.Join());
-  if (IsMarked(ipStrokeDashOffset)) Pen.InheritDashOffset(Above);
-  // A solid line above leaves the own dashes in place.
-  if (IsMarked(ipStrokeDasharray) && Above.Dash() != TQXGPStrokeDash::sdSolid)
-    Pen.SetCustomDash(Above.CustomDash(), Above.GetDashOffsetValue());
+  if (IsMarked(ipStrokeMiterLimit)) Pen.SetMiterLimit(Above(ipStrokeMiterLimit).MiterLimit());
+  if (IsMarked(ipStrokeLineJoin)) Pen.SetJoin(Above(ipStrokeLineJoin).Join());
+  if (IsMarked(ipStrokeDashOffset)) Pen.InheritDashOffset(Above(ipStrokeDashOffset));
+  InheritDashes(Pen);
+}
+
+// A solid line above leaves the own dashes in place, on each level: the topmost dashes win.
+void TSVGGraphicElement::InheritDashes(TSVGPen& Pen) const {
+  const TSVGGraphicElement* Dashed = nullptr;
+  for (const TSVGGraphicElement* E = this; E->IsMarked(TSVGStyleProperty::ipStrokeDasharray);) {
+    E = E->GetGraphicParent();
+    if (!E) break;
+    if (E->ReadPen().Dash() != TQXGPStrokeDash::sdSolid) Dashed = E;
+  }
+  if (!Dashed) return;
+  const TSVGPen& Offset =
+      GetGraphicParent()->SourceOf(TSVGStyleProperty::ipStrokeDashOffset).ReadPen();
+  Pen.SetCustomDash(Dashed->ReadPen().CustomDash(), Offset.GetDashOffsetValue());
+}
+
+float TSVGGraphicElement::FillOpacity() const {
+  return SourceOf(TSVGStyleProperty::ipFillOpacity).ReadBrush().Opacity();
+}
+
+float TSVGGraphicElement::StrokeOpacity() const {
+  return SourceOf(TSVGStyleProperty::ipStrokeOpacity).ReadPen().Opacity();
 }
 
 // --- Font
-// -----------------------------------------------------------------------------------------
 
 TSVGFont& TSVGGraphicElement::GetFont() {
   TSVGFont& Font = OwnFont();

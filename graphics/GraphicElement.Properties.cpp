@@ -91,7 +91,6 @@ void TSVGGraphicElement::StoreKeepingMark(const Row& Property, const Value& NewV
 }
 
 // --- The common form
-// ------------------------------------------------------------------------------
 
 TSVGAlignmentBaseline TSVGGraphicElement::GetAlignmentBaseline() const {
   return Effective(Rows::AlignmentBaseline);
@@ -199,7 +198,6 @@ void TSVGGraphicElement::SetWritingMode(TSVGWritingMode Value) {
 }
 
 // --- Departures from it
-// ---------------------------------------------------------------------------
 
 TSVGFillRule TSVGGraphicElement::GetClipRule() const {
   return Effective(Rows::ClipRule);
@@ -273,7 +271,6 @@ bool TSVGGraphicElement::IsShapeRenderingStored() const {
 }
 
 // --- References
-// -----------------------------------------------------------------------------------
 
 namespace {
 
@@ -354,7 +351,6 @@ TSVGGraphicElement* TSVGGraphicElement::GetClipURIElement() const {
 }
 
 // --- Rectangles
-// -----------------------------------------------------------------------------------
 
 const TRectF& TSVGGraphicElement::BackgroundRect() const {
   return ReadReferences().BackgroundRect;

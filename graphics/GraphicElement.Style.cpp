@@ -103,7 +103,6 @@ class StyleApplier {
 };
 
 // --- Order
-// ----------------------------------------------------------------------------------------
 
 constexpr std::array<StyleApplier::TStep, StyleApplier::StepCount> StyleApplier::Steps{{
     // References to paint servers first: what is read as a colour later keeps them.
@@ -183,7 +182,6 @@ void StyleApplier::Run() {
 }
 
 // --- Helpers
-// --------------------------------------------------------------------------------------
 
 TQXGPColor StyleApplier::ReadColor(StringView Text, TQXGPColor Present, bool& IsNone,
                                    bool& IsMarked) {
@@ -227,7 +225,6 @@ void StyleApplier::ReadReference(TSVGStyleProperty Property, TSVGReference Which
 }
 
 // --- Steps
-// ----------------------------------------------------------------------------------------
 
 void StyleApplier::EnableBackground() {
   ReadInto(ipEnableBackground, [&](StringView Text, bool& IsMarked) {
@@ -363,7 +360,6 @@ void StyleApplier::Markers() {
 }
 
 // --- The element
-// ----------------------------------------------------------------------------------
 
 void TSVGGraphicElement::ReadFontSize(StringView Text) {
   if (Trim(Text).empty()) return;

@@ -37,7 +37,6 @@ void TSVGGraphicElement::SetParent(TSVGElement* Value) {
 }
 
 // --- Invalidation
-// ---------------------------------------------------------------------------------
 
 void TSVGGraphicElement::MarkPaintsChanged() {
   FBrushChanged = FPenChanged = FFontChanged = true;
@@ -85,7 +84,6 @@ void TSVGGraphicElement::PropagateObjectPropChange(TPersistent* Sender) {
 }
 
 // --- Made on demand
-// -------------------------------------------------------------------------------
 
 TSVGBrush& TSVGGraphicElement::OwnBrush() {
   if (!FBrush) {
@@ -163,7 +161,6 @@ void TSVGGraphicElement::DropCoverage() {
 }
 
 // --- Preferred styles
-// -----------------------------------------------------------------------------
 
 TSVGStylePropertiesSet& TSVGGraphicElement::GetPreferredStyles() {
   if (FParentPreferredStyles)

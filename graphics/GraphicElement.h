@@ -312,6 +312,14 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   // Whether the element draws with its own brush and pen, as all do but containers: where it does
   // not, they are put on the canvas for the host's handlers alone.
   virtual bool PaintsItself() const { return true; }
+  // What GetBrush and GetPen would give, for looking at only: an element that inherits all of it
+  // goes without an object of its own.
+  const TSVGBrush& BrushInForce(const TMatrix& Matrix, const TRectF& Bounds,
+                                const TRectF& Viewport);
+  const TSVGPen& PenInForce(const TMatrix& Matrix, const TRectF& Bounds);
+  // The opacities of fill and stroke that are in force, without that of the element.
+  float FillOpacity() const;
+  float StrokeOpacity() const;
   // Fills and strokes a path that is in user space, by the canvas's brush and pen and the element's
   // fill rule and opacities.
   void DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
@@ -428,7 +436,17 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
                                  const TRectF& Bounds, const TRectF& Viewport);
   const String& EffectiveFillURI() const;
   const String& EffectiveStrokeURI() const;
-  void InheritPen(TSVGPen& Pen, TSVGPen& Above) const;
+  bool AreMarked(const TSVGStyleProperties& Properties) const {
+    return (Properties - FInherits.Value()).IsEmpty();
+  }
+  // The element whose own value of the property is in force here.
+  const TSVGGraphicElement& SourceOf(TSVGStyleProperty Property) const;
+  // The own objects as they are, or those that an element begins with.
+  const TSVGBrush& ReadBrush() const;
+  const TSVGPen& ReadPen() const;
+  void InheritBrush(TSVGBrush& Brush) const;
+  void InheritPen(TSVGPen& Pen) const;
+  void InheritDashes(TSVGPen& Pen) const;
   void InheritFont(TSVGFont& Font, const TSVGFont& Above) const;
   const References& ReadReferences() const;
   References& WriteReferences();

@@ -77,7 +77,6 @@ std::unique_ptr<TQXGPGraphicsObject> TSVGFont::Clone() const {
 }
 
 // --- Name
-// -----------------------------------------------------------------------------------------
 
 void TSVGFont::FamiliesChanged(TPersistent*) {
   if (FFamilies.IsEmpty()) return;
@@ -171,7 +170,6 @@ bool TSVGFont::IsDecorated() const {
 }
 
 // --- Stored tests
-// ---------------------------------------------------------------------------------
 
 bool TSVGFont::GetIsInherited(TSVGStyleProperty Property) const {
   bool IsInherited = false;

@@ -115,7 +115,6 @@ void TSVGPen::Clear() {
 }
 
 // --- Setters
-// --------------------------------------------------------------------------------------
 
 void TSVGPen::SetKind(TQXGPBrushKind Value) {
   if (Value == Kind()) return;
@@ -179,7 +178,6 @@ TSVGUnitFactors TSVGPen::GetUnitFactors() const {
 }
 
 // --- Dashes as text
-// -------------------------------------------------------------------------------
 
 String TSVGPen::GetDashArray() const {
   switch (Dash()) {
@@ -228,7 +226,6 @@ void TSVGPen::SetCustomDashArray(StringView Text) {
 }
 
 // --- Stored tests
-// ---------------------------------------------------------------------------------
 
 bool TSVGPen::GetIsInherited(TSVGStyleProperty Property) const {
   bool IsInherited = false;

@@ -16,7 +16,6 @@ using enum TQXGPBrushKind;
 constexpr TQXGPColor Black = 0xff000000, Red = 0xffff0000, Blue = 0xff0000ff;
 
 // --- The objects
-// ----------------------------------------------------------------------------------
 
 TEST(SVGBrush, KindOpacityAndURI) {
   TSVGBrush Brush;
@@ -177,7 +176,6 @@ TEST_F(SVGFont, WeightIsTheBoldBit) {
 }
 
 // --- Resolution
-// -----------------------------------------------------------------------------------
 
 TEST(Paints, AParentsChangeReachesTheChildren) {
   TTree Tree("<g id='g' fill='red'><g><rect id='r'/></g></g>");

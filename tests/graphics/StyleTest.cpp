@@ -160,7 +160,6 @@ TEST(Style, KeepsManyNamesInLinearTime) {
 }
 
 // --- Selectors
-// ------------------------------------------------------------------------------------
 
 std::string TokensOf(StringView Selector) {
   std::string Result;
