@@ -5,7 +5,8 @@
 // .Properties.cpp the readers and writers of the plain properties, .Style.cpp the way from
 // declarations to values, .Cascade.cpp which styles reach an element in which order, .Load.cpp
 // reading from XML, .Paint.cpp the resolution of brush, pen and font, .Lengths.cpp position, size
-// and spacings, .Copy.cpp clearing and copying, .Draw.cpp and .HitTest.cpp the walks.
+// and spacings, .Texts.cpp properties as texts, .Class.cpp what a stream knows, .Copy.cpp clearing
+// and copying, .Draw.cpp and .HitTest.cpp the walks.
 #pragma once
 
 #include "document/Element.h"

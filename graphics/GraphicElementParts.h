@@ -55,8 +55,8 @@ class TSilentPaint {
   TNotifyMethod FNotice;
 };
 
-// Gathers the notices of the objects that an element holds. The outermost lock tells them at its
-// end, to the element and, unless they are styled themselves in the same pass, to its children.
+// Holds back the notices of the objects that an element holds. Who has the outermost lock tells of
+// them when the work is done, or leaves that out where the children are styled in the same pass.
 class TSVGGraphicElement::StylingLock {
  public:
   explicit StylingLock(TSVGGraphicElement& Element) : FElement(Element), FWas(Element.FIsStyling) {
