@@ -231,6 +231,12 @@ QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, 
   const __m256i Zero = _mm256_setzero_si256();
   const __m256i C = _mm256_set1_epi16(static_cast<short>(Cover));
   std::int32_t I = 0;
+  // The product with a full cover is the pixel itself.
+  for (; Cover == FullCover && I + 8 <= Count; I += 8) {
+    const __m256i S = Load(Source + I);
+    Store(Target + I, OverWords(Load(Target + I), _mm256_unpacklo_epi8(S, Zero),
+                                _mm256_unpackhi_epi8(S, Zero)));
+  }
   for (; I + 8 <= Count; I += 8) {
     const __m256i S = Load(Source + I);
     const __m256i Low = MultiplyWords(_mm256_unpacklo_epi8(S, Zero), C);
