@@ -54,6 +54,11 @@ class Stopwatch {
 
 void Configure(TSVGDocument& Drawing, const RenderOptions& Options) {
   Drawing.SetDPI(static_cast<std::int32_t>(std::lround(Options.DPI)));
+  // A document has no colour of its own, and currentColor would be invisible: icons count on black.
+  Drawing.OnParsingNode = [&Drawing](TPersistent* Sender, IXMLNode&) {
+    constexpr TQXGPColor Black = 0xFF000000;
+    if (Sender == &Drawing) Drawing.SetColor(Black);
+  };
   if (Options.Languages.empty()) return;
   Drawing.SetOptions(Drawing.GetOptions() - TSVGOptions{TSVGOption::soUseLocaleForLanguage});
   Drawing.SetPreferredLanguage(FromUtf8(Options.Languages));
@@ -84,12 +89,12 @@ void Draw(TSVGDocument& Drawing, const RenderOptions& Options, TQXGPBitmap& Pict
   const TRectF View = QXRect(0, 0, Natural.Width, Natural.Height);
   const TRectF Box = QXMatrixTransform(Drawing.GetViewMatrix(View), BoxOfElement(Drawing, Element));
   const TRectF Whole = Prepare({Box.Width(), Box.Height()});
-  // Where the whole drawing lies when the element's box fills the picture.
-  const float ScaleX = Whole.Width() / Box.Width(), ScaleY = Whole.Height() / Box.Height();
-  const TRectF Place =
-      QXRect(-Box.Left * ScaleX, -Box.Top * ScaleY, (Natural.Width - Box.Left) * ScaleX,
-             (Natural.Height - Box.Top) * ScaleY);
-  Element.DrawElement(QXIdentityMatrix, Picture.GetCanvas(), Place);
+  // The drawing at its own size, moved and scaled so that the element's box fills the picture.
+  const TMatrix Place = QXMatrixMultiply(
+      CreateTranslateQXMatrix(-Box.Left, -Box.Top),
+      CreateScaleQXMatrix(Whole.Width() / Box.Width(), Whole.Height() / Box.Height()));
+  Drawing.DrawElement(Element, QXMatrixMultiply(Drawing.GetViewMatrix(View), Place),
+                      Picture.GetCanvas(), Whole);
 }
 
 void Write(const TQXGPBitmap& Picture, const RenderOptions& Options, const std::string& Output) {

@@ -1,0 +1,140 @@
+// The commands that draw and ask, run as a user runs them.
+#include <gtest/gtest.h>
+
+#include "foundation/Color.h"
+#include "graphics/surface/ImageCodecs.h"
+#include "runtime/Services.h"
+#include "tests/support/RunCommand.h"
+
+namespace qxsvg {
+namespace {
+
+using test::FileText;
+using test::Quoted;
+using test::RunLine;
+using test::TRunResult;
+using test::TScratchFolder;
+
+TRunResult Qxsvg(const std::string& Arguments, std::string_view Input = {}) {
+  return RunLine(Quoted(QXSVG_COMMAND) + " " + Arguments, Input);
+}
+
+void Decode(const std::string& Bytes, TQXGPBitmap& Picture) {
+  Services().Images.Get()->Decode(BytesOf(Bytes), Picture);
+}
+
+std::uint32_t PixelAt(const TQXGPBitmap& Picture, std::int32_t X, std::int32_t Y) {
+  return Picture.GetPixels().Row(Y)[X];
+}
+
+constexpr std::string_view Sample =
+    "<svg width='30.4' height='2in' viewBox='0 0 10 20'>"
+    "<g id='g' transform='translate(2 4)'><rect id='r' width='5' height='5' fill='#00ff00'/></g>"
+    "</svg>";
+
+TEST(Render, SizesFollowTheOptions) {
+  struct Case {
+    std::string Options;
+    std::string_view Drawing;
+    std::int32_t Width, Height;
+  };
+  constexpr std::string_view Percent = "<svg width='100%' viewBox='0 0 33 11'/>";
+  constexpr std::string_view Plain = "<svg width='40' height='20'/>";
+  const Case Cases[] = {
+      {"", Sample, 31, 192},
+      {"", Percent, 33, 11},
+      {"", Plain, 40, 20},
+      {"-d 48", Sample, 31, 96},
+      {"-w 100", Plain, 100, 50},
+      {"--height 100", Plain, 200, 100},
+      {"-z 1.51", Plain, 61, 31},
+      {"-w 100 -h 100", Plain, 100, 100},
+      {"-w 100 -h 100 -a", Plain, 100, 50},
+      {"-i r", Sample, 16, 16},
+  };
+  for (const Case& C : Cases) {
+    const TRunResult Drawn = Qxsvg("render - " + C.Options, C.Drawing);
+    ASSERT_EQ(Drawn.Status, 0) << C.Options << Drawn.Errors;
+    TQXGPBitmap Picture;
+    Decode(Drawn.Output, Picture);
+    EXPECT_EQ(Picture.GetWidth(), C.Width) << C.Options << C.Drawing;
+    EXPECT_EQ(Picture.GetHeight(), C.Height) << C.Options << C.Drawing;
+  }
+}
+
+TEST(Render, OptionsReachThePicture) {
+  struct Case {
+    std::string Options;
+    std::string_view Drawing;
+    std::uint32_t Pixel;  // in the middle
+  };
+  const TScratchFolder Folder;
+  const std::string Rules = Folder.Add("rules.css", "rect { fill: blue }");
+  constexpr std::string_view Rect = "<svg width='8' height='8'><rect width='8' height='8'/></svg>";
+  const Case Cases[] = {
+      {"", "<svg width='8' height='8'/>", 0},
+      {"-b '#102030'", "<svg width='8' height='8'/>", 0xFF102030},
+      {"", Rect, 0xFF000000},
+      {"-s " + Quoted(Rules), Rect, 0xFF0000FF},
+      // Icons count on black for the colour that nobody set.
+      {"", "<svg width='8' height='8'><rect width='8' height='8' fill='currentColor'/></svg>",
+       0xFF000000},
+      {"-i r", Sample, 0xFF00FF00},
+      {"-l de",
+       "<svg width='8' height='8'><switch><rect width='8' height='8' systemLanguage='en'/>"
+       "<rect width='8' height='8' fill='red' systemLanguage='de'/></switch></svg>",
+       0xFFFF0000},
+      {"-f jpeg -q 100 -b white", "<svg width='8' height='8'/>", 0xFFFFFFFF},
+      {"-f webp -b white", "<svg width='8' height='8'/>", 0xFFFFFFFF},
+  };
+  for (const Case& C : Cases) {
+    const TRunResult Drawn = Qxsvg("render - " + C.Options, C.Drawing);
+    ASSERT_EQ(Drawn.Status, 0) << C.Options << Drawn.Errors;
+    TQXGPBitmap Picture;
+    Decode(Drawn.Output, Picture);
+    EXPECT_EQ(PixelAt(Picture, Picture.GetWidth() / 2, Picture.GetHeight() / 2), C.Pixel)
+        << C.Options << C.Drawing;
+  }
+}
+
+TEST(Render, ManyFilesGoOnAfterABadOne) {
+  const TScratchFolder Folder;
+  const std::string Good = Folder.Add("good.svg", Sample), Bad = Folder.Add("bad.svg", "<svg>"),
+                    More = Folder.Add("more.svg", Sample),
+                    Target = (Folder.Path() / "pictures").string();
+  const TRunResult Drawn = Qxsvg("render " + Quoted(Good) + " " + Quoted(Bad) + " " + Quoted(More) +
+                                 " -o " + Quoted(Target) + " --jobs 2");
+  EXPECT_EQ(Drawn.Status, 1);
+  EXPECT_EQ(Drawn.Errors.find(Bad + ": "), 0u) << Drawn.Errors;
+  EXPECT_TRUE(std::filesystem::exists(Target + "/good.png"));
+  EXPECT_TRUE(std::filesystem::exists(Target + "/more.png"));
+  EXPECT_FALSE(std::filesystem::exists(Target + "/bad.png"));
+}
+
+TEST(Render, AFailureKeepsThePictureThatWasThere) {
+  const TScratchFolder Folder;
+  const std::string Old = Folder.Add("old.png", "kept");
+  for (const std::string& Arguments :
+       {"render - " + Quoted(Old) + " -i nothing", "render - " + Quoted(Old) + " -w 1000000",
+        "render /nowhere.svg " + Quoted(Old)}) {
+    const TRunResult Drawn = Qxsvg(Arguments, Sample);
+    EXPECT_EQ(Drawn.Status, 1) << Arguments;
+    EXPECT_EQ(std::count(Drawn.Errors.begin(), Drawn.Errors.end(), '\n'), 1) << Drawn.Errors;
+    EXPECT_EQ(FileText(Old), "kept");
+  }
+}
+
+TEST(HitCommand, NamesWhatLiesUnderThePixel) {
+  EXPECT_EQ(Qxsvg("hit - 2.5 4.5 -w 10 -h 20", Sample).Output, "svg/g[0]#g/rect[0]#r\n");
+  EXPECT_EQ(Qxsvg("hit - 9 19 -w 10 -h 20", Sample).Output, "nothing\n");
+  EXPECT_EQ(Qxsvg("hit - 2.5 4.5 -w 10 -h 20 --groups", Sample).Output, "svg/g[0]#g\n");
+}
+
+TEST(BoundsCommand, PrintsBoxesInTheSpaceOfTheDrawing) {
+  EXPECT_EQ(Qxsvg("bounds - r", Sample).Output, "r\t2\t4\t5\t5\n");
+  EXPECT_EQ(Qxsvg("bounds -", Sample).Output, "g\t2\t4\t5\t5\nr\t2\t4\t5\t5\n");
+  EXPECT_EQ(Qxsvg("bounds - nothing", Sample).Status, 1);
+}
+
+}  // namespace
+}  // namespace qxsvg
