@@ -63,7 +63,6 @@ void TSVGDocument::DrawAfterElement(TSVGElement& Element, TQXGPCanvas& Canvas, c
 }
 
 // --- The host
-// -------------------------------------------------------------------------------------
 
 bool TSVGDocument::DoDrawing(TSVGElement* Sender, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                              const TRectF& Rect) {

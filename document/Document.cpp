@@ -72,7 +72,6 @@ void TSVGDocument::DestroyStyles() {
 }
 
 // --- Settings
-// -------------------------------------------------------------------------------------
 
 TSVGOptions TSVGDocument::GetOptions() const {
   return Document() ? Document()->GetOptions() : FOptions;
@@ -161,7 +160,6 @@ TSVGUnitFactors TSVGDocument::GetUnitFactors() {
 }
 
 // --- Conditional processing
-// -----------------------------------------------------------------------
 
 bool TSVGDocument::SupportsFeature(StringView Feature) const {
   return GetSVGFeatureSupport(Feature);

@@ -27,7 +27,6 @@ std::int32_t TSVGElement::Matches(StringView) {
 }
 
 // --- Relations
-// ------------------------------------------------------------------------------------
 
 bool TSVGElement::HasChild(const TSVGElement* Element) const {
   return Element->FParent == this;
@@ -55,7 +54,6 @@ bool TSVGElement::HasPreceding(const TSVGElement* Element) const {
 }
 
 // --- Conditional processing
-// -----------------------------------------------------------------------
 
 bool TSVGElement::HasFeatures() const {
   if (!FOwner) return true;
@@ -100,7 +98,6 @@ bool TSVGElement::ShouldDraw() {
 }
 
 // --- What the document decides
-// --------------------------------------------------------------------
 
 TSVGOptions TSVGElement::GetOptions() const {
   return FOwner ? FOwner->GetOptions() : DefaultSVGOptions;
@@ -123,7 +120,6 @@ void TSVGElement::UnitFactorsHandler(TPersistent*, TSVGUnitFactors& Factors) {
 }
 
 // --- Views
-// ----------------------------------------------------------------------------------------
 
 TRectF TSVGElement::GetBoundsRect() {
   return TRectF();

@@ -46,7 +46,6 @@ class TCommonAttributes {
 }  // namespace
 
 // --- Reading
-// --------------------------------------------------------------------------------------
 
 void TSVGElement::LoadFromXML(IXMLNode& Node) {
   const TTreeWalk Walk(*this);
@@ -99,7 +98,6 @@ void TSVGElement::DoOnParsedNode(TSVGElement* Element) {
 }
 
 // --- Writing
-// --------------------------------------------------------------------------------------
 
 void TSVGElement::SaveToXML(IXMLNode& Node) {
   const TTreeWalk Walk(*this);

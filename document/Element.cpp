@@ -113,7 +113,6 @@ TPersistent* TSVGElement::GetOwner() const {
 }
 
 // --- Tree
-// -----------------------------------------------------------------------------------------
 
 void TSVGElement::SetParent(TSVGElement* Parent) {
   if (Parent == this) throw EInvalidOperation(SElementParentSetToSelf);
@@ -153,7 +152,6 @@ void TSVGElement::CheckPlace(TSVGElement* Item) {
 }
 
 // --- Identifier
-// -----------------------------------------------------------------------------------
 
 void TSVGElement::RegisterFirstID() {
   if (!FOwner) return;
@@ -186,7 +184,6 @@ void TSVGElement::SetID(StringView Value) {
 }
 
 // --- Setters
-// --------------------------------------------------------------------------------------
 
 const TSVGElement::TextBlock& TSVGElement::NoTexts() {
   static const TextBlock Empty;
@@ -223,7 +220,6 @@ void TSVGElement::SetLanguage(StringView Value) {
 }
 
 // --- News of changes
-// ------------------------------------------------------------------------------
 
 void TSVGElement::EndUpdate() {
   if (--FUpdateCount == 0) Change(nullptr);

@@ -11,7 +11,6 @@
 namespace qxsvg {
 
 // --- Arena
-// ----------------------------------------------------------------------------------------
 
 namespace {
 
@@ -61,7 +60,6 @@ void TXMLArena::Shrink(const char16_t* Text, std::size_t Used) {
 }
 
 // --- Document
-// -------------------------------------------------------------------------------------
 
 TXMLDocument::TXMLDocument() = default;
 TXMLDocument::~TXMLDocument() = default;
@@ -158,7 +156,6 @@ StringView TXMLDocument::AppendUtf8(StringView Text, std::string_view More) {
 }
 
 // --- Node: reading
-// --------------------------------------------------------------------------------
 
 StringView TXMLNode::FindNamespaceURI(StringView Prefix) const {
   if (Prefix == u"xml") return XMLNamespace;
@@ -239,7 +236,6 @@ String TXMLNode::XML() const {
 }
 
 // --- Node: changing
-// -------------------------------------------------------------------------------
 
 void TXMLNode::CheckHoldsChildren() const {
   if (FType != TXMLNodeType::ntElement && FType != TXMLNodeType::ntEntityRef)

@@ -121,7 +121,6 @@ void TSVGCustomGradient::ElementNotification(TSVGElement* Sender, TSVGElement* I
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 std::int32_t TSVGCustomGradient::ReadChild(IXMLNode& Node) {
   if (Node.LocalName() != u"stop") return TSVGGraphicElement::ReadChild(Node);
@@ -149,7 +148,6 @@ void TSVGCustomGradient::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Stops
-// ----------------------------------------------------------------------------------------
 
 void TSVGCustomGradient::SetGradientPoints(TQXGPGradientPoints& Points, std::int32_t Step) {
   // Any child at all, also one that is no stop, keeps the gradient from borrowing stops.
@@ -205,7 +203,6 @@ float TSVGCustomGradient::AddStops(TQXGPGradientPoints& Points, bool Repeating,
 }
 
 // --- Brush
-// ----------------------------------------------------------------------------------------
 
 TSVGBrush& TSVGCustomGradient::GetBrush(const TMatrix& Matrix, const TRectF& Bounds,
                                         const TRectF& Viewport) {

@@ -48,7 +48,6 @@ float Ratio(double Part, double Whole) {
 }  // namespace
 
 // --- linearGradient
-// -------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGLinearGradient::Class{
     {u"TSVGLinearGradient", &TSVGCustomGradient::Class, LinearProperties, nullptr},
@@ -118,7 +117,6 @@ std::unique_ptr<TQXGPGradient> TSVGLinearGradient::GetGradient(const TMatrix& Ma
 }
 
 // --- radialGradient
-// -------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGRadialGradient::Class{
     {u"TSVGRadialGradient", &TSVGCustomGradient::Class, RadialProperties, nullptr},

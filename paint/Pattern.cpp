@@ -116,7 +116,6 @@ void TSVGPattern::SetPatternTransformMatrix(StringView Value) {
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGPattern::DoLoadFromXML(IXMLNode& Node) {
   TSVGCustomViewBox::DoLoadFromXML(Node);
@@ -142,7 +141,6 @@ void TSVGPattern::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Tiles
-// ----------------------------------------------------------------------------------------
 
 TRectF TSVGPattern::TileRect(const TRectF& Bounds, const TMatrix& Matrix) {
   const double X = GetX(), Y = GetY(), Width = GetWidth(), Height = GetHeight();

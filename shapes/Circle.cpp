@@ -50,7 +50,6 @@ TSVGCircle::~TSVGCircle() = default;
 TSVGEllipse::~TSVGEllipse() = default;
 
 // --- Geometry
-// -------------------------------------------------------------------------------------
 
 TSVGElementTypes TSVGCustomEllipse::ChildSVGTypes() const {
   return SVGDescriptiveElements;
@@ -93,7 +92,6 @@ bool TSVGCustomEllipse::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canva
 }
 
 // --- circle
-// ---------------------------------------------------------------------------------------
 
 void TSVGCircle::SetCenterX(const TSVGLength* Value) {
   CenterX().Assign(Value);
@@ -131,7 +129,6 @@ void TSVGCircle::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- ellipse
-// --------------------------------------------------------------------------------------
 
 void TSVGEllipse::DoLoadFromXML(IXMLNode& Node) {
   TSVGCustomEllipse::DoLoadFromXML(Node);

@@ -30,7 +30,6 @@ constinit const TSVGElementTypes SVGStructureChildren =
     TSVGElementTypes{etImage, etText, etSwitch, etStyle, etClipPath, etMarker, etScript, etPattern};
 
 // --- g
-// --------------------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGGroup::Class{
     {u"TSVGGroup", &TSVGCustomGroup::Class, SVGBoxProperties, nullptr},
@@ -49,7 +48,6 @@ void TSVGGroup::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- a
-// --------------------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGALinkElement::Class{
     {u"TSVGALinkElement", &TSVGCustomGroup::Class, LinkProperties, nullptr},
@@ -90,7 +88,6 @@ void TSVGALinkElement::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- switch
-// ---------------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGSwitch::Class{
     {u"TSVGSwitch", &TSVGCustomGroup::Class, {}, nullptr}, etSwitch, &CreateElement<TSVGSwitch>};
@@ -120,7 +117,6 @@ void TSVGSwitch::DrawChildren(const TMatrix& Matrix, TQXGPCanvas& Canvas, const 
 }
 
 // --- defs
-// -----------------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGDefs::Class{
     {u"TSVGDefs", &TSVGCustomGroup::Class, {}, nullptr}, etDefs, &CreateElement<TSVGDefs>};

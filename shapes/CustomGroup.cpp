@@ -16,7 +16,6 @@ constinit const TSVGElementClass TSVGCustomGroup::Class{
 TSVGCustomGroup::~TSVGCustomGroup() = default;
 
 // --- Bounds
-// ---------------------------------------------------------------------------------------
 
 namespace {
 
@@ -60,7 +59,6 @@ void TSVGCustomGroup::Reset() {
 }
 
 // --- Hit testing
-// ----------------------------------------------------------------------------------
 
 TSVGElement* TSVGCustomGroup::DoInternalElementAtPos(const TMatrix&, TQXGPCanvas&, TPointF,
                                                      const TRectF&, const TSVGFindOptions&) {
@@ -78,7 +76,6 @@ TSVGElement* TSVGCustomGroup::InternalElementAtPos(const TMatrix& Matrix, TQXGPC
 }
 
 // --- Reading
-// --------------------------------------------------------------------------------------
 
 std::int32_t TSVGCustomGroup::ReadChild(IXMLNode& Node) {
   const StringView Name = Node.LocalName();

@@ -72,7 +72,6 @@ void TSVGCustomViewBox::DefineProperties(TFiler& Filer) {
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGCustomViewBox::DoLoadFromXML(IXMLNode& Node) {
   TSVGCustomGroup::DoLoadFromXML(Node);
@@ -95,7 +94,6 @@ void TSVGCustomViewBox::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Bounds
-// ---------------------------------------------------------------------------------------
 
 TSVGCustomViewBox* TSVGCustomViewBox::GetNearestViewBox() {
   return FViewBox.ViewBoxSpecified() ? this : TSVGCustomGroup::GetNearestViewBox();

@@ -95,7 +95,6 @@ void TSVGImage::SetReference(StringView Value) {
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGImage::DoLoadFromXML(IXMLNode& Node) {
   TSVGCustomViewBox::DoLoadFromXML(Node);
@@ -112,7 +111,6 @@ void TSVGImage::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Loading
-// --------------------------------------------------------------------------------------
 
 void TSVGImage::LoadImage() {
   if (StartsText(u"data:", FReference))

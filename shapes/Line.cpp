@@ -36,7 +36,6 @@ TSVGElementTypes TSVGLine::ChildSVGTypes() const {
 }
 
 // --- Geometry
-// -------------------------------------------------------------------------------------
 
 TPointF TSVGLine::StartPoint() {
   return QXPoint(GetX(), GetY());
@@ -110,7 +109,6 @@ TSVGElement* TSVGLine::DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGLine::DoLoadFromXML(IXMLNode& Node) {
   TBase::DoLoadFromXML(Node);

@@ -132,7 +132,6 @@ void TSVGMarker::SetAutomaticOrientation(bool Value) {
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGMarker::DoLoadFromXML(IXMLNode& Node) {
   TSVGCustomViewBox::DoLoadFromXML(Node);
@@ -170,7 +169,6 @@ void TSVGMarker::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Drawing
-// --------------------------------------------------------------------------------------
 
 void TSVGMarker::ConvertToMarkerCoords(TPointF Point, float Angle, TMatrix& Matrix,
                                        TQXGPCanvas& Canvas, TRectF& Rect) {

@@ -61,7 +61,6 @@ void TSVGPath::Clear() {
 }
 
 // --- Geometry
-// -------------------------------------------------------------------------------------
 
 double TSVGPath::GetPathLength() {
   if (FPathLength == NoPathLength) FPathLength = FData.GetLength();
@@ -92,7 +91,6 @@ TQXGPPath* TSVGPath::GetShape() {
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGPath::DoLoadFromXML(IXMLNode& Node) {
   TBase::DoLoadFromXML(Node);
@@ -113,7 +111,6 @@ void TSVGPath::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Drawing and hit testing
-// ----------------------------------------------------------------------
 
 bool TSVGPath::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   if (FData.GetCount() == 0) return false;

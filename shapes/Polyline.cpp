@@ -87,7 +87,6 @@ void TSVGPolygon::Clear() {
 }
 
 // --- Points
-// ---------------------------------------------------------------------------------------
 
 void TSVGPolyline::TakePoints(TQXPoints Value) {
   FPoints = std::move(Value);
@@ -125,7 +124,6 @@ void TSVGPolyline::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Geometry
-// -------------------------------------------------------------------------------------
 
 TRectF TSVGPolyline::GetBoundsRect() {
   if (!FHasBounds) {
@@ -163,7 +161,6 @@ TQXGPPath* TSVGPolyline::GetShape() {
 }
 
 // --- Drawing and hit testing
-// ----------------------------------------------------------------------
 
 bool TSVGPolyline::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   const bool Drew = TBase::DoInternalDraw(Matrix, Canvas, Rect);

@@ -74,7 +74,6 @@ void TSVGRectangle::Clear() {
 }
 
 // --- Radii
-// ----------------------------------------------------------------------------------------
 
 TSVGRectangle::TRadii& TSVGRectangle::RadiiForWriting() {
   if (!FRadii) {
@@ -105,7 +104,6 @@ void TSVGRectangle::SetRY(const TSVGLength* Value) {
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGRectangle::DoLoadFromXML(IXMLNode& Node) {
   TBase::DoLoadFromXML(Node);
@@ -132,7 +130,6 @@ void TSVGRectangle::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Drawing
-// --------------------------------------------------------------------------------------
 
 TQXGPPath* TSVGRectangle::GetShape() {
   if (ShapeCacheChanged()) {

@@ -75,7 +75,6 @@ void TSVGUse::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- Bounds and shape
-// -----------------------------------------------------------------------------
 
 TRectF TSVGUse::GetBoundsRect() {
   TRectF Own = TSVGGraphicElement::GetBoundsRect();
@@ -131,7 +130,6 @@ bool TSVGUse::HasDescendant(const TSVGElement* Element) const {
 }
 
 // --- Drawing and hit testing
-// ----------------------------------------------------------------------
 
 bool TSVGUse::DoShouldDraw() {
   // The use's own visibility counts only where the target takes its own from it.

@@ -36,7 +36,6 @@ constinit const TSVGElementClass TSVGCustomText::Class{
 TSVGCustomText::~TSVGCustomText() = default;
 
 // --- Lists
-// ----------------------------------------------------------------------------------------
 
 const TSVGCustomText::TLists& TSVGCustomText::Lists() const {
   static const TLists None;
@@ -89,7 +88,6 @@ void TSVGCustomText::SetRotate(const std::vector<float>& Value) {
 }
 
 // --- Text
-// -----------------------------------------------------------------------------------------
 
 void TSVGCustomText::SetText(StringView Value) {
   if (Value == FText) return;
@@ -133,7 +131,6 @@ void TSVGCustomText::Clear() {
 }
 
 // --- XML
-// ------------------------------------------------------------------------------------------
 
 void TSVGCustomText::LoadList(const IXMLNode& Node, StringView Name, TSVGLengths TLists::*List,
                               bool IsHorizontal) {

@@ -45,7 +45,6 @@ constexpr TProperty PathProperties[] = {
 }  // namespace
 
 // --- text
-// -----------------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGText::Class{
     {u"TSVGText", &TSVGCustomText::Class, TextProperties, nullptr},
@@ -67,7 +66,6 @@ std::int32_t TSVGText::ReadChild(IXMLNode& Node) {
 }
 
 // --- What stands within
-// ---------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGCustomTextContentChild::Class{
     {u"TSVGCustomTextContentChild", &TSVGCustomText::Class, {}, nullptr}, etNone, nullptr};
@@ -91,7 +89,6 @@ TSVGElementTypes TSVGTextSpan::ChildSVGTypes() const {
 }
 
 // --- tref
-// -----------------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGTextRef::Class{
     {u"TSVGTextRef", &TSVGCustomTextContentChild::Class, RefProperties, nullptr},
@@ -141,7 +138,6 @@ void TSVGTextRef::DoSaveToXML(IXMLNode& Node) {
 }
 
 // --- textPath
-// -------------------------------------------------------------------------------------
 
 constinit const TSVGElementClass TSVGTextPath::Class{
     {u"TSVGTextPath", &TSVGCustomTextContentChild::Class, PathProperties, nullptr},

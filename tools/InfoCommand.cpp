@@ -20,7 +20,6 @@ struct InfoOptions {
 };
 
 // --- For people
-// -----------------------------------------------------------------------------------
 
 std::string Listed(const Counts& Words) {
   std::string Result;
@@ -67,7 +66,6 @@ void Print(const std::string& Name, const DrawingInfo& Info) {
 }
 
 // --- For programs
-// ---------------------------------------------------------------------------------
 
 void Write(JsonWriter& Json, const Counts& Words) {
   Json.BeginObject();

@@ -38,7 +38,6 @@ std::string Describe(TPointF P) {
 }
 
 // --- Gradients
-// ------------------------------------------------------------------------------------
 
 TEST(Gradient, StopsAreLaidOutByTheSpread) {
   struct Case {
@@ -203,7 +202,6 @@ TEST(Gradient, SavesWhatItRead) {
 }
 
 // --- Patterns
-// -------------------------------------------------------------------------------------
 
 std::string TileOf(TDrawing& D, const TRectF& Bounds) {
   const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), QXIdentityMatrix, Bounds);
@@ -282,7 +280,6 @@ TEST(Pattern, IsNotDrawnInPlace) {
 }
 
 // --- Clip paths
-// -----------------------------------------------------------------------------------
 
 std::string ClipsOf(const std::string& Body) {
   TDrawing D(Body);

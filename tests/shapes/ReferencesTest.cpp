@@ -174,7 +174,6 @@ TEST(Use, LoopsAndChainsEndAndTheRestIsDrawn) {
 }
 
 // --- Markers
-// --------------------------------------------------------------------------------------
 
 // A marker whose content is a unit square at its reference point.
 std::string MarkerOf(const char* Attributes) {
