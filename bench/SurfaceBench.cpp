@@ -3,36 +3,16 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <functional>
 #include <map>
-#include <new>
 
+#include "bench/AllocationCount.h"
 #include "bench/SurfaceBenchEngines.h"
 #include "graphics/surface/CoverageCache.h"
 #include "raster/RasterCanvas.h"
-
-namespace {
-
-std::atomic<std::size_t> Allocations{0};
-
-}  // namespace
-
-// Counts what a drawing allocates.
-void* operator new(std::size_t Size) {
-  Allocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* P = std::malloc(Size ? Size : 1)) return P;
-  throw std::bad_alloc();
-}
-void operator delete(void* P) noexcept {
-  std::free(P);
-}
-void operator delete(void* P, std::size_t) noexcept {
-  std::free(P);
-}
 
 namespace qxsvg::bench {
 namespace {
@@ -96,11 +76,11 @@ void RunCase(benchmark::State& State, const TCase& Case) {
   for (auto _ : State) {
     for (TSide& Side : Sides) {
       if (!Side.Engine || (&Side != Sides && Side.Spent > MostPeerTime)) continue;
-      const std::size_t Before = Allocations;
+      const std::size_t Before = AllocationCount();
       const TClock::time_point From = TClock::now();
       Case.Draw(*Side.Engine);
       const double Taken = Milliseconds(From);
-      if (&Side == Sides) Allocated += Allocations - Before;
+      if (&Side == Sides) Allocated += AllocationCount() - Before;
       Side.Times.push_back(Taken);
       Side.Spent += Side.Times.back();
       if (&Side == Sides) State.SetIterationTime(Side.Times.back() / 1000);
