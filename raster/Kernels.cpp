@@ -16,7 +16,9 @@ std::atomic<const TKernels*> Chosen{nullptr};
 
 const TKernels& KernelsOf(TSimdLevel Level) {
 #if defined(__x86_64__)
-  if (Level == TSimdLevel::AVX2 && BestSimdLevel() == TSimdLevel::AVX2) return AVX2Kernels;
+  Level = std::min(Level, BestSimdLevel());
+  if (Level == TSimdLevel::AVX2) return AVX2Kernels;
+  if (Level == TSimdLevel::SSE41) return SSE41Kernels;
 #endif
   static_cast<void>(Level);
   return PlainKernels;
@@ -176,16 +178,23 @@ const TKernels PlainKernels = {Sweep<false>,        Sweep<true>,      Fill,
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)
-  static const bool HasAVX2 =
-      __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0;
-  return HasAVX2 ? TSimdLevel::AVX2 : TSimdLevel::Plain;
+  static const TSimdLevel Best = [] {
+    if (__builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0)
+      return TSimdLevel::AVX2;
+    return __builtin_cpu_supports("sse4.1") != 0 ? TSimdLevel::SSE41 : TSimdLevel::Plain;
+  }();
+  return Best;
 #else
   return TSimdLevel::Plain;
 #endif
 }
 
 TSimdLevel SimdLevel() {
-  return &Kernels() == &PlainKernels ? TSimdLevel::Plain : TSimdLevel::AVX2;
+#if defined(__x86_64__)
+  if (&Kernels() == &AVX2Kernels) return TSimdLevel::AVX2;
+  if (&Kernels() == &SSE41Kernels) return TSimdLevel::SSE41;
+#endif
+  return TSimdLevel::Plain;
 }
 
 void SetSimdLevel(TSimdLevel Level) {

@@ -8,7 +8,8 @@
 
 namespace qxsvg {
 
-enum class TSimdLevel : std::uint8_t { Plain, AVX2 };
+// From the least to the most that a processor may have.
+enum class TSimdLevel : std::uint8_t { Plain, SSE41, AVX2 };
 
 // What a swept row is written to.
 struct TSweepRow {
@@ -106,7 +107,7 @@ struct TKernels {
 
 extern const TKernels PlainKernels;
 #if defined(__x86_64__)
-extern const TKernels AVX2Kernels;
+extern const TKernels SSE41Kernels, AVX2Kernels;
 #endif
 
 // The best that this machine has, unless a test chose another.

@@ -259,9 +259,12 @@ TEST_P(TCoverage, CurvesStayWithinTheTolerance) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, TCoverage, testing::Values(TSimdLevel::Plain, TSimdLevel::AVX2),
+constexpr const char* LevelNames[] = {"Plain", "SSE41", "AVX2"};
+
+INSTANTIATE_TEST_SUITE_P(Levels, TCoverage,
+                         testing::Values(TSimdLevel::Plain, TSimdLevel::SSE41, TSimdLevel::AVX2),
                          [](const auto& Info) {
-                           return Info.param == TSimdLevel::Plain ? "Plain" : "AVX2";
+                           return LevelNames[static_cast<std::size_t>(Info.param)];
                          });
 
 }  // namespace

@@ -16,13 +16,17 @@ void Restore() {
 
 TEST(TRasterCanvasTest, PlainAndSimdGiveTheSameBits) {
   for (std::uint32_t Seed = 1; Seed <= 40; ++Seed) {
-    TTestSurface A(Side, Side, 0xff204060), B(Side, Side, 0xff204060);
+    TTestSurface A(Side, Side, 0xff204060);
     SetSimdLevel(TSimdLevel::Plain);
     DrawRandomScene(A.Canvas, Seed, Side);
-    SetSimdLevel(TSimdLevel::AVX2);
-    DrawRandomScene(B.Canvas, Seed, Side);
-    Restore();
-    ASSERT_EQ(Difference(A.Bitmap, B.Bitmap), "") << "seed " << Seed;
+    for (const TSimdLevel Level : {TSimdLevel::SSE41, TSimdLevel::AVX2}) {
+      TTestSurface B(Side, Side, 0xff204060);
+      SetSimdLevel(Level);
+      const int Drawn = static_cast<int>(SimdLevel());
+      DrawRandomScene(B.Canvas, Seed, Side);
+      Restore();
+      ASSERT_EQ(Difference(A.Bitmap, B.Bitmap), "") << "seed " << Seed << " level " << Drawn;
+    }
   }
 }
 
