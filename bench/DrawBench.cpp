@@ -7,11 +7,13 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 
 #include "bench/DrawBenchEngines.h"
 #include "bench/Drawings.h"
+#include "bench/GeneratedDrawings.h"
 #include "document/Document.h"
 #include "graphics/surface/Bitmap.h"
 #include "runtime/Streams.h"
@@ -76,7 +78,24 @@ double TimeOf(TPhase Phase, IDrawEngine& Engine, const TDrawings& Set, int Size)
   return Sum;
 }
 
-void RunCase(benchmark::State& State, TPhase Phase, const TDrawings& Set, int Size) {
+// A file of many that a peer cannot read is measured for nobody.
+TDrawings WithoutRefused(const TDrawings& Set, std::vector<TSide>& Sides) {
+  if (Set.Files.size() == 1) return Set;
+  TDrawings Result{Set.Name, {}};
+  for (std::size_t I = 0; I < Set.Files.size(); ++I) {
+    const auto Refuses = [&](TSide& Side) { return !Side.Engine->Load(Set.Files[I]); };
+    const auto Who = std::find_if(Sides.begin(), Sides.end(), Refuses);
+    if (Who == Sides.end())
+      Result.Files.push_back(Set.Files[I]);
+    else
+      std::fprintf(stderr, "%s: file %zu is left out, %s refuses it\n", Set.Name.c_str(), I + 1,
+                   Who->Name);
+  }
+  for (TSide& Side : Sides) Side.Engine->Unload();
+  return Result;
+}
+
+void RunCase(benchmark::State& State, TPhase Phase, const TDrawings& All, int Size) {
   std::vector<TSide> Sides;
   Sides.push_back({"own", CreateOwnDrawEngine(), {}});
   // For profiles of our own part alone.
@@ -85,6 +104,7 @@ void RunCase(benchmark::State& State, TPhase Phase, const TDrawings& Set, int Si
     Sides.push_back({"qt", CreateQtDrawEngine(), {}});
   }
   std::erase_if(Sides, [](const TSide& Side) { return !Side.Engine; });
+  const TDrawings Set = WithoutRefused(All, Sides);
   // The first round warms caches and fonts up, and weeds out who cannot do it.
   std::erase_if(Sides, [&](const TSide& Side) {
     return TimeOf(Phase, *Side.Engine, Set, Size) < 0 && &Side != Sides.data();
@@ -173,6 +193,9 @@ constexpr int SetRounds = 3, HitRounds = 255;
 const bool IsRegistered = [] {
   std::vector<TDrawings> Sets = DrawingsBelow("perf");
   if (Sets.empty()) Sets.push_back({"squares10000", {MakeSquares(10'000)}});
+  if (TDrawings Features = DrawingsUnder("corpus/features"); !Features.Files.empty())
+    Sets.push_back(std::move(Features));
+  for (TDrawings& Set : GeneratedDrawings()) Sets.push_back(std::move(Set));
   for (const TDrawings& Set : Sets) {
     Register(Set.Name + "/load", SetRounds, RunCase, TPhase::Load, Set, 0);
     for (const int Size : {512, 2048}) {

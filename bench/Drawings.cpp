@@ -45,6 +45,15 @@ TDrawings DrawingsIn(const std::string& Folder) {
   return Result;
 }
 
+TDrawings DrawingsUnder(const std::string& Folder) {
+  TDrawings Result = DrawingsIn(Folder);
+  for (const fs::path& Entry : EntriesOf(DataFolder() / Folder))
+    if (fs::is_directory(Entry))
+      for (std::string& File : DrawingsUnder(Folder + "/" + Entry.filename().string()).Files)
+        Result.Files.push_back(std::move(File));
+  return Result;
+}
+
 std::vector<TDrawings> DrawingsBelow(const std::string& Folder) {
   std::vector<TDrawings> Result;
   for (const fs::path& Entry : EntriesOf(DataFolder() / Folder)) {

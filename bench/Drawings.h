@@ -18,6 +18,8 @@ struct TDrawings {
 std::vector<TDrawings> DrawingsBelow(const std::string& Folder);
 // All drawings that lie in that folder of the data directory, as one set.
 TDrawings DrawingsIn(const std::string& Folder);
+// The same with the folders in it.
+TDrawings DrawingsUnder(const std::string& Folder);
 
 // A drawing of a group with many small squares, with the attributes that real drawings have, for
 // machines without the data, and to measure trees of a given size on.
