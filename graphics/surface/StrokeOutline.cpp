@@ -118,8 +118,8 @@ void TStrokeOutline::Arc(TQXLineBuffer& Side, TPointF From, TPointF To, float Tu
   }
 }
 
-void TStrokeOutline::OuterJoin(TQXLineBuffer& Side, TPointF From, TPointF To, float Dot,
-                               float Cross, TQXGPStrokeJoin Join) {
+void TStrokeOutline::OuterJoin(TQXLineBuffer& Side, TPointF From, TPointF To, float Dot, float Turn,
+                               TQXGPStrokeJoin Join) {
   const bool IsSmall = Dot >= FStepCos;
   const bool IsMiter = Join == TQXGPStrokeJoin::sjMiter && FMiterLimit2 * (1 + Dot) >= 2;
   if (IsMiter || (IsSmall && Join == TQXGPStrokeJoin::sjRound && Dot > 0.5f)) {
@@ -127,7 +127,7 @@ void TStrokeOutline::OuterJoin(TQXLineBuffer& Side, TPointF From, TPointF To, fl
     return;
   }
   Side.LineTo(Map(FP + From));
-  if (Join == TQXGPStrokeJoin::sjRound) Arc(Side, From, To, Cross);
+  if (Join == TQXGPStrokeJoin::sjRound) Arc(Side, From, To, Turn);
   Side.LineTo(Map(FP + To));
 }
 
@@ -156,7 +156,7 @@ void TStrokeOutline::Turn(TPointF Direction, float Length, TQXGPStrokeJoin Join)
     Inner.LineTo(Map(FP));
     Inner.LineTo(Map(FP - OuterTo));
   }
-  OuterJoin(Outer, OuterFrom, OuterTo, Dot, Cross, Join);
+  OuterJoin(Outer, OuterFrom, OuterTo, Dot, -Side, Join);
 }
 
 void TStrokeOutline::Put(TQXLineBuffer& Side, std::uint32_t Count, const TPointF* Points) {

@@ -45,7 +45,7 @@ class TStrokeOutline {
 
  private:
   void Turn(TPointF Direction, float Length, TQXGPStrokeJoin Join);
-  void OuterJoin(TQXLineBuffer& Side, TPointF From, TPointF To, float Dot, float Cross,
+  void OuterJoin(TQXLineBuffer& Side, TPointF From, TPointF To, float Dot, float Turn,
                  TQXGPStrokeJoin Join);
   void Arc(TQXLineBuffer& Side, TPointF From, TPointF To, float Turn);
   void Cap(TPointF From, TPointF Direction, TQXGPLineCap Cap);

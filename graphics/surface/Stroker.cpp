@@ -151,7 +151,7 @@ class TFigureStroker {
   float FStartLength = 0, FLength = 0;
 
   // Along the figure; the mark or gap FIndex of repetition FCycle is the one that holds it.
-  double FDistance = 0;
+  double FDistance = 0, FStartMark = 0;
   std::int64_t FCycle = 0;
   std::size_t FIndex = 0, FMarks = 0;
   bool FStartsOn = false;
@@ -339,6 +339,7 @@ void TFigureStroker::BeginDashes() {
   FDistance = 0;
   JumpTo(0);
   FStartsOn = FIndex % 2 == 0;
+  FStartMark = EdgeAt(FIndex + 1);
 }
 
 // Finds the mark or gap that holds the place; a mark of no length does not hold its own.
@@ -364,7 +365,6 @@ void TFigureStroker::NextEdge() {
 void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
   const TWay Way(FAt, P);
   if (!(Way.Length > 0)) return;
-  const auto Length = static_cast<float>(Way.Length);
   const double From = FDistance, To = From + Way.Length;
   const auto At = [&](double Distance) {
     return TPointF{static_cast<float>(FAt.X + (Distance - From) * Way.Direction.X),
@@ -385,12 +385,14 @@ void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
   Cut(FAt.Y, Way.Direction.Y, FVisible.Top, FVisible.Bottom);
 
   if (FOutline.IsOpen()) {
-    if (IsWithin)
-      FOutline.TurnWithin(Way.Direction, Length);
-    else
-      FOutline.Turn(Way.Direction, Length);
+    // What counts for the corner is how far the mark goes on, not the segment.
     const double End = EdgeAt(FIndex + 1);
-    FOutline.Advance(End < To ? At(End) : P, Length);
+    const auto Rest = static_cast<float>(std::min(End, To) - From);
+    if (IsWithin)
+      FOutline.TurnWithin(Way.Direction, Rest);
+    else
+      FOutline.Turn(Way.Direction, Rest);
+    FOutline.Advance(End < To ? At(End) : P, Rest);
     if (End < To) {
       FOutline.End(DashCap());
       NextEdge();
@@ -405,9 +407,10 @@ void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
       const auto Kind = Begin >= From && !IsFirst ? DashCap()
                         : IsFirst && !FIsClosed   ? FStyle.StartCap
                                                   : TQXGPLineCap::lcFlat;
-      FOutline.Begin(At(std::max(Begin, From)), Way.Direction, Kind);
+      const double Visible = std::max(Begin, From);
+      FOutline.Begin(At(Visible), Way.Direction, Kind);
       const bool GoesOn = End >= To || ++FMarks > Limits::DashCount;
-      FOutline.Advance(GoesOn ? P : At(End), Length);
+      FOutline.Advance(GoesOn ? P : At(End), static_cast<float>((GoesOn ? To : End) - Visible));
       if (GoesOn) break;
       FOutline.End(DashCap());
     }
@@ -415,7 +418,7 @@ void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
   if (!FOutline.IsOpen() && EdgeAt(FIndex + 1) < To) JumpTo(To);
   if (!FHasSegment) {
     FStartDirection = Way.Direction;
-    FStartLength = Length;
+    FStartLength = static_cast<float>(std::min(FStartMark, Way.Length));
     FHasSegment = true;
   }
   FDistance = To;
