@@ -12,8 +12,9 @@ ProgressBar::ProgressBar(std::size_t Total)
 
 void ProgressBar::Advance() {
   ++FDone;
+  if (!FIsWanted) return;
   const int Percent = static_cast<int>(FDone * 100 / FTotal);
-  if (!FIsWanted || (Percent == FPercent && FIsShown)) return;
+  if (Percent == FPercent && FIsShown) return;
   FPercent = Percent;
   Show();
 }
