@@ -28,6 +28,14 @@ void ToGrayscale(TQXGPGradient& Gradient) {
   }
 }
 
+// Whether a handler of the host may look at what the canvas would paint with.
+bool IsWatched(TSVGElement& Element) {
+  // A document is asked about itself, too.
+  const TSVGDocument* Own = Element.AsDocument();
+  const TSVGDocument* Asked = Own ? Own : Element.Document();
+  return Asked && (Asked->OnDrawing || Asked->OnDrawn || Asked->OnDisableAppearance);
+}
+
 // Takes a paint that is none, or automatic, to be the document's.
 template <class Value>
 Value OrDefault(Value Own, Value None, Value Automatic, Value Default) {
@@ -93,15 +101,14 @@ void TSVGGraphicElement::DrawChildren(const TMatrix& Matrix, TQXGPCanvas& Canvas
 
 bool TSVGGraphicElement::BeginDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   FCanvasState = Canvas.SaveState();
-  const TSVGDocument* Owner = Document();
-  if (PaintsItself() || (Owner && (Owner->OnDrawing || Owner->OnDisableAppearance)))
-    SetCanvasPaints(Matrix, Canvas, Rect);
-  PerformClipping(Matrix, Canvas, Rect);
-  return DoDrawing(this, Matrix, Canvas, Rect);
+  TMatrix M = Matrix;
+  TRectF R = Rect;
+  if (PaintsItself() || IsWatched(*this)) SetCanvasPaints(M, Canvas, R);
+  PerformClipping(M, Canvas, R);
+  return DoDrawing(this, M, Canvas, R);
 }
 
-void TSVGGraphicElement::SetCanvasPaints(const TMatrix& Matrix, TQXGPCanvas& Canvas,
-                                         const TRectF& Rect) {
+void TSVGGraphicElement::SetCanvasPaints(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect) {
   // The box matters to paint servers alone, and finding it may take longer than drawing.
   const bool NeedsBox = FBrushChanged && !EffectiveFillURI().empty();
   const TSVGBrush& Brush =
@@ -111,15 +118,14 @@ void TSVGGraphicElement::SetCanvasPaints(const TMatrix& Matrix, TQXGPCanvas& Can
   if (Brush.Kind() == TQXGPBrushKind::bkBitmap)
     Canvas.Brush().SetBitmapMatrix(QXMatrixMultiply(Brush.BitmapMatrix(), Matrix));
   SetCanvasPen(Canvas, Matrix, GetVectorEffect() == TSVGVectorEffect::veNone);
-  // Only text looks at the font, and getting at one may start the font engine.
-  const bool WritesText = SVGTextContentElements.Has(SVGType());
-  if (WritesText) Canvas.Font().Assign(&GetFont());
-  if (!IsEnabled()) {
-    TMatrix M = Matrix;
-    TRectF R = Rect;
-    DisableAppearance(M, Canvas, R);
+  // Only text looks at the font, or a handler, and getting at one may start the font engine.
+  const bool NeedsFont = SVGTextContentElements.Has(SVGType()) || IsWatched(*this);
+  if (NeedsFont) {
+    GetFont().ResolveName();
+    Canvas.Font().Assign(&GetFont());
   }
-  if (WritesText) Canvas.Font().SetBrush(Canvas.Brush());
+  if (!IsEnabled()) DisableAppearance(Matrix, Canvas, Rect);
+  if (NeedsFont) Canvas.Font().SetBrush(Canvas.Brush());
   SetCanvasQuality(Canvas);
 }
 

@@ -38,6 +38,13 @@ class TResolution {
   bool FIsDone = false;
 };
 
+// What a server made of the kind above, it makes of it here.
+template <class Paint>
+TQXGPBrushKind KindToInherit(const Paint& Above) {
+  const bool IsServed = !Above.URI().empty() && Above.Kind() != TQXGPBrushKind::bkNone;
+  return IsServed ? TQXGPBrushKind::bkSolid : Above.Kind();
+}
+
 // The properties that a brush and a pen are made of.
 constexpr TSVGStyleProperties FillParts{TSVGStyleProperty::ipFill,
                                         TSVGStyleProperty::ipFillOpacity};
@@ -138,8 +145,7 @@ void TSVGGraphicElement::InheritBrush(TSVGBrush& Brush) const {
   if (IsMarked(ipFill)) {
     const TSVGBrush& Above = SourceOf(ipFill).ReadBrush();
     Brush.SetColor(Above.Color());
-    // What a server made of the kind above, it makes of it here.
-    Brush.SetKind(Above.URI().empty() ? Above.Kind() : TQXGPBrushKind::bkSolid);
+    Brush.SetKind(KindToInherit(Above));
   }
   if (IsMarked(ipFillOpacity)) Brush.SetOpacity(SourceOf(ipFillOpacity).ReadBrush().Opacity());
 }
@@ -196,7 +202,7 @@ void TSVGGraphicElement::InheritPen(TSVGPen& Pen) const {
   if (IsMarked(ipStroke)) {
     const TSVGPen& From = Above(ipStroke);
     Pen.SetColor(From.Color());
-    Pen.SetKind(From.URI().empty() ? From.Kind() : TQXGPBrushKind::bkSolid);
+    Pen.SetKind(KindToInherit(From));
   }
   if (IsMarked(ipStrokeWidth)) {
     const TSVGPen& From = Above(ipStrokeWidth);
@@ -226,6 +232,9 @@ void TSVGGraphicElement::InheritDashes(TSVGPen& Pen) const {
     if (E->ReadPen().Dash() != TQXGPStrokeDash::sdSolid) Dashed = E;
   }
   if (!Dashed) return;
+  // The dashes with a name have lengths of their own, in widths of the pen.
+  if (const TQXGPStrokeDash Dash = Dashed->ReadPen().Dash(); Dash != TQXGPStrokeDash::sdCustom)
+    return Pen.SetDash(Dash);
   const TSVGPen& Offset =
       GetGraphicParent()->SourceOf(TSVGStyleProperty::ipStrokeDashOffset).ReadPen();
   Pen.SetCustomDash(Dashed->ReadPen().CustomDash(), Offset.GetDashOffsetValue());

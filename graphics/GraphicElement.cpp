@@ -57,7 +57,13 @@ void TSVGGraphicElement::EnableChange() {
 
 void TSVGGraphicElement::Change(TSVGElement* Element) {
   FShapeCacheChanged = true;
+  TellContentChanged();
   TSVGElement::Change(Element);
+}
+
+void TSVGGraphicElement::TellContentChanged() {
+  for (TSVGGraphicElement* E = GetGraphicParent(); E; E = E->GetGraphicParent())
+    E->ContentChanged();
 }
 
 std::uint8_t TSVGGraphicElement::StaleBySender(const TPersistent* Sender) {

@@ -310,6 +310,9 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   virtual TQXGPTextRenderingHint GetTextRenderingHint(TSVGTextRendering Value) const;
   virtual TQXGPCompositingQuality GetCompositingQuality(TSVGColorRendering Rendering,
                                                         TSVGColorInterpolation Interpolation) const;
+  // Something below the element changed that may move its box.
+  virtual void ContentChanged() {}
+  void TellContentChanged();
   // Whether the element draws with its own brush and pen, as all do but containers: where it does
   // not, they are put on the canvas for the host's handlers alone.
   virtual bool PaintsItself() const { return true; }
@@ -455,7 +458,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   Spacings& WriteSpacings();
   void ShapeChanged(TPersistent* Sender);
   void DropCoverage();
-  void SetCanvasPaints(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect);
+  // A handler of disabled elements may move matrix and area.
+  void SetCanvasPaints(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect);
   void HeldObjectChanged(TPersistent* Sender) { ObjectPropChange(Sender); }
   float LengthUnitFactor(TSVGUnit Unit);
   void HeldUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);

@@ -58,6 +58,13 @@ void TSVGCustomGroup::Reset() {
   FBoundsChanged = true;
 }
 
+void TSVGCustomGroup::ElementNotification(TSVGElement* Sender, TSVGElement* Item,
+                                          TCollectionNotification Action) {
+  ContentChanged();
+  TellContentChanged();
+  TSVGGraphicElement::ElementNotification(Sender, Item, Action);
+}
+
 // --- Hit testing
 
 TSVGElement* TSVGCustomGroup::DoInternalElementAtPos(const TMatrix&, TQXGPCanvas&, TPointF,

@@ -16,7 +16,8 @@ class QXSVG_API TSVGCustomGroup : public TSVGGraphicElement {
   const TSVGElementClass& ClassType() const override { return Class; }
 
   using TSVGGraphicElement::GetBoundsRect;
-  // The union of the children's bounds in the group's own system; kept until a change.
+  // The union of the children's bounds in the group's own system; kept until a change of the group
+  // or of what it holds.
   TRectF GetBoundsRect() override;
   // The same under the group's transformation and Matrix, computed anew.
   TRectF GetBoundsRect(const TMatrix& Matrix) override;
@@ -25,6 +26,9 @@ class QXSVG_API TSVGCustomGroup : public TSVGGraphicElement {
 
  protected:
   bool PaintsItself() const override { return false; }
+  void ContentChanged() override { FBoundsChanged = true; }
+  void ElementNotification(TSVGElement* Sender, TSVGElement* Item,
+                           TCollectionNotification Action) override;
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
                                       const TRectF& Rect, const TSVGFindOptions& Options) override;
   TSVGElement* InternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,

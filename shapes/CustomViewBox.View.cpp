@@ -109,7 +109,11 @@ TSVGElement* TSVGCustomViewBox::ElementAtPos(const TMatrix& Matrix, TQXGPCanvas&
   const TTreeWalk Walk(*this);
   const TReferenceScope Scope;
   const TMatrix View = QXMatrixMultiply(GetViewMatrix(QXIdentityMatrix, ViewTarget()), Matrix);
-  return TSVGCustomGroup::ElementAtPos(View, Canvas, Point, Rect, Options);
+  if (GetPointerEvents() != TSVGPointerEvents::peNone)
+    return TSVGCustomGroup::ElementAtPos(View, Canvas, Point, Rect, Options);
+  // A viewport that takes no events itself may hold elements that do.
+  const bool IsSeen = Options.Has(TSVGFindOption::foFindHiddenElements) || ShouldDraw();
+  return IsSeen ? InternalElementAtPos(View, Canvas, Point, Rect, Options) : nullptr;
 }
 
 void TSVGCustomViewBox::DrawElementParent(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect) {

@@ -61,7 +61,7 @@ void TSVGRectangle::AssignProperties(const TSVGElement* Source) {
       Own.X.Assign(&Other->FRadii->X);
       Own.Y.Assign(&Other->FRadii->Y);
     } else {
-      FRadii.reset();
+      ClearRadii();
     }
   }
   TBase::AssignProperties(Source);
@@ -69,7 +69,7 @@ void TSVGRectangle::AssignProperties(const TSVGElement* Source) {
 
 void TSVGRectangle::Clear() {
   const TUpdateLock Lock(*this);
-  FRadii.reset();
+  ClearRadii();
   TBase::Clear();
 }
 
@@ -82,6 +82,13 @@ TSVGRectangle::TRadii& TSVGRectangle::RadiiForWriting() {
     FRadii->Y.Wire(this, HeightLength);
   }
   return *FRadii;
+}
+
+// The objects stay, because somebody may hold them.
+void TSVGRectangle::ClearRadii() {
+  if (!FRadii) return;
+  FRadii->X.Clear();
+  FRadii->Y.Clear();
 }
 
 float TSVGRectangle::RXValue() const {

@@ -51,6 +51,7 @@ class QXSVG_API TSVGRectangle : public TSVGGraphicElement {
     friend bool operator==(const TFigure&, const TFigure&) = default;
   };
   TRadii& RadiiForWriting();
+  void ClearRadii();
   void DrawUncached(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Bounds);
 
   std::unique_ptr<TRadii> FRadii;

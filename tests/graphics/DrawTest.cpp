@@ -55,6 +55,9 @@ TEST(Draw, StrokesFollowTheMatrix) {
        "width 6 dash 2 1 from 0.5"},
       {"stroke-width='2' stroke-dasharray='5,0'", "width 6"},
       {"stroke-width='1' stroke-dasharray='4'", "width 3 dash 4 4 from 0"},
+      // Widths that do not scale leave the dashes as the numbers that were written.
+      {"stroke-width='2' stroke-dasharray='4 2' vector-effect='non-scaling-stroke'",
+       "width 2 dash 4 2 from 0"},
       // A share of the view box's normalized diagonal.
       {"stroke-width='10%'", "width 30"},
   };
@@ -65,6 +68,47 @@ TEST(Draw, StrokesFollowTheMatrix) {
     ASSERT_EQ(Drawn.size(), 1u) << Case.Attributes;
     EXPECT_EQ(Drawn[0], std::string("draw #FF000000 1 ") + Case.Pen + ": M 0,0 L 27,0")
         << Case.Attributes;
+  }
+}
+
+TEST(Draw, ADashWithoutLengthShortensTheListFromItsEnd) {
+  TDrawing D("<path id='p' d='M0 0H9' stroke='#000' fill='none' stroke-width='2'/>");
+  D.Get(u"p").Pen().SetCustomDash(std::vector<float>{8, 0, 6}, 0);
+  EXPECT_EQ(D.DrawInFull(), (Lines{"draw #FF000000 1 width 2 dash 4 0 from 0: M 0,0 L 9,0"}));
+}
+
+TEST(Draw, RenderingPropertiesBecomeQualities) {
+  struct {
+    const char* Attributes;
+    int Compositing, Smoothing, TextHint;
+  } const Cases[] = {
+      // What is automatic is as the document has it, whose shapes start out precise.
+      {"", 3, 5, 0},
+      {"color-rendering='optimizeSpeed' shape-rendering='optimizeSpeed' "
+       "text-rendering='optimizeSpeed'",
+       1, 1, 2},
+      {"color-rendering='optimizeQuality' shape-rendering='crispEdges' "
+       "text-rendering='optimizeLegibility'",
+       2, 2, 4},
+      {"color-interpolation='linearRGB' shape-rendering='geometricPrecision' "
+       "text-rendering='geometricPrecision'",
+       4, 5, 3},
+      {"color-rendering='auto' color-interpolation='auto' shape-rendering='auto'", 3, 5, 0},
+  };
+  for (const auto& Case : Cases) {
+    TDrawing D("<g " + std::string(Case.Attributes) + "><path d='M0 0H1V1z'/></g>");
+    int Seen = 0;
+    D.Document.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas& Canvas,
+                               const TRectF&, bool&) {
+      if (Sender == &D.Document) return;
+      ++Seen;
+      EXPECT_EQ(static_cast<int>(Canvas.Quality().Compositing), Case.Compositing);
+      EXPECT_EQ(static_cast<int>(Canvas.Quality().Smoothing), Case.Smoothing);
+      EXPECT_EQ(static_cast<int>(Canvas.Quality().TextHint), Case.TextHint);
+    };
+    SCOPED_TRACE(Case.Attributes);
+    D.Draw();
+    EXPECT_EQ(Seen, 2);
   }
 }
 
@@ -129,16 +173,18 @@ TEST(DrawEvents, ARefusalStopsThePaintButNotTheChildren) {
 }
 
 TEST(DrawEvents, AHandlerSeesTheElementsPaints) {
-  TDrawing D("<g fill='#f00' stroke='#0f0' stroke-width='3'><rect width='1' height='1'/></g>");
+  TDrawing D(
+      "<g fill='#f00' stroke='#0f0' stroke-width='3' font-size='7'><rect width='1' "
+      "height='1'/></g>",
+      "viewBox='0 0 100 100' fill='#00f' stroke='#000' stroke-width='5' font-size='9'");
   Lines Seen;
-  D.Document.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas& Canvas,
-                             const TRectF&, bool&) {
-    if (static_cast<TSVGElement*>(Sender)->SVGType() == TSVGElementType::etGroup)
-      Seen.push_back(ToUtf8(CanvasColorToString(Canvas.Brush().Color())) + " " +
-                     test::Brief(Canvas.Pen().Thickness()));
+  D.Document.OnDrawing = [&](TPersistent*, const TMatrix&, TQXGPCanvas& Canvas, const TRectF&,
+                             bool&) {
+    Seen.push_back(ToUtf8(CanvasColorToString(Canvas.Brush().Color())) + " " +
+                   test::Brief(Canvas.Pen().Thickness()) + " " + test::Brief(Canvas.Font().Size()));
   };
   D.Draw();
-  EXPECT_EQ(Seen, (Lines{"#FFFF0000 3"}));
+  EXPECT_EQ(Seen, (Lines{"#FF0000FF 5 9", "#FFFF0000 3 7", "#FFFF0000 3 7"}));
 }
 
 TEST(DrawEvents, DisabledElementsAreGrey) {
@@ -153,6 +199,16 @@ TEST(DrawEvents, DisabledElementsAreGrey) {
   D.Document.OnDisableAppearance = [](TPersistent*, TMatrix&, TQXGPCanvas&, TRectF&,
                                       bool& DoDefault) { DoDefault = false; };
   EXPECT_TRUE(D.DrawInFull()[0].starts_with("fill #FFFF0000 1: "));
+  // What the handler makes of the matrix holds for the clip and the handlers after it.
+  D.Document.OnDisableAppearance = [](TPersistent*, TMatrix& Matrix, TQXGPCanvas&, TRectF&, bool&) {
+    Matrix = CreateTranslateQXMatrix(7, 0);
+  };
+  float Moved = 0;
+  D.Document.OnDrawing = [&](TPersistent*, const TMatrix& Matrix, TQXGPCanvas&, const TRectF&,
+                             bool&) { Moved = Matrix.m31; };
+  D.Draw();
+  EXPECT_EQ(Moved, 7);
+  D.Document.OnDrawing = nullptr;
   // The element's own paints are as they were.
   D.Document.OnDisableAppearance = nullptr;
   D.Get(u"g").SetEnabled(true);
@@ -204,6 +260,10 @@ TEST_F(TPartsOfATree, UpToAnElement) {
   EXPECT_FALSE(D.Document.OnShouldDraw);
   D.Document.DrawBeforeElement(D.Document, Canvas, Area, false);
   EXPECT_EQ(Painted(), "");
+  // One that is hidden ends the drawing as well.
+  D.Get(u"b").SetVisible(false);
+  EXPECT_TRUE(DrawBefore(u"b", true));
+  EXPECT_EQ(Painted(), "11 ");
 }
 
 TEST_F(TPartsOfATree, FromAnElementOn) {

@@ -119,6 +119,16 @@ TEST(HitTest, TheHostHasTheLastWord) {
   EXPECT_EQ(D.At(10, 10), "a");
 }
 
+TEST(HitTest, AViewportWithoutEventsMayHoldElementsThatTakeThem) {
+  constexpr char Body[] =
+      "<rect id='a' width='50' height='50'/>"
+      "<rect id='b' width='20' height='20' pointer-events='all'/>"
+      "<marker><rect id='m' width='90' height='90' pointer-events='all'/></marker>";
+  TDrawing D(Body, "viewBox='0 0 100 100' pointer-events='none'");
+  EXPECT_EQ(D.At(10, 10), "b");
+  EXPECT_EQ(D.At(40, 40), "");
+}
+
 TEST(HitTest, GoesThroughMatricesAndLeavesTheCanvasAsItWas) {
   TDrawing D(
       "<clipPath id='c'><rect width='20' height='100'/></clipPath>"

@@ -231,6 +231,20 @@ TEST(Paints, AServerThatIsMissingLeavesThePaint) {
   EXPECT_EQ(Tree["w"].GetBrush().Kind(), bkSolid) << "an element that is no server";
 }
 
+TEST(Paints, NothingIsInheritedAsNothing) {
+  // The name of the server outlives the later paint.
+  TTree Tree(
+      "<g fill='url(#none)' stroke='url(#none)' style='fill:none;stroke:none'><rect id='r'/></g>");
+  EXPECT_EQ(Tree["r"].GetBrush().Kind(), bkNone);
+  EXPECT_EQ(Tree["r"].GetPen().Kind(), bkNone);
+}
+
+TEST(Paints, CurrentColorIsTakenWhenStylesAreApplied) {
+  TTree Tree("<g id='g' color='red' fill='currentColor'/>");
+  Tree["g"].SetColor(Blue);
+  EXPECT_EQ(Tree["g"].GetBrush().Color(), Red);
+}
+
 TEST(Paints, PenPartsInheritOneByOne) {
   TTree Tree(
       "<g stroke='red' stroke-width='3' stroke-linecap='square' stroke-dasharray='1 2' "
@@ -251,6 +265,9 @@ TEST(Paints, ASolidParentLeavesTheChildsDashes) {
   TTree Tree("<g id='g' stroke='red'><rect id='r' stroke-dasharray='5 5'/></g>");
   Tree["r"].Inherits().Set(ipStrokeDasharray, true);
   EXPECT_EQ(Tree["r"].GetPen().Dash(), TQXGPStrokeDash::sdCustom);
+  EXPECT_EQ(Tree["r"].GetPen().CustomDash().size(), 2u);
+  Tree["g"].Pen().SetDash(TQXGPStrokeDash::sdDashDot);
+  EXPECT_EQ(Tree["r"].GetPen().Dash(), TQXGPStrokeDash::sdDashDot);
 }
 
 TEST(Paints, AFontWithoutParentStaysAsItIs) {

@@ -56,6 +56,24 @@ TEST(Group, BoundsAreThoseOfItsChildrenUntilSomethingChanges) {
   EXPECT_EQ(Group.GetBoundsRect(), QXRect(1, 2, 4, 6));
 }
 
+TEST(Group, BoundsSeeWhatChangesFarBelow) {
+  TDrawing D(
+      "<g id='o'><g id='i'><rect id='r' width='3' height='4' transform='scale(9)'/>"
+      "<path d=''/></g></g>");
+  auto& Outer = D.Get(u"o");
+  // Without a matrix the children's own transformations play no part.
+  EXPECT_EQ(Outer.GetBoundsRect(), QXRect(0, 0, 3, 4));
+  D.Get(u"r").SetWidth(7);
+  EXPECT_EQ(Outer.GetBoundsRect(), QXRect(0, 0, 7, 4));
+  auto Added = std::make_unique<TSVGRectangle>(&D.Document);
+  Added->SetBoundsRect(QXRect(5, 5, 20, 20));
+  TSVGElement* const Raw = Added.get();
+  D.Get(u"i").Items().Add(std::move(Added));
+  EXPECT_EQ(Outer.GetBoundsRect(), QXRect(0, 0, 20, 20));
+  D.Get(u"i").Items().Remove(Raw);
+  EXPECT_EQ(Outer.GetBoundsRect(), QXRect(0, 0, 7, 4));
+}
+
 TEST(Group, ReportsItselfForItsChildrenWhenAsked) {
   TDrawing D("<g id='o'><g id='i'><rect id='r' width='9' height='9'/></g></g>");
   EXPECT_EQ(D.At(5, 5), "r");

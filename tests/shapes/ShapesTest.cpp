@@ -63,6 +63,22 @@ TEST(Circle, ANegativeRadiusIsDrawnByTheFallback) {
   EXPECT_THAT(TDrawing("<circle cx='50' cy='50' r='0' stroke='red'/>").Draw(), IsEmpty());
 }
 
+TEST(Circle, AShareOfTheViewBoxIsTakenAlongEachAxis) {
+  TDrawing D("<circle id='c' r='10%'/>", "viewBox='0 0 200 100'");
+  EXPECT_EQ(D.Get(u"c").GetBoundsRect(), QXRect(-20, -10, 20, 10));
+}
+
+TEST(Rectangle, ItsRadiiStayTheSameObjects) {
+  TDrawing D("<rect id='r' width='9' height='9' rx='2'/><rect id='s' width='9' height='9'/>");
+  auto& Rect = D.Get<TSVGRectangle>(u"r");
+  const TSVGLength* const RX = &Rect.RX();
+  Rect.Assign(D.Document.FindElement(u"s"));
+  EXPECT_EQ(&Rect.RX(), RX);
+  EXPECT_EQ(RX->GetValue(), 0);
+  Rect.Clear();
+  EXPECT_EQ(&Rect.RX(), RX);
+}
+
 TEST(Circle, EitherSizeIsTheRadius) {
   TDrawing D("<circle id='c' cx='50' cy='40' r='5'/>");
   auto& Circle = D.Get<TSVGCircle>(u"c");
