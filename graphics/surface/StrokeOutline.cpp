@@ -18,16 +18,21 @@ float CrossOf(TPointF A, TPointF B) {
 constexpr float FlatTurn = 0.02f;
 // A full turn has at most so many steps, so that rotating by one comes to an end.
 constexpr double FinestCos = 0.999995;
+// Half the width of a wide pen, in tolerances: some thousand pixels.
+constexpr float WideFrom = 40'000;
 
 }  // namespace
 
 TStrokeOutline::TStrokeOutline(const TQXStrokeStyle& Style, const TMatrix& ToDevice,
-                               float Tolerance, TQXLineBuffer& Left, TQXLineBuffer& Right)
+                               float Tolerance, const TRectF& Shown, TQXLineBuffer& Left,
+                               TQXLineBuffer& Right)
     : FStyle(Style),
       FToDevice(ToDevice),
-      FHasMatrix(!IsIdentityMatrix(ToDevice)),
+      FShown(Shown),
       FHalf(Style.Width / 2),
       FTolerance(Tolerance),
+      FHasMatrix(!IsIdentityMatrix(ToDevice)),
+      FIsWide(FHalf > WideFrom * Tolerance),
       FMiterLimit2(Style.MiterLimit * Style.MiterLimit),
       FLeft(Left),
       FRight(Right) {
@@ -43,7 +48,7 @@ TStrokeOutline::TStrokeOutline(const TQXStrokeStyle& Style, const TMatrix& ToDev
 void TStrokeOutline::Begin(TPointF P, TPointF Direction, TQXGPLineCap Kind) {
   FP = P;
   FDirection = Direction;
-  FLength = 0;
+  FLength = FRetraced = 0;
   FIsOpen = true;
   FIsRing = false;
   const TPointF N = Normal(Direction);
@@ -56,7 +61,7 @@ void TStrokeOutline::Begin(TPointF P, TPointF Direction, TQXGPLineCap Kind) {
 void TStrokeOutline::BeginRing(TPointF P, TPointF Direction) {
   FP = FRingP = P;
   FDirection = FRingDirection = Direction;
-  FLength = 0;
+  FLength = FRetraced = 0;
   FIsOpen = FIsRing = true;
   const TPointF N = Normal(Direction);
   FRight.MoveTo(Map(P - N));
@@ -110,6 +115,9 @@ void TStrokeOutline::Cap(TPointF From, TPointF Direction, TQXGPLineCap Kind) {
 
 // The points strictly between P + From and P + To, at most half a turn away.
 void TStrokeOutline::Arc(TQXLineBuffer& Side, TPointF From, TPointF To, float Turn) {
+  // Each level takes three quarters of the error away.
+  constexpr int Levels = 24;
+  if (FIsWide) return WideArc(Side, From, To, Turn, Levels);
   const float Sin = std::copysign(FStepSin, Turn);
   const float Near = FHalf * FHalf * FStepCos;
   for (int Steps = 0; Steps < 4096 && DotOf(From, To) < Near; ++Steps) {
@@ -118,9 +126,33 @@ void TStrokeOutline::Arc(TQXLineBuffer& Side, TPointF From, TPointF To, float Tu
   }
 }
 
+// The same by halves. A piece that is not shown stays its chord, which changes no winding where it
+// can be seen.
+void TStrokeOutline::WideArc(TQXLineBuffer& Side, TPointF From, TPointF To, float Turn,
+                             int Levels) {
+  const TPointF Chord = To - From;
+  const double Part = std::hypot(double{Chord.X}, double{Chord.Y}) / FHalf / 2;
+  const auto Height = static_cast<float>(FHalf * (1 - std::sqrt(std::max(1 - Part * Part, 0.0))));
+  if (Levels == 0 || !(Height > FTolerance / 2)) return;
+  TRectF Box = QXRect(FP + From, FP + To).Normalized();
+  // Points that far from the path are known to so many places only.
+  const float Margin = Height + FHalf * 1e-6f;
+  QXInflateRect(Box, Margin, Margin);
+  if (Box.Right < FShown.Left || Box.Left > FShown.Right || Box.Bottom < FShown.Top ||
+      Box.Top > FShown.Bottom)
+    return;
+  const TPointF Beside = Turn > 0 ? TPointF{Chord.Y, -Chord.X} : TPointF{-Chord.Y, Chord.X};
+  const TPointF Way = Part > 0.5 ? Beside : From + To;
+  const double Scale = FHalf / std::hypot(double{Way.X}, double{Way.Y});
+  const TPointF Middle{static_cast<float>(Way.X * Scale), static_cast<float>(Way.Y * Scale)};
+  WideArc(Side, From, Middle, Turn, Levels - 1);
+  Side.LineTo(Map(FP + Middle));
+  WideArc(Side, Middle, To, Turn, Levels - 1);
+}
+
 void TStrokeOutline::OuterJoin(TQXLineBuffer& Side, TPointF From, TPointF To, float Dot, float Turn,
                                TQXGPStrokeJoin Join) {
-  const bool IsSmall = Dot >= FStepCos;
+  const bool IsSmall = Dot >= FStepCos && !FIsWide;
   const bool IsMiter = Join == TQXGPStrokeJoin::sjMiter && FMiterLimit2 * (1 + Dot) >= 2;
   if (IsMiter || (IsSmall && Join == TQXGPStrokeJoin::sjRound && Dot > 0.5f)) {
     Side.LineTo(Map(FP + (From + To) * (1 / (1 + Dot))));
@@ -135,8 +167,11 @@ void TStrokeOutline::Turn(TPointF Direction, float Length, TQXGPStrokeJoin Join)
   const float Cross = CrossOf(FDirection, Direction), Dot = DotOf(FDirection, Direction);
   const TPointF From = Normal(FDirection), To = Normal(Direction);
   const float Size = std::abs(Cross);
+  const float Flat = FlatTurn * (FTolerance / QXFlattenTolerance);
   FDirection = Direction;
-  if (Dot > 0 && Size * FHalf < FlatTurn * (FTolerance / QXFlattenTolerance)) {
+  FLength -= FRetraced;
+  FRetraced = 0;
+  if (Dot > 0 && Size * FHalf < Flat) {
     FLeft.LineTo(Map(FP + To));
     FRight.LineTo(Map(FP - To));
     return;
@@ -149,8 +184,16 @@ void TStrokeOutline::Turn(TPointF Direction, float Length, TQXGPStrokeJoin Join)
   // Where the inner sides of both segments meet; they do so only if both are long enough. Otherwise
   // the way leads through the point itself, so that no part of the outline turns over.
   const float Needed = FHalf * Size * std::max(1.0f, 1 / (1 + Dot));
-  if (Dot > -0.99f && Needed * 2 <= std::min(FLength, Length)) {
+  const float Shorter = std::min(FLength, Length);
+  if (Dot > -0.99f && Needed * 2 <= Shorter) {
     Inner.LineTo(Map(FP - (OuterFrom + OuterTo) * (1 / (1 + Dot))));
+  } else if (Dot < 0 && Size * std::max(Shorter, FHalf) < Flat) {
+    // Right back along the same line: its sides are drawn once, by the outer side, since pixels
+    // that the outline winds around twice at its edge would be twice as strong.
+    const TPointF Back = Direction * Shorter;
+    Inner.LineTo(Map(FP + Back - OuterFrom));
+    Inner.LineTo(Map(FP + Back - OuterTo));
+    FRetraced = Shorter;
   } else {
     Inner.LineTo(Map(FP - OuterFrom));
     Inner.LineTo(Map(FP));
@@ -188,7 +231,7 @@ bool TStrokeOutline::CurveSides(const TPointF* Points, const TPointF* Tangents, 
 
 void TStrokeOutline::Curve(const TPointF* Points, const TPointF* Tangents, std::uint32_t Count) {
   std::array<TPointF, TQXLineBuffer::MaxReserve> Left, Right;
-  if (CurveSides(Points, Tangents, Count, Left.data(), Right.data())) {
+  if (!FIsWide && CurveSides(Points, Tangents, Count, Left.data(), Right.data())) {
     Put(FLeft, Count, Left.data());
     Put(FRight, Count, Right.data());
     FDirection = Tangents[Count - 1];

@@ -10,11 +10,15 @@ namespace qxsvg {
 
 class TStrokeOutline {
  public:
+  // Shown is the box in the pen's space that the surface shows.
   TStrokeOutline(const TQXStrokeStyle& Style, const TMatrix& ToDevice, float Tolerance,
-                 TQXLineBuffer& Left, TQXLineBuffer& Right);
+                 const TRectF& Shown, TQXLineBuffer& Left, TQXLineBuffer& Right);
 
   float HalfWidth() const { return FHalf; }
   float Tolerance() const { return FTolerance; }
+  // So wide that no surface shows more than a part of an arc. Arcs are then followed only where
+  // they are shown, and the sides of curves are made of them.
+  bool IsWide() const { return FIsWide; }
   bool IsOpen() const { return FIsOpen; }
   TPointF Point() const { return FP; }
   TPointF Direction() const { return FDirection; }
@@ -48,6 +52,7 @@ class TStrokeOutline {
   void OuterJoin(TQXLineBuffer& Side, TPointF From, TPointF To, float Dot, float Turn,
                  TQXGPStrokeJoin Join);
   void Arc(TQXLineBuffer& Side, TPointF From, TPointF To, float Turn);
+  void WideArc(TQXLineBuffer& Side, TPointF From, TPointF To, float Turn, int Levels);
   void Cap(TPointF From, TPointF Direction, TQXGPLineCap Cap);
   bool CurveSides(const TPointF* Points, const TPointF* Tangents, std::uint32_t Count,
                   TPointF* Left, TPointF* Right) const;
@@ -57,14 +62,17 @@ class TStrokeOutline {
 
   const TQXStrokeStyle& FStyle;
   const TMatrix FToDevice;
-  const bool FHasMatrix;
+  const TRectF FShown;
   const float FHalf, FTolerance;
+  const bool FHasMatrix, FIsWide;
   // Of the rotation from one point of an arc to the next.
   float FStepCos = 0, FStepSin = 1, FBulge = 1;
   float FMiterLimit2;
   TQXLineBuffer &FLeft, &FRight;
   TPointF FP, FDirection, FRingP, FRingDirection;
   float FLength = 0;
+  // So much of the present segment lies on the one before, with the sides of both.
+  float FRetraced = 0;
   bool FIsOpen = false, FIsRing = false;
 };
 

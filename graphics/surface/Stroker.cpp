@@ -17,9 +17,10 @@ namespace {
 constexpr double LeastPeriod = 0.25;
 // So many repetitions away the places of marks can no longer be told.
 constexpr double MostCycles = 1e12;
-// The sides of pens wider than this many tolerances are not followed more closely than those of
-// this width: no surface shows more than a part of them.
-constexpr float WidestPen = 500'000;
+// Gaps up to this many pixels are not seen between the round or pointed marks of a wide pen.
+constexpr double LeastGap = 0.5;
+// A mark of a wide pen goes through the whole surface and counts for so many.
+constexpr std::size_t WideMarkCost = 16;
 // Miters that reach farther than this many widths are not looked for outside the clip.
 constexpr float FarthestMiter = 100;
 // Keeps boxes finite.
@@ -58,12 +59,29 @@ struct TWay {
     Length = std::sqrt(DX * DX + DY * DY);
     if (Length > 0) Direction = {static_cast<float>(DX / Length), static_cast<float>(DY / Length)};
   }
+  TPointF At(TPointF A, double Distance) const {
+    return {static_cast<float>(A.X + Distance * Direction.X),
+            static_cast<float>(A.Y + Distance * Direction.Y)};
+  }
 };
 
+TRectF Inflated(TRectF R, float By) {
+  QXInflateRect(R, By, By);
+  return R;
+}
+
+bool HasCaps(const TQXStrokeStyle& Style) {
+  return Style.DashCap != TQXGPDashCap::dcFlat || Style.StartCap != TQXGPLineCap::lcFlat ||
+         Style.EndCap != TQXGPLineCap::lcFlat;
+}
+
 // Steps that keep both the curve and its sides within the tolerance: the sides of a chord that
-// turns by A leave the curve's by about HalfWidth A^2 / 8 more.
-std::uint32_t StrokedSteps(const std::array<TPointF, 4>& P, float HalfWidth, float Tolerance) {
-  const auto Base = static_cast<float>(QXCurveSteps(P[0], P[1], P[2], P[3], Tolerance));
+// turns by A leave the curve's by about HalfWidth A^2 / 8 more. The sides of wide pens are arcs.
+std::uint32_t StrokedSteps(const std::array<TPointF, 4>& P, const TStrokeOutline& Outline) {
+  const float Tolerance = Outline.Tolerance();
+  const std::uint32_t Least = QXCurveSteps(P[0], P[1], P[2], P[3], Tolerance);
+  if (Outline.IsWide()) return Least;
+  const auto Base = static_cast<float>(Least);
   float Turn = 0;
   TPointF Before;
   bool HasBefore = false;
@@ -76,7 +94,7 @@ std::uint32_t StrokedSteps(const std::array<TPointF, 4>& P, float HalfWidth, flo
     Before = Now;
     HasBefore = true;
   }
-  const float Turns = 1.3f * Turn * std::sqrt(std::min(HalfWidth / Tolerance, WidestPen) / 8);
+  const float Turns = 1.3f * Turn * std::sqrt(Outline.HalfWidth() / Tolerance / 8);
   const float Steps = std::sqrt(Base * Base + Turns * Turns);
   // Legs too long for a float give no number.
   return Steps < static_cast<float>(QXMaxCurveSteps) ? 1 + static_cast<std::uint32_t>(Steps)
@@ -111,9 +129,16 @@ void SampleCurve(const std::array<TPointF, 4>& P, std::uint32_t Steps, TCurvePoi
 
 class TFigureStroker {
  public:
-  TFigureStroker(const TQXStrokeStyle& Style, TStrokeOutline& Outline, const TRectF& Visible,
+  TFigureStroker(const TQXStrokeStyle& Style, TStrokeOutline& Outline, const TRectF& Shown,
                  float Far, const TDashes* Dashes)
-      : FStyle(Style), FOutline(Outline), FVisible(Visible), FFar(Far), FDashes(Dashes) {}
+      : FStyle(Style),
+        FOutline(Outline),
+        FShown(Shown),
+        FVisible(Inflated(Shown, Style.Reach())),
+        FFar(Far),
+        FCapReach(HasCaps(Style) ? Outline.HalfWidth() : 0),
+        FMarkCost(Outline.IsWide() ? WideMarkCost : 1),
+        FDashes(Dashes) {}
 
   void Draw(const TQXPathView& Path, const TFigure& Figure);
 
@@ -130,6 +155,7 @@ class TFigureStroker {
 
   void BeginDashes();
   void DashLine(TPointF P, bool IsWithin);
+  void BeginMark(const TWay& Way, double To, TPointF P);
   void PassDashes(const std::array<TPointF, 4>& P);
   void JumpTo(double Distance);
   void NextEdge();
@@ -142,8 +168,10 @@ class TFigureStroker {
 
   const TQXStrokeStyle& FStyle;
   TStrokeOutline& FOutline;
-  const TRectF FVisible;
-  const float FFar;
+  // What the surface shows, and what the path must touch for its stroke to be seen.
+  const TRectF FShown, FVisible;
+  const float FFar, FCapReach;
+  const std::size_t FMarkCost;
   const TDashes* FDashes;
 
   bool FIsClosed = false, FHasSegment = false, FWasCut = false;
@@ -190,7 +218,7 @@ void TFigureStroker::Draw(const TQXPathView& Path, const TFigure& Figure) {
 
 void TFigureStroker::Dot() {
   if (FStyle.StartCap == TQXGPLineCap::lcFlat || FStyle.EndCap == TQXGPLineCap::lcFlat) return;
-  if (!IsVisible({FAt})) return;
+  if ((FDashes && !FStartsOn) || !IsVisible({FAt})) return;
   FOutline.Begin(FAt, {1, 0}, FStyle.StartCap);
   FOutline.End(FStyle.EndCap);
 }
@@ -232,10 +260,7 @@ void TFigureStroker::Line(TPointF P) {
     const auto IsFar = [&](TPointF Q) { return std::abs(Q.X) > FFar || std::abs(Q.Y) > FFar; };
     // What is far away is left out by the length, so that the outline stays within numbers that
     // tell one pixel from the next.
-    const auto Along = [&](double Distance) {
-      return TPointF{static_cast<float>(FAt.X + Way.Direction.X * Distance),
-                     static_cast<float>(FAt.Y + Way.Direction.Y * Distance)};
-    };
+    const auto Along = [&](double Distance) { return Way.At(FAt, Distance); };
     if (!IsFar(FAt) && !IsFar(P)) {
       TurnTo(Way.Direction, Length);
       FOutline.Advance(P, Length);
@@ -268,10 +293,12 @@ void TFigureStroker::Line(TPointF P) {
 
 // A long curve is halved, so that hidden halves cost little; see QXFlattenFigures.
 void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
-  // Sixty thousand steps in all, enough for curves of a hundred million pixels.
-  constexpr std::uint32_t Levels = 7;
-  std::array<std::array<TPointF, 4>, Levels + 2> Stack;
-  std::array<std::uint32_t, Levels + 2> Depths;
+  // Sixty thousand steps in all, enough for curves of a hundred million pixels. The parts that a
+  // wide pen hides are not left out, so that it gets fewer.
+  constexpr std::uint32_t MostLevels = 7, WideLevels = 2;
+  const std::uint32_t Levels = FOutline.IsWide() ? WideLevels : MostLevels;
+  std::array<std::array<TPointF, 4>, MostLevels + 2> Stack;
+  std::array<std::uint32_t, MostLevels + 2> Depths;
   if (FAt == C1 && C1 == C2 && C2 == P) return;
   std::uint32_t Count = 1;
   Stack[0] = {FAt, C1, C2, P};
@@ -279,7 +306,7 @@ void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
   while (Count != 0) {
     const std::array<TPointF, 4> Part = Stack[--Count];
     const std::uint32_t Depth = Depths[Count];
-    const std::uint32_t Steps = StrokedSteps(Part, FOutline.HalfWidth(), FOutline.Tolerance());
+    const std::uint32_t Steps = StrokedSteps(Part, FOutline);
     const bool Shows = (FDashes && Depth == 0 && Steps < TQXLineBuffer::MaxReserve) ||
                        IsVisible({Part[0], Part[1], Part[2], Part[3]});
     if (!Shows || Steps < TQXLineBuffer::MaxReserve || Depth == Levels) {
@@ -299,13 +326,22 @@ void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
 void TFigureStroker::CurvePart(const std::array<TPointF, 4>& P, std::uint32_t Steps) {
   if (P[0] == P[1] && P[1] == P[2] && P[2] == P[3]) return;
   if (FDashes && Steps == 0) return PassDashes(P);
-  if (FDashes) {
-    SampleCurve(P, Steps, FCurve);
-    for (std::uint32_t I = 1; I <= Steps; ++I) DashLine(FCurve.Points[I], I > 1);
-    return;
-  }
   const TPointF First = FirstWay(P[0], P[1], P[2], P[3]);
   const TPointF Last = FirstWay(P[3], P[2], P[1], P[0]) * -1.0f;
+  if (FDashes) {
+    // Corners are between the curves, not between their chords.
+    if (FOutline.IsOpen()) {
+      FOutline.Turn(First, 0);
+      FOutline.Advance(P[0], 0);
+    }
+    SampleCurve(P, Steps, FCurve);
+    for (std::uint32_t I = 1; I <= Steps; ++I) DashLine(FCurve.Points[I], true);
+    if (FOutline.IsOpen()) {
+      FOutline.TurnWithin(Last, 0);
+      FOutline.Advance(P[3], 0);
+    }
+    return;
+  }
   if (Steps == 0) {
     Pass(First, 0);
   } else {
@@ -366,10 +402,6 @@ void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
   const TWay Way(FAt, P);
   if (!(Way.Length > 0)) return;
   const double From = FDistance, To = From + Way.Length;
-  const auto At = [&](double Distance) {
-    return TPointF{static_cast<float>(FAt.X + (Distance - From) * Way.Direction.X),
-                   static_cast<float>(FAt.Y + (Distance - From) * Way.Direction.Y)};
-  };
   // The part whose marks can be seen.
   double Low = From, High = To;
   const auto Cut = [&](double Origin, double Rate, double Least, double Most) {
@@ -385,37 +417,41 @@ void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
   Cut(FAt.Y, Way.Direction.Y, FVisible.Top, FVisible.Bottom);
 
   if (FOutline.IsOpen()) {
-    // What counts for the corner is how far the mark goes on, not the segment.
-    const double End = EdgeAt(FIndex + 1);
+    // What counts for the corner is how far the mark goes on, not the segment. After too many marks
+    // the last goes on to the end.
+    const double End = FMarks > Limits::DashCount ? To : EdgeAt(FIndex + 1);
     const auto Rest = static_cast<float>(std::min(End, To) - From);
     if (IsWithin)
       FOutline.TurnWithin(Way.Direction, Rest);
     else
       FOutline.Turn(Way.Direction, Rest);
-    FOutline.Advance(End < To ? At(End) : P, Rest);
+    FOutline.Advance(End < To ? Way.At(FAt, End - From) : P, Rest);
     if (End < To) {
       FOutline.End(DashCap());
       NextEdge();
     }
   }
-  if (!FOutline.IsOpen() && Low <= High) {
-    if (EdgeAt(FIndex + 1) < Low) JumpTo(Low);
-    for (; EdgeAt(FIndex) < std::min(High, To); NextEdge()) {
+  // Along the line a mark reaches no farther than its caps, however wide the pen.
+  const double Middle = From +
+                        ((double{FShown.Left} + FShown.Right) / 2 - FAt.X) * Way.Direction.X +
+                        ((double{FShown.Top} + FShown.Bottom) / 2 - FAt.Y) * Way.Direction.Y;
+  const double Reach = (double{FShown.Width()} * std::abs(Way.Direction.X) +
+                        double{FShown.Height()} * std::abs(Way.Direction.Y)) /
+                           2 +
+                       FCapReach;
+  const double First = std::max(Low, Middle - Reach), Last = std::min(High, Middle + Reach);
+  if (!FOutline.IsOpen() && First <= Last) {
+    if (EdgeAt(FIndex + 1) < First) JumpTo(First);
+    for (; EdgeAt(FIndex) < std::min(Last, To); NextEdge()) {
       if (FIndex % 2 != 0) continue;
-      const double Begin = EdgeAt(FIndex), End = EdgeAt(FIndex + 1);
-      const bool IsFirst = !FHasSegment && Begin <= From;
-      const auto Kind = Begin >= From && !IsFirst ? DashCap()
-                        : IsFirst && !FIsClosed   ? FStyle.StartCap
-                                                  : TQXGPLineCap::lcFlat;
-      const double Visible = std::max(Begin, From);
-      FOutline.Begin(At(Visible), Way.Direction, Kind);
-      const bool GoesOn = End >= To || ++FMarks > Limits::DashCount;
-      FOutline.Advance(GoesOn ? P : At(End), static_cast<float>((GoesOn ? To : End) - Visible));
-      if (GoesOn) break;
-      FOutline.End(DashCap());
+      BeginMark(Way, To, P);
+      if (FOutline.IsOpen()) break;
     }
   }
   if (!FOutline.IsOpen() && EdgeAt(FIndex + 1) < To) JumpTo(To);
+  // The mark at the end of the line belongs to the join there, which reaches farther.
+  const bool EndsOn = FIndex % 2 == 0 && EdgeAt(FIndex) < To;
+  if (!FOutline.IsOpen() && Low <= High && High >= To && EndsOn) BeginMark(Way, To, P);
   if (!FHasSegment) {
     FStartDirection = Way.Direction;
     FStartLength = static_cast<float>(std::min(FStartMark, Way.Length));
@@ -423,6 +459,22 @@ void TFigureStroker::DashLine(TPointF P, bool IsWithin) {
   }
   FDistance = To;
   FAt = P;
+}
+
+// Draws the present mark on the line that leads on to P, up to the distance To. A mark that does
+// not end before stays open.
+void TFigureStroker::BeginMark(const TWay& Way, double To, TPointF P) {
+  const double From = FDistance, Begin = EdgeAt(FIndex), End = EdgeAt(FIndex + 1);
+  const auto At = [&](double Distance) { return Way.At(FAt, Distance - From); };
+  const bool IsFirst = !FHasSegment && Begin <= From;
+  const auto Kind = Begin >= From && !IsFirst ? DashCap()
+                    : IsFirst && !FIsClosed   ? FStyle.StartCap
+                                              : TQXGPLineCap::lcFlat;
+  const double First = std::max(Begin, From);
+  FOutline.Begin(At(First), Way.Direction, Kind);
+  const bool GoesOn = End >= To || (FMarks += FMarkCost) > Limits::DashCount;
+  FOutline.Advance(GoesOn ? P : At(End), static_cast<float>((GoesOn ? To : End) - First));
+  if (!GoesOn) FOutline.End(DashCap());
 }
 
 // A hidden part of a very long curve is not measured: its length is taken to be midway between
@@ -453,8 +505,8 @@ void TFigureStroker::FinishDashes() {
   }
 }
 
-// False for a pattern that is a solid line.
-bool MakeDashes(const TQXStrokeStyle& Style, double Scale, std::vector<double>& Edges,
+// False for a pattern that is a solid line. Scale leads to pixels.
+bool MakeDashes(const TQXStrokeStyle& Style, double Scale, bool IsWide, std::vector<double>& Edges,
                 double& Offset) {
   Edges.clear();
   if (Style.Dashes.empty() || Style.Dashes.size() > Limits::DashCount) return false;
@@ -469,22 +521,26 @@ bool MakeDashes(const TQXStrokeStyle& Style, double Scale, std::vector<double>& 
   if (!(Sum > 0) || !std::isfinite(Sum)) return false;
   const double Factor = std::max(1.0, LeastPeriod / (Sum * Scale));
   for (double& Edge : Edges) Edge *= Factor;
+  double LargestGap = 0;
+  for (std::size_t I = 2; I < Edges.size(); I += 2)
+    LargestGap = std::max(LargestGap, Edges[I] - Edges[I - 1]);
+  if (IsWide && Style.DashCap != TQXGPDashCap::dcFlat && LargestGap * Scale <= LeastGap)
+    return false;
   const double Period = Edges.back();
   Offset = double{Style.DashOffset} * Style.Width * Factor;
   Offset = std::isfinite(Offset) ? Offset - std::floor(Offset / Period) * Period : 0;
   return true;
 }
 
-// The box that a stroke must touch to be seen, in the pen's space; false where there is none.
-bool VisibleBox(const TMatrix& ToDevice, const TRectF& Clip, float Reach, TRectF& Visible) {
-  Visible = Clip;
+// What Clip shows of the pen's space, with room for rounding; false where that is nothing.
+bool ShownBox(const TMatrix& ToDevice, const TRectF& Clip, float Tolerance, TRectF& Shown) {
+  Shown = Clip;
   if (!IsIdentityMatrix(ToDevice)) {
     TMatrix Inverse;
     if (!QXMatrixInvert(ToDevice, Inverse)) return false;
-    Visible = QXMatrixTransform(Inverse, Clip);
+    Shown = QXMatrixTransform(Inverse, Clip);
   }
-  const float Margin = Reach + 1e-4f * (std::abs(Visible.Width()) + std::abs(Visible.Height()));
-  QXInflateRect(Visible, Margin, Margin);
+  Shown = Inflated(Shown, Tolerance + 1e-4f * (std::abs(Shown.Width()) + std::abs(Shown.Height())));
   return true;
 }
 
@@ -514,13 +570,14 @@ void TQXStroker::Stroke(const TQXPathView& Path, const TQXStrokeStyle& Style,
   if (!(Style.Width > 0) || !std::isfinite(Style.Width)) return;
   const double Scale =
       std::max(std::hypot(ToDevice.m11, ToDevice.m12), std::hypot(ToDevice.m21, ToDevice.m22));
-  TRectF Visible;
-  if (!(Scale > 0) || !VisibleBox(ToDevice, Clip, Style.Reach(), Visible)) return;
+  TRectF Shown;
+  const auto Allowed = static_cast<float>(Tolerance / Scale);
+  if (!(Scale > 0) || !ShownBox(ToDevice, Clip, Allowed, Shown)) return;
+  TStrokeOutline Outline(Style, ToDevice, Allowed, Shown, Left, Right);
   TDashes Dashes;
-  const bool IsDashed = MakeDashes(Style, Scale, FEdges, Dashes.Offset);
+  const bool IsDashed = MakeDashes(Style, Scale, Outline.IsWide(), FEdges, Dashes.Offset);
   Dashes.Edges = FEdges;
-  TStrokeOutline Outline(Style, ToDevice, static_cast<float>(Tolerance / Scale), Left, Right);
-  TFigureStroker Figures(Style, Outline, Visible, static_cast<float>(QXFarthestPixel / 4 / Scale),
+  TFigureStroker Figures(Style, Outline, Shown, static_cast<float>(QXFarthestPixel / 4 / Scale),
                          IsDashed ? &Dashes : nullptr);
 
   TFigure Figure;
