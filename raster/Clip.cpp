@@ -63,8 +63,20 @@ void TClipSink::Add(const TCoverSpan& A, const std::uint8_t* ACovers, const TCov
   FUsed += static_cast<std::uint32_t>(Length);
 }
 
+// Whether all spans lie where one span of the mask covers wholly, as they do inside most clips.
+bool TClipSink::LiesWithin(std::span<const TCoverSpan> Spans,
+                           std::span<const TCoverSpan> Mask) const {
+  if (Spans.empty()) return false;
+  const std::int32_t Left = Spans.front().X, Right = Spans.back().End();
+  if (Left < FClip->Box().Left || Right > FClip->Box().Right) return false;
+  for (const TCoverSpan& Span : Mask)
+    if (Span.End() > Left) return Span.X <= Left && Right <= Span.End() && Span.Cover == FullCover;
+  return false;
+}
+
 void TClipSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) {
   const std::span<const TCoverSpan> Mask = FClip->Mask()->RowAt(Y);
+  if (LiesWithin(Spans, Mask)) return FNext->Row(Y, Spans, Covers);
   const std::uint8_t* MaskCovers = FClip->Mask()->Covers();
   FSpans.clear();
   FUsed = 0;

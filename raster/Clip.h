@@ -27,6 +27,8 @@ class TClip {
   void IntersectBox(const TRect& Box);
   // The mask is to be what a drawing under this clip gave.
   void SetMask(std::shared_ptr<const TSpanStore> Mask);
+  // Leaves the clip without its mask.
+  std::shared_ptr<const TSpanStore> TakeMask() { return std::move(FMask); }
 
  private:
   void Rehash();
@@ -47,6 +49,7 @@ class TClipSink final : public ISpanSink {
   }
 
  private:
+  bool LiesWithin(std::span<const TCoverSpan> Spans, std::span<const TCoverSpan> Mask) const;
   void Add(const TCoverSpan& A, const std::uint8_t* ACovers, const TCoverSpan& B,
            const std::uint8_t* BCovers, std::int32_t Left, std::int32_t Right);
 

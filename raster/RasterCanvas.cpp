@@ -65,6 +65,18 @@ std::uint64_t HashOf(const TQXStrokeStyle& Style) {
   return Hash | 1;
 }
 
+// The pixels of Clip that an area under a matrix may touch, rounding included.
+TRect PixelsUnder(const TRectF& Area, const TMatrix& M, const TRect& Clip) {
+  const TRectF Box = QXMatrixTransform(M, Area);
+  if (!IsFinite(Box)) return Clip;
+  const TRectF R =
+      TRectF::Intersect({Box.Left - 1, Box.Top - 1, Box.Right + 1, Box.Bottom + 1}, QXRect(Clip));
+  return {static_cast<std::int32_t>(std::floor(R.Left)),
+          static_cast<std::int32_t>(std::floor(R.Top)),
+          static_cast<std::int32_t>(std::ceil(R.Right)),
+          static_cast<std::int32_t>(std::ceil(R.Bottom))};
+}
+
 class TRasterCanvasFactory final : public ICanvasFactory {
  public:
   std::unique_ptr<TQXGPCanvas> CreateCanvas(const TQXPixels& Pixels) override {
@@ -78,6 +90,7 @@ struct TQXRasterCanvas::TScratch {
   TRasterizer Rasterizer;
   TClipSink ClipSink;
   TSpanStore Kept;
+  std::vector<std::shared_ptr<TSpanStore>> SpareMasks;
   std::vector<std::uint64_t> Packed;
   TGradientPaint Gradient;
   TImagePaint Image;
@@ -109,8 +122,21 @@ void TQXRasterCanvas::DoSaveState() {
 }
 
 void TQXRasterCanvas::DoRestoreState() {
+  constexpr std::size_t MostSpares = 4;
+  const std::shared_ptr<const TSpanStore> Left = FClip.TakeMask();
   FClip = std::move(FSavedClips.back());
   FSavedClips.pop_back();
+  // Its memory serves the next clip.
+  if (Left && Left.use_count() == 1 && FScratch->SpareMasks.size() < MostSpares)
+    FScratch->SpareMasks.push_back(std::const_pointer_cast<TSpanStore>(Left));
+}
+
+std::shared_ptr<TSpanStore> TQXRasterCanvas::NewMask() {
+  if (FScratch->SpareMasks.empty()) return std::make_shared<TSpanStore>();
+  std::shared_ptr<TSpanStore> Mask = std::move(FScratch->SpareMasks.back());
+  FScratch->SpareMasks.pop_back();
+  Mask->Clear();
+  return Mask;
 }
 
 // Draws through the clip into Sink.
@@ -149,7 +175,7 @@ void TQXRasterCanvas::DoIntersectClipRect(const TRectF& Area) {
   if (R.IsEmpty()) return FClip.IntersectBox({});
   if (IsWhole(R.Left) && IsWhole(R.Top) && IsWhole(R.Right) && IsWhole(R.Bottom))
     return FClip.IntersectBox(CanvasRect(R));
-  auto Mask = std::make_shared<TSpanStore>();
+  auto Mask = NewMask();
   Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
     FScratch->Rasterizer.Rectangle(R, Clip, IsAliased(), Sink);
   });
@@ -326,7 +352,7 @@ void TQXRasterCanvas::DoDrawImage(const TQXConstPixels& Pixels, const TRectF& De
 void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& Matrix) {
   if (FClip.IsEmpty()) return;
   if (!IsFinite(Matrix)) return;
-  auto Mask = std::make_shared<TSpanStore>();
+  auto Mask = NewMask();
   const std::size_t Steps = Region.StepCount();
   const auto DrawStep = [&](std::size_t I, const TRect& Clip, ISpanSink& Sink) {
     const TQXRegionStep Step = Region.Step(I);
@@ -336,10 +362,11 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
       Steps == 1 && (!Region.IsInfinite() || Region.Step(0).Mode != TQXGPCombineMode::cmUnion);
   Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
     if (IsSingle) return DrawStep(0, Clip, Sink);
-    TRegionCover Cover(Clip, Region.IsInfinite());
+    const TRect Box = Region.IsInfinite() ? Clip : PixelsUnder(Region.GetBounds(), Matrix, Clip);
+    TRegionCover Cover(Box, Region.IsInfinite());
     for (std::size_t I = 0; I < Steps; ++I) {
       Cover.BeginStep(Region.Step(I).Mode);
-      DrawStep(I, Clip, Cover);
+      DrawStep(I, Box, Cover);
       Cover.EndStep();
     }
     Cover.Emit(Sink);

@@ -41,6 +41,8 @@ class QXSVG_API TQXRasterCanvas final : public TQXGPCanvas {
   struct TScratch;
 
   bool IsAliased() const { return Quality().Smoothing == TQXGPSmoothingMode::smHighSpeed; }
+  // Empty, in the memory of one that is no longer used.
+  std::shared_ptr<TSpanStore> NewMask();
   template <class Drawing>
   void Cover(ISpanSink& Sink, const Drawing& Draw);
   template <class Drawing>

@@ -48,6 +48,11 @@ void TSpanStore::Clear() {
 }
 
 std::span<const TCoverSpan> TSpanStore::RowAt(std::int32_t Y) const {
+  if (FRows.empty() || Y < FRows.front().Y) return {};
+  // Most often there is no gap.
+  const auto Place = static_cast<std::size_t>(Y - FRows.front().Y);
+  if (Place < FRows.size() && FRows[Place].Y == Y)
+    return {FSpans.data() + FRows[Place].First, FRows[Place].Count};
   const auto Found =
       std::lower_bound(FRows.begin(), FRows.end(), Y,
                        [](const TRow& Row, std::int32_t Wanted) { return Row.Y < Wanted; });

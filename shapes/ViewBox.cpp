@@ -24,7 +24,8 @@ constinit const TClass TSVGViewBox::Class{
 constinit const TSVGLengthEventsOf<TSVGViewBox> TSVGViewBox::LengthEvents =
     TSVGLengthEventsOf<TSVGViewBox>()
         .Change<&TSVGViewBox::Changed>()
-        .UnitFactors<&TSVGViewBox::LengthUnitFactors>();
+        .UnitFactors<&TSVGViewBox::LengthUnitFactors>()
+        .UnitFactor<&TSVGViewBox::LengthUnitFactor>();
 
 TSVGViewBox::TSVGViewBox() {
   for (TSVGLength* Length : {&FX, &FY, &FWidth, &FHeight}) Length->Wire(this, LengthEvents);
@@ -98,6 +99,15 @@ void TSVGViewBox::LengthUnitFactors(TPersistent*, TSVGUnitFactors& Factors) {
     FOnUnitFactors(this, Factors);
   else
     Factors = SVGUnitFactors;
+}
+
+float TSVGViewBox::LengthUnitFactor(TSVGUnit Unit) {
+  // Asked for each element that is drawn, while all factors together take the size of a font.
+  if (Unit == TSVGUnit::suNone || Unit == TSVGUnit::suPixels || Unit == TSVGUnit::suPercent)
+    return 1;
+  TSVGUnitFactors Factors;
+  LengthUnitFactors(nullptr, Factors);
+  return Factors[static_cast<std::size_t>(Unit)];
 }
 
 void TSVGViewBox::Change() {

@@ -73,6 +73,7 @@ class QXSVG_API TSVGViewBox : public TPersistent {
 
  private:
   void LengthUnitFactors(TPersistent* Sender, TSVGUnitFactors& Factors);
+  float LengthUnitFactor(TSVGUnit Unit);
   static const TSVGLengthEventsOf<TSVGViewBox> LengthEvents;
 
   TSVGLength FWidth, FHeight, FY, FX;
