@@ -55,6 +55,55 @@ BENCHMARK_CAPTURE(ApplyStyles, FourRules, Plain,
                   "rect { stroke: blue } .c { stroke-width: 2 } #r { opacity: .5 } g { fill: red }")
     ->Unit(benchmark::kMillisecond);
 
+// Three hundred rules of all kinds over twenty thousand elements of two hundred groups, each with a
+// class and an identifier.
+std::string SheetDrawing() {
+  constexpr int SheetGroups = 200, SheetElements = 100, Classes = 60;
+  std::string Text = "<svg xmlns=\"http://www.w3.org/2000/svg\"><style>";
+  const auto Rules = [&Text](int Count, const auto& Selector, const char* Body) {
+    for (int I = 0; I < Count; ++I) Text += Selector(std::to_string(I)) + Body;
+  };
+  using std::string;
+  Rules(
+      Classes, [](const string& I) { return ".c" + I; }, "{fill:#336699}");
+  Rules(
+      60, [](const string& I) { return "rect.c" + I; }, "{stroke:#202020;stroke-width:2}");
+  Rules(
+      60, [](const string& I) { return "#e" + I + "00"; }, "{opacity:.5}");
+  Rules(
+      40, [](const string& I) { return "g e" + I + "07"; }, "{fill-rule:evenodd}");
+  Rules(
+      20, [](const string& I) { return "g > e" + I + "09"; }, "{stroke-linecap:round}");
+  Rules(
+      30, [](const string& I) { return "[class=c" + I + "]"; }, "{fill-opacity:.8}");
+  Rules(
+      20, [](const string& I) { return "circle[id^=e" + I + "]"; }, "{stroke:red}");
+  Rules(
+      10, [](const string& I) { return "path[fill=\"#00000" + I + "\"]"; }, "{display:inline}");
+  Text += "</style>";
+  int At = 0;
+  for (int Group = 0; Group < SheetGroups; ++Group) {
+    Text += "<g class=\"layer\">";
+    for (int I = 0; I < SheetElements; ++I, ++At) {
+      constexpr const char* Shapes[] = {"<rect width=\"3\" height=\"4\"", "<circle r=\"3\"",
+                                        "<path d=\"M1 2h3v4z\""};
+      Text += Shapes[At % 3];
+      Text +=
+          " id=\"e" + std::to_string(At) + "\" class=\"c" + std::to_string(At % Classes) + "\"/>";
+    }
+    Text += "</g>";
+  }
+  return Text + "</svg>";
+}
+
+void Sheet300(benchmark::State& State) {
+  TSVGDocument Document;
+  Document.LoadFromText(SheetDrawing());
+  for (auto _ : State) Document.ApplyStyles();
+  State.counters["rules"] = static_cast<double>(Document.Styles().Count());
+}
+BENCHMARK(Sheet300)->Name("sheet300")->Unit(benchmark::kMillisecond);
+
 // One inherited property after a change at the root, asked of every leaf.
 void InheritBrush(benchmark::State& State) {
   TSVGDocument Document;
