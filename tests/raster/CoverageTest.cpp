@@ -171,12 +171,16 @@ double TotalOf(const TCoverImage& Image) {
 // Areas that geometry gives: a corner of two arms of 20, width 4, and a single line with each cap.
 TEST_P(TCoverage, JoinsAndCapsHaveTheirAreas) {
   TRasterizer Rasterizer;
-  TQXPathGeometry Corner, Line;
+  TQXPathGeometry Corner, Line, Back;
   Corner.MoveTo({8, 30});
   Corner.LineTo({8, 10});
   Corner.LineTo({28, 10});
   Line.MoveTo({10, 20});
   Line.LineTo({30, 20});
+  // Its edges go through the middle of pixels.
+  Back.MoveTo({10, 20.5f});
+  Back.LineTo({30, 20.5f});
+  Back.Close();
   const auto AreaOf = [&](const TQXPathGeometry& Path, TQXGPStrokeJoin Join, TQXGPLineCap Cap) {
     TQXStrokeStyle Style;
     Style.Width = 4;
@@ -196,14 +200,19 @@ TEST_P(TCoverage, JoinsAndCapsHaveTheirAreas) {
   EXPECT_NEAR(AreaOf(Line, sjMiter, lcSquare), 80 + 16, 0.1);
   EXPECT_NEAR(AreaOf(Line, sjMiter, lcRound), 80 + 4 * Pi, 0.4);
   EXPECT_NEAR(AreaOf(Line, sjMiter, lcTriangle), 80 + 8, 0.1);
+  EXPECT_NEAR(AreaOf(Back, sjMiter, lcSquare), 80, 0.2);
+  EXPECT_NEAR(AreaOf(Back, sjRound, lcSquare), 80 + 4 * Pi, 0.4);
 }
 
 TEST_P(TCoverage, DashesHaveTheirLengths) {
   TRasterizer Rasterizer;
-  TQXPathGeometry Line, Square;
+  TQXPathGeometry Line, Square, Corner;
   Line.MoveTo({0, 20});
   Line.LineTo({40, 20});
   Square.AddRectangle({10, 10, 30, 30});
+  Corner.MoveTo({5, 30});
+  Corner.LineTo({25, 30});
+  Corner.LineTo({25, 5});
   const auto AreaOf = [&](const TQXPathGeometry& Path, std::vector<float> Dashes, float Offset) {
     TQXStrokeStyle Style;
     Style.Width = 2;
@@ -225,6 +234,9 @@ TEST_P(TCoverage, DashesHaveTheirLengths) {
     EXPECT_NEAR(AreaOf(Line, None, 0), 80, 0.1);
   // Far finer than a pixel: half of it.
   EXPECT_NEAR(AreaOf(Line, {1e-6f, 1e-6f}, 0), 40, 1);
+  // Marks that end and begin half a unit from a corner, whose inner sides do not meet.
+  EXPECT_NEAR(AreaOf(Corner, {10.25f, 50}, 0), 20 * 2 + 1 + 0.5, 0.1);
+  EXPECT_NEAR(AreaOf(Corner, {1, 8.75f, 2, 50}, 0), 2 * 2 + 2 + 2 * 3.5 - 0.5, 0.1);
   // A mark across the corner where a closed figure begins and ends: the corner is whole.
   EXPECT_NEAR(AreaOf(Square, {10, 10}, 5), 2 * 40, 2.5);
 }
