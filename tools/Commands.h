@@ -8,7 +8,8 @@
 
 namespace CLI {
 class App;
-}
+class Validator;
+}  // namespace CLI
 
 namespace qxsvg::tools {
 
@@ -22,5 +23,8 @@ std::map<std::string, AddCommand>& Commands();
 struct Registration {
   Registration(const std::string& Name, AddCommand Add) { Commands()[Name] = std::move(Add); }
 };
+
+// Accepts numbers above 0.
+CLI::Validator PositiveNumber();
 
 }  // namespace qxsvg::tools

@@ -53,10 +53,9 @@ void Add(CLI::App& App, int& Status) {
   Command->add_option("FILE", O.File, "The drawing; - is standard input")->required();
   Command->add_option("X", O.X, "Pixels from the picture's left side")->required();
   Command->add_option("Y", O.Y, "Pixels from the picture's top")->required();
-  Command->add_option("-w,--width", O.Size.Width, "Width of the picture")
-      ->check(CLI::PositiveNumber);
+  Command->add_option("-w,--width", O.Size.Width, "Width of the picture")->check(PositiveNumber());
   Command->add_option("-h,--height", O.Size.Height, "Height of the picture")
-      ->check(CLI::PositiveNumber);
+      ->check(PositiveNumber());
   Command->add_flag("--hidden", O.Hidden, "Finds elements that are not visible too");
   Command->add_flag("--groups", O.Groups, "Gives the group that an element is in");
   Command->add_flag("--box", O.Box, "Lets the bounding box decide instead of the shape");

@@ -54,6 +54,11 @@ std::string CauseOf(const std::exception& Error) {
   return Cause;
 }
 
+std::string ReportOf(const std::string& Name, const std::exception& Error) {
+  const std::string Cause = CauseOf(Error), Prefix = Name + ": ";
+  return Cause.starts_with(Prefix) ? Cause : Prefix + Cause;
+}
+
 int ForEachFile(const std::vector<std::string>& Files,
                 const std::function<void(const std::string& Name)>& Work) {
   ProgressBar Bar(Files.size());
@@ -63,7 +68,7 @@ int ForEachFile(const std::vector<std::string>& Files,
       Work(Name);
     } catch (const std::exception& Error) {
       Bar.Hide();
-      std::cerr << Name << ": " << CauseOf(Error) << std::endl;
+      std::cerr << ReportOf(Name, Error) << std::endl;
       Status = 1;
     }
     Bar.Advance();

@@ -21,6 +21,8 @@ std::unique_ptr<IXMLDocument> LoadDrawingXML(const std::string& Name);
 
 // The cause of a failure on one line; an XML error with its line and column.
 std::string CauseOf(const std::exception& Error);
+// "file: cause", with the file's name once.
+std::string ReportOf(const std::string& Name, const std::exception& Error);
 
 // Runs Work for each file, one after the other, with a progress bar on a terminal when there are
 // several. A failure is told on standard error as "file: cause" and the others go on. Gives the

@@ -14,12 +14,20 @@ namespace qxsvg::tools {
 
 namespace {
 
-// A side of the root as it was written, or what the view box says.
-float NaturalSide(TSVGDocument& Drawing, StringView Attribute, const TSVGLength& Length,
-                  float ViewBoxSide) {
+// Whether the root gives one of its sides as a length.
+bool IsGiven(TSVGDocument& Drawing, StringView Attribute, const TSVGLength& Length) {
   const StringView Text = Trim(Drawing.Style().GetText(Attribute));
-  const bool IsOfSize = !Text.empty() && !Text.ends_with(u'%') && Length.GetValue() > 0;
-  return IsOfSize || !(ViewBoxSide > 0) ? Length.GetValue() : ViewBoxSide;
+  return !Text.empty() && !Text.ends_with(u'%') && Length.GetValue() > 0;
+}
+
+// A nested `svg` keeps the identifiers of its content to itself.
+TSVGElement* FindInAll(TSVGDocument& Drawing, StringView ID) {
+  if (TSVGElement* Found = Drawing.FindElement(ID)) return Found;
+  for (TSVGElement* const Element : Drawing.AllItems().Elements()) {
+    TSVGDocument* const Nested = Element->AsDocument();
+    if (TSVGElement* Found = Nested ? FindInAll(*Nested, ID) : nullptr) return Found;
+  }
+  return nullptr;
 }
 
 double CheckedSide(double Side) {
@@ -32,10 +40,17 @@ double CheckedSide(double Side) {
 }  // namespace
 
 TSizeF NaturalSize(TSVGDocument& Drawing) {
-  const bool HasBox = Drawing.ViewBox().ViewBoxSpecified();
-  const TRectF Box = HasBox ? Drawing.ViewBox().GetRect() : TRectF{};
-  return {NaturalSide(Drawing, u"width", Drawing.WidthU(), Box.Width()),
-          NaturalSide(Drawing, u"height", Drawing.HeightU(), Box.Height())};
+  const bool HasWidth = IsGiven(Drawing, u"width", Drawing.WidthU());
+  const bool HasHeight = IsGiven(Drawing, u"height", Drawing.HeightU());
+  TRectF Box = Drawing.ViewBox().GetRect();
+  if (!Drawing.ViewBox().ViewBoxSpecified() && !(HasWidth && HasHeight)) {
+    // A share of nothing is no size, and without one the root takes that of its content.
+    if (!HasWidth) Drawing.SetWidth(0);
+    if (!HasHeight) Drawing.SetHeight(0);
+    Box = Drawing.GetBoundsRect();
+  }
+  return {HasWidth ? Drawing.GetWidth() : Box.Width(),
+          HasHeight ? Drawing.GetHeight() : Box.Height()};
 }
 
 TPoint PixelSize(TSizeF Natural, const PictureSize& Wanted) {
@@ -57,7 +72,7 @@ TPoint PixelSize(TSizeF Natural, const PictureSize& Wanted) {
 TSVGGraphicElement& GraphicElementByID(TSVGDocument& Drawing, const std::string& ID) {
   std::string_view Name = ID;
   if (Name.starts_with('#')) Name.remove_prefix(1);
-  TSVGElement* Found = Drawing.FindElement(FromUtf8(Name));
+  TSVGElement* Found = FindInAll(Drawing, FromUtf8(Name));
   TSVGGraphicElement* Element = Found ? Found->AsGraphicElement() : nullptr;
   if (!Element) throw ESVGException(u"There is no graphic element %s", {FromUtf8(ID)});
   return *Element;
@@ -68,20 +83,28 @@ TRectF BoxOfElement(TSVGDocument& Drawing, TSVGGraphicElement& Element) {
   if (!Parent || Parent == &Drawing) return Element.GetBoundsRect(QXIdentityMatrix);
   // The root's own transformation is part of the view and not of what it holds.
   TMatrix Above = QXIdentityMatrix;
-  for (TSVGGraphicElement* E = Parent; E && E != &Drawing; E = E->GetGraphicParent())
+  for (TSVGGraphicElement* E = Parent; E && E != &Drawing; E = E->GetGraphicParent()) {
     Above = QXMatrixMultiply(Above, E->Matrix());
+    if (E->AsCustomViewBox()) Above = QXMatrixMultiply(Above, E->GetViewMatrix(E->GetBoundsRect()));
+  }
   return Element.GetBoundsRect(Above);
 }
 
 std::uint32_t ParseBackground(const std::string& Text) {
+  if (Text == "transparent") return 0;
   bool IsNone = false, Inherit = false;
   const String Name = FromUtf8(Text);
-  // Two defaults that differ tell a colour from a text that is none.
-  const TQXGPColor First = ParseColor(Name, 1, IsNone, Inherit, 0);
-  const TQXGPColor Second = ParseColor(Name, 2, IsNone, Inherit, 0);
-  if (IsNone) return 0;
-  if (First != Second) throw ESVGException(u"%s is no colour", {Name});
-  return First;
+  const ESVGException Refusal(u"%s is no colour", {Name});
+  try {
+    // Two defaults that differ tell a colour from a text that is none.
+    const TQXGPColor First = ParseColor(Name, 1, IsNone, Inherit, 0);
+    const TQXGPColor Second = ParseColor(Name, 2, IsNone, Inherit, 0);
+    if (IsNone) return 0;
+    if (First != Second) throw Refusal;
+    return First;
+  } catch (const EConvertError&) {
+    throw Refusal;
+  }
 }
 
 String CodecFor(const std::string& NameOrFile) {

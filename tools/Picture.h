@@ -25,14 +25,16 @@ struct PictureSize {
 };
 
 // What the root says about its size, in pixels: its width and height, or the view box where they
-// are missing or percentages.
+// are missing or percentages. Where there is none either, it is that of the content, and the root
+// is made to show all of this.
 TSizeF NaturalSize(TSVGDocument& Drawing);
 
 // The pixels of a picture of something of that natural size; broken pixels count as whole. Raises
 // ESVGException for a size that is none or over the limit of bitmaps.
 TPoint PixelSize(TSizeF Natural, const PictureSize& Wanted);
 
-// The element of that identifier; raises ESVGException when there is none that can be drawn.
+// The element of that identifier, in nested drawings too; raises ESVGException when there is none
+// that can be drawn.
 TSVGGraphicElement& GraphicElementByID(TSVGDocument& Drawing, const std::string& ID);
 
 // The box of an element in the user space of the root's content.

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <mutex>
 #include <thread>
 
@@ -27,7 +28,9 @@ namespace fs = std::filesystem;
 
 struct RenderOptions {
   std::vector<std::string> Files;
-  std::string Output, ExportID, Format, StyleSheet, Languages, Background;
+  std::string Output, ExportID, Format, StyleSheet, Languages;
+  // Transparent without one.
+  TQXGPColor Background = 0;
   PictureSize Size;
   double DPI = 96;
   int Quality = -1;
@@ -37,6 +40,8 @@ struct RenderOptions {
 
 struct Job {
   std::string Input, Output;
+  // The input whose picture has the same name; empty where there is none.
+  std::string Rival;
 };
 
 class Stopwatch {
@@ -73,11 +78,10 @@ void ApplyStyleSheet(TSVGDocument& Drawing, const std::string& File) {
 // Draws the whole drawing over the whole picture, or one element alone with its box over it.
 void Draw(TSVGDocument& Drawing, const RenderOptions& Options, TQXGPBitmap& Picture) {
   const TSizeF Natural = NaturalSize(Drawing);
-  const TQXGPColor Paper = Options.Background.empty() ? 0 : ParseBackground(Options.Background);
   const auto Prepare = [&](TSizeF Size) {
     const TPoint Pixels = PixelSize(Size, Options.Size);
     Picture.SetSize(Pixels.X, Pixels.Y);
-    if (Paper != 0) Picture.Clear(Paper);
+    if (Options.Background != 0) Picture.Clear(Options.Background);
     return QXRect(0, 0, static_cast<float>(Pixels.X), static_cast<float>(Pixels.Y));
   };
   if (Options.ExportID.empty()) {
@@ -116,6 +120,8 @@ void Write(const TQXGPBitmap& Picture, const RenderOptions& Options, const std::
 }
 
 std::string RenderOne(const Job& Work, const RenderOptions& Options) {
+  if (!Work.Rival.empty())
+    throw ESVGException(u"Its picture would take the name of that of %s", {FromUtf8(Work.Rival)});
   Stopwatch Watch;
   TSVGDocument Drawing;
   Configure(Drawing, Options);
@@ -137,27 +143,43 @@ std::string ExtensionFor(const std::string& Format) {
   return "." + (Format.empty() ? "png" : Format);
 }
 
+bool IsDrawing(const std::string& File) {
+  const fs::path Extension = fs::path(File).extension();
+  return Extension == ".svg" || Extension == ".svgz";
+}
+
+std::vector<Job> PlanForDirectory(const RenderOptions& Options, const std::string& Extension) {
+  std::error_code Failure;
+  fs::create_directories(Options.Output, Failure);
+  if (Failure)
+    throw ESVGException(u"%s: %s", {FromUtf8(Options.Output), FromUtf8(Failure.message())});
+  std::vector<Job> Jobs;
+  std::map<std::string, std::string> Taken;  // pictures and their drawings
+  for (const std::string& File : Options.Files) {
+    const std::string Stem = File == "-" ? "stdin" : fs::path(File).stem().string();
+    const std::string Output = (fs::path(Options.Output) / (Stem + Extension)).string();
+    const auto [Entry, IsFirst] = Taken.try_emplace(Output, File);
+    Jobs.push_back({File, Output, IsFirst ? std::string() : Entry->second});
+  }
+  return Jobs;
+}
+
 // What goes where: IN OUT; or IN -o FILE; or many files into a directory, which -o names.
 std::vector<Job> Plan(const RenderOptions& Options) {
   const auto& Files = Options.Files;
   const std::string Extension = ExtensionFor(Options.Format);
   if (Options.Output.empty()) {
-    if (Files.size() > 2)
+    // A second drawing was hardly meant to become the picture of the first.
+    if (Files.size() > 2 || (Files.size() == 2 && IsDrawing(Files[1])))
       throw CLI::ValidationError("FILES", "several drawings need --output with a directory");
-    if (Files.size() == 2) return {{Files[0], Files[1]}};
-    if (Files[0] == "-") return {{"-", "-"}};
-    return {{Files[0], fs::path(Files[0]).replace_extension(Extension).string()}};
+    if (Files.size() == 2) return {{Files[0], Files[1], {}}};
+    if (Files[0] == "-") return {{"-", "-", {}}};
+    return {{Files[0], fs::path(Files[0]).replace_extension(Extension).string(), {}}};
   }
   const bool IsDirectory =
       Files.size() > 1 || fs::is_directory(Options.Output) || Options.Output.ends_with('/');
-  if (!IsDirectory) return {{Files[0], Options.Output}};
-  fs::create_directories(Options.Output);
-  std::vector<Job> Jobs;
-  for (const std::string& File : Files) {
-    const std::string Stem = File == "-" ? "stdin" : fs::path(File).stem().string();
-    Jobs.push_back({File, (fs::path(Options.Output) / (Stem + Extension)).string()});
-  }
-  return Jobs;
+  if (!IsDirectory) return {{Files[0], Options.Output, {}}};
+  return PlanForDirectory(Options, Extension);
 }
 
 // One drawing a worker; a failure is told and the others go on.
@@ -172,7 +194,7 @@ int RunAll(const std::vector<Job>& Jobs, const RenderOptions& Options) {
       try {
         Report = RenderOne(Jobs[I], Options);
       } catch (const std::exception& Error) {
-        Report = Jobs[I].Input + ": " + CauseOf(Error);
+        Report = ReportOf(Jobs[I].Input, Error);
         Status = 1;
       }
       const std::lock_guard Lock(Console);
@@ -204,17 +226,25 @@ void Add(CLI::App& App, int& Status) {
   Command->add_option("-o,--output", O.Output,
                       "The picture's file, or the directory for several drawings");
   Command->add_option("-j,--jobs", O.Jobs, "Drawings at a time; 0 takes one for each processor");
-  Command->add_option("-w,--width", O.Size.Width, "Width in pixels")->check(CLI::PositiveNumber);
-  Command->add_option("-h,--height", O.Size.Height, "Height in pixels")->check(CLI::PositiveNumber);
+  Command->add_option("-w,--width", O.Size.Width, "Width in pixels")->check(PositiveNumber());
+  Command->add_option("-h,--height", O.Size.Height, "Height in pixels")->check(PositiveNumber());
   Command->add_option("-z,--zoom", O.Size.Zoom, "Factor on the drawing's own size")
-      ->check(CLI::PositiveNumber);
+      ->check(PositiveNumber());
   Command->add_flag("-a,--keep-aspect-ratio", O.Size.KeepAspectRatio,
                     "Fits the picture into the width and height");
   Command->add_option("-d,--dpi", O.DPI, "Pixels per inch of absolute units")
       ->check(CLI::Range(10.0, 100000.0))
       ->capture_default_str();
-  Command->add_option("-b,--background,--background-color", O.Background,
-                      "Colour under the drawing; none without it");
+  Command->add_option_function<std::string>(
+      "-b,--background,--background-color",
+      [&O](const std::string& Text) {
+        try {
+          O.Background = ParseBackground(Text);
+        } catch (const std::exception& Error) {
+          throw CLI::ValidationError("--background", Error.what());
+        }
+      },
+      "Colour under the drawing; none without it");
   Command->add_option("-i,--export-id", O.ExportID, "Draws the element of this identifier alone");
   Command->add_option("-f,--format", O.Format, "png, jpeg or webp; else by the file's extension")
       ->check(CLI::IsMember({"png", "jpeg", "webp"}));

@@ -1,6 +1,7 @@
 // The qxsvg command.
 #include <CLI/CLI.hpp>
 
+#include <cmath>
 #include <cstdio>
 
 #include "tools/Commands.h"
@@ -10,6 +11,16 @@ namespace qxsvg::tools {
 std::map<std::string, AddCommand>& Commands() {
   static std::map<std::string, AddCommand> Known;
   return Known;
+}
+
+// The library's own tells the greatest number there is in the message.
+CLI::Validator PositiveNumber() {
+  const auto Check = [](const std::string& Text) {
+    double Value = 0;
+    const bool IsNumber = CLI::detail::lexical_cast(Text, Value);
+    return IsNumber && Value > 0 && std::isfinite(Value) ? "" : Text + " is no number above 0";
+  };
+  return CLI::Validator(Check, "POSITIVE");
 }
 
 }  // namespace qxsvg::tools

@@ -40,10 +40,15 @@ TEST(Render, SizesFollowTheOptions) {
   };
   constexpr std::string_view Percent = "<svg width='100%' viewBox='0 0 33 11'/>";
   constexpr std::string_view Plain = "<svg width='40' height='20'/>";
+  constexpr std::string_view Sizeless = "<svg><rect x='5' y='6' width='20' height='30'/></svg>";
+  constexpr std::string_view Share =
+      "<svg width='100%' height='100%'><rect x='5' y='6' width='20' height='30'/></svg>";
   const Case Cases[] = {
       {"", Sample, 31, 192},
       {"", Percent, 33, 11},
       {"", Plain, 40, 20},
+      {"", Sizeless, 20, 30},
+      {"", Share, 20, 30},
       {"-d 48", Sample, 31, 96},
       {"-w 100", Plain, 100, 50},
       {"--height 100", Plain, 200, 100},
@@ -73,9 +78,12 @@ TEST(Render, OptionsReachThePicture) {
   constexpr std::string_view Rect = "<svg width='8' height='8'><rect width='8' height='8'/></svg>";
   const Case Cases[] = {
       {"", "<svg width='8' height='8'/>", 0},
+      {"-b transparent", "<svg width='8' height='8'/>", 0},
       {"-b '#102030'", "<svg width='8' height='8'/>", 0xFF102030},
       {"", Rect, 0xFF000000},
       {"-s " + Quoted(Rules), Rect, 0xFF0000FF},
+      // What has no size of its own is all in the picture.
+      {"", "<svg width='100%'><rect x='90' y='90' width='9' height='9'/></svg>", 0xFF000000},
       // Icons count on black for the colour that nobody set.
       {"", "<svg width='8' height='8'><rect width='8' height='8' fill='currentColor'/></svg>",
        0xFF000000},
@@ -111,6 +119,22 @@ TEST(Render, ManyFilesGoOnAfterABadOne) {
   EXPECT_FALSE(std::filesystem::exists(Target + "/bad.png"));
 }
 
+TEST(Render, NoFileIsOverwrittenByMistake) {
+  const TScratchFolder Folder;
+  std::filesystem::create_directories(Folder.Path() / "a");
+  const std::string First = Folder.Add("x.svg", Sample), Second = Folder.Add("a/x.svg", Sample),
+                    Target = (Folder.Path() / "out").string();
+  // Pictures of one name: the first stands.
+  const TRunResult Many =
+      Qxsvg("render " + Quoted(First) + " " + Quoted(Second) + " -o " + Quoted(Target));
+  EXPECT_EQ(Many.Status, 1);
+  EXPECT_EQ(Many.Errors.find(Second + ": "), 0u) << Many.Errors;
+  EXPECT_TRUE(std::filesystem::exists(Target + "/x.png"));
+  // Two drawings are not a drawing and its picture.
+  EXPECT_EQ(Qxsvg("render -f png " + Quoted(First) + " " + Quoted(Second)).Status, 2);
+  EXPECT_EQ(FileText(Second), Sample);
+}
+
 TEST(Render, AFailureKeepsThePictureThatWasThere) {
   const TScratchFolder Folder;
   const std::string Old = Folder.Add("old.png", "kept");
@@ -120,6 +144,8 @@ TEST(Render, AFailureKeepsThePictureThatWasThere) {
     const TRunResult Drawn = Qxsvg(Arguments, Sample);
     EXPECT_EQ(Drawn.Status, 1) << Arguments;
     EXPECT_EQ(std::count(Drawn.Errors.begin(), Drawn.Errors.end(), '\n'), 1) << Drawn.Errors;
+    // The file is named once, whoever names it.
+    EXPECT_EQ(Drawn.Errors.rfind("/nowhere.svg"), Drawn.Errors.find("/nowhere.svg"));
     EXPECT_EQ(FileText(Old), "kept");
   }
 }
@@ -134,6 +160,11 @@ TEST(BoundsCommand, PrintsBoxesInTheSpaceOfTheDrawing) {
   EXPECT_EQ(Qxsvg("bounds - r", Sample).Output, "r\t2\t4\t5\t5\n");
   EXPECT_EQ(Qxsvg("bounds -", Sample).Output, "g\t2\t4\t5\t5\nr\t2\t4\t5\t5\n");
   EXPECT_EQ(Qxsvg("bounds - nothing", Sample).Status, 1);
+  constexpr std::string_view Nested =
+      "<svg viewBox='0 0 99 99'><svg x='50' width='20' height='20' viewBox='0 0 10 10'>"
+      "<g transform='translate(1 0)'><rect id='n' width='3' height='4'/></g></svg></svg>";
+  EXPECT_EQ(Qxsvg("bounds - n", Nested).Output, "n\t52\t0\t6\t8\n");
+  EXPECT_EQ(Qxsvg("bounds -", Nested).Output, "n\t52\t0\t6\t8\n");
 }
 
 }  // namespace
