@@ -1,6 +1,7 @@
 #include "adapters/images/PngFilters.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 
@@ -12,9 +13,12 @@ namespace {
 // all.
 enum TFilter : std::uint8_t { fiNone = 0, fiSub = 1, fiUp = 2, fiPaeth = 4 };
 
-// Each filter is a loop over independent bytes, which the compiler turns into vectors. A is the
-// byte one pixel to the left, B the one above, C the one above A.
+// Rows are filtered in blocks of a fixed size, which the compiler turns into vectors. The most that
+// a block costs, two a byte, fits a byte.
+constexpr std::size_t Block = 96;
+using TBlock = std::array<std::uint8_t, Block>;
 
+// A is the byte one pixel to the left, B the one above, C the one above A.
 inline std::uint8_t Paeth(std::uint8_t A, std::uint8_t B, std::uint8_t C) {
   const auto Distance = [](int X, int Y) {
     return static_cast<std::int16_t>(X < Y ? Y - X : X - Y);
@@ -25,76 +29,80 @@ inline std::uint8_t Paeth(std::uint8_t A, std::uint8_t B, std::uint8_t C) {
 }
 
 template <TFilter Kind>
-void FilterBytes(const std::uint8_t* __restrict Row, const std::uint8_t* __restrict Prior,
-                 std::uint8_t* __restrict Target, std::size_t Count, std::size_t PixelSize) {
-  const auto Predict = [](std::uint8_t A, std::uint8_t B, std::uint8_t C) -> std::uint8_t {
-    if constexpr (Kind == fiSub) return A;
-    if constexpr (Kind == fiUp) return B;
-    if constexpr (Kind == fiPaeth) return Paeth(A, B, C);
-    return 0;
-  };
-  for (std::size_t I = 0; I < PixelSize; ++I)
-    Target[I] = static_cast<std::uint8_t>(Row[I] - Predict(0, Prior[I], 0));
-  for (std::size_t I = PixelSize; I < Count; ++I)
-    Target[I] = static_cast<std::uint8_t>(
-        Row[I] - Predict(Row[I - PixelSize], Prior[I], Prior[I - PixelSize]));
+void FilterBlock(const std::uint8_t* Row, const std::uint8_t* Prior, std::size_t PixelSize,
+                 TBlock& Out) {
+  TBlock X, A, B, C;
+  std::memcpy(X.data(), Row, Block);
+  std::memcpy(A.data(), Row - PixelSize, Block);
+  std::memcpy(B.data(), Prior, Block);
+  std::memcpy(C.data(), Prior - PixelSize, Block);
+  for (std::size_t I = 0; I < Block; ++I) {
+    std::uint8_t Guess = 0;
+    if constexpr (Kind == fiSub) Guess = A[I];
+    if constexpr (Kind == fiUp) Guess = B[I];
+    if constexpr (Kind == fiPaeth) Guess = Paeth(A[I], B[I], C[I]);
+    Out[I] = static_cast<std::uint8_t>(X[I] - Guess);
+  }
 }
 
 // How much there is to code: bytes that are not zero, and bytes that differ from those of the pixel
 // before. Drawings are made of repetition, which this finds better than the sum of the differences
 // that is usual for photographs.
-std::size_t Cost(const std::uint8_t* Bytes, std::size_t Count, std::size_t PixelSize) {
-  // In blocks whose count fits a byte, so that a vector holds many.
-  constexpr std::size_t Block = 127;
-  std::size_t Total = 0;
-  for (std::size_t I = 0; I < PixelSize; ++I) Total += Bytes[I] != 0;
-  for (std::size_t First = PixelSize; First < Count; First += Block) {
-    const std::size_t Last = std::min(First + Block, Count);
-    std::uint8_t Sum = 0;
-    for (std::size_t I = First; I < Last; ++I)
-      Sum = static_cast<std::uint8_t>(Sum + (Bytes[I] != 0) + (Bytes[I] != Bytes[I - PixelSize]));
-    Total += Sum;
-  }
-  return Total;
+std::size_t Cost(const TBlock& Bytes, std::size_t PixelSize) {
+  TBlock Before{};
+  std::memcpy(Before.data() + PixelSize, Bytes.data(), Block - PixelSize);
+  std::memcpy(Before.data(), Bytes.data(), PixelSize);
+  std::uint8_t Sum = 0;
+  for (std::size_t I = 0; I < Block; ++I)
+    Sum = static_cast<std::uint8_t>(Sum + (Bytes[I] != 0) + (Bytes[I] != Before[I]));
+  return Sum;
 }
+
+struct TCandidate {
+  TFilter Kind;
+  void (*Filter)(const std::uint8_t* Row, const std::uint8_t* Prior, std::size_t PixelSize,
+                 TBlock& Out);
+};
+// The simpler ones first.
+constexpr TCandidate Candidates[] = {{fiNone, &FilterBlock<fiNone>},
+                                     {fiSub, &FilterBlock<fiSub>},
+                                     {fiUp, &FilterBlock<fiUp>},
+                                     {fiPaeth, &FilterBlock<fiPaeth>}};
 
 }  // namespace
 
 TPngFilters::TPngFilters(std::size_t RowSize, std::size_t PixelSize)
     : FRowSize(RowSize), FPixelSize(PixelSize) {
-  for (auto& Scratch : FScratch) Scratch.resize(RowSize);
+  FRow.resize(Lead + (RowSize + Block - 1) / Block * Block);
+  FPrior.resize(FRow.size());
 }
 
-void TPngFilters::Filter(const std::uint8_t* Row, const std::uint8_t* Prior, std::uint8_t* Target) {
-  // Rows that repeat are most of a drawing.
-  if (std::memcmp(Row, Prior, FRowSize) == 0) {
-    Target[0] = fiUp;
-    std::memset(Target + 1, 0, FRowSize);
-    return;
-  }
-  using TFunction =
-      void (*)(const std::uint8_t*, const std::uint8_t*, std::uint8_t*, std::size_t, std::size_t);
-  struct TCandidate {
-    TFilter Kind;
-    TFunction Filter;
-  };
-  constexpr TCandidate Candidates[] = {{fiNone, &FilterBytes<fiNone>},
-                                       {fiSub, &FilterBytes<fiSub>},
-                                       {fiUp, &FilterBytes<fiUp>},
-                                       {fiPaeth, &FilterBytes<fiPaeth>}};
+void TPngFilters::Repeat(std::uint8_t* Target) const {
+  Target[0] = fiUp;
+  std::memset(Target + 1, 0, FRowSize);
+}
+
+void TPngFilters::Filter(std::uint8_t* Target) {
+  const std::uint8_t* Row = FRow.data() + Lead;
+  const std::uint8_t* Prior = FPrior.data() + Lead;
+  std::array<std::size_t, std::size(Candidates)> Costs{};
+  TBlock Out;
+  for (std::size_t At = 0; At < FRowSize; At += Block)
+    // Where nothing changes any of them does; most of a drawing is like that.
+    if (std::memcmp(Row + At, Prior + At, Block) != 0 ||
+        std::memcmp(Row + At, Row + At - FPixelSize, Block) != 0)
+      for (std::size_t I = 0; I < Costs.size(); ++I) {
+        Candidates[I].Filter(Row + At, Prior + At, FPixelSize, Out);
+        Costs[I] += Cost(Out, FPixelSize);
+      }
   // Where two cost the same the simpler one, whose bytes are likelier to repeat, is taken.
-  std::size_t BestCost = std::numeric_limits<std::size_t>::max();
-  std::uint8_t* Best = FScratch[0].data();
-  std::uint8_t* Other = FScratch[1].data();
-  for (const TCandidate& Candidate : Candidates) {
-    Candidate.Filter(Row, Prior, Other, FRowSize, FPixelSize);
-    const std::size_t OtherCost = Cost(Other, FRowSize, FPixelSize);
-    if (OtherCost >= BestCost) continue;
-    BestCost = OtherCost;
-    Target[0] = Candidate.Kind;
-    std::swap(Best, Other);
+  const TCandidate& Best = Candidates[std::min_element(Costs.begin(), Costs.end()) - Costs.begin()];
+  *Target++ = Best.Kind;
+  for (std::size_t At = 0; At < FRowSize; At += Block) {
+    Best.Filter(Row + At, Prior + At, FPixelSize, Out);
+    std::memcpy(Target + At, Out.data(), std::min(Block, FRowSize - At));
   }
-  std::memcpy(Target + 1, Best, FRowSize);
+  Skip();
 }
 
 }  // namespace qxsvg::images

@@ -3,14 +3,14 @@
 #include <libdeflate.h>
 
 #include <algorithm>
-#include <array>
+#include <cstring>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "adapters/images/Formats.h"
 #include "adapters/images/PngFilters.h"
+#include "adapters/images/PngPicture.h"
 
 namespace qxsvg::images {
 
@@ -22,134 +22,6 @@ constexpr int PlainLevel = 5, FilteredLevel = 6;
 // What the choice between the two is tried with.
 constexpr int TrialLevel = 1;
 constexpr int FirstLevel = 1, LastLevel = 12;
-
-enum TColorType : std::uint8_t { ctGray = 0, ctColor = 2, ctPalette = 3, ctColorAlpha = 6 };
-
-// The colours of a picture, as long as a palette can hold them.
-class TPalette {
- public:
-  // The pixel's index, or nothing when that is a colour too many. Colours get their index in the
-  // order of coming.
-  std::optional<std::uint8_t> Add(std::uint32_t Pixel) {
-    std::size_t Slot = (Pixel * 0x9E3779B1u) >> (32 - SlotBits);
-    for (; FIndices[Slot] != NoIndex; Slot = (Slot + 1) % FIndices.size())
-      if (FColors[FIndices[Slot]] == Pixel) return static_cast<std::uint8_t>(FIndices[Slot]);
-    if (FColors.size() == 256) return std::nullopt;
-    FIndices[Slot] = static_cast<std::uint16_t>(FColors.size());
-    FColors.push_back(Pixel);
-    return static_cast<std::uint8_t>(FIndices[Slot]);
-  }
-  const std::vector<std::uint32_t>& Colors() const { return FColors; }
-
-  TPalette() { FIndices.fill(NoIndex); }
-
- private:
-  static constexpr int SlotBits = 10;
-  static constexpr std::uint16_t NoIndex = 0xFFFF;
-  std::array<std::uint16_t, 1 << SlotBits> FIndices;
-  std::vector<std::uint32_t> FColors;
-};
-
-struct TPicture {
-  TQXConstPixels Pixels;
-  TColorType Type = ctColorAlpha;
-  int Depth = 8;  // bits of a channel or index
-  TPalette Palette;
-
-  std::size_t Channels() const { return Type == ctColorAlpha ? 4 : Type == ctColor ? 3 : 1; }
-  std::size_t RowSize() const {
-    return (static_cast<std::size_t>(Pixels.Width) * Channels() * static_cast<std::size_t>(Depth) +
-            7) /
-           8;
-  }
-};
-
-// Finds the smallest kind of PNG that holds every pixel as it is.
-void Analyse(TPicture& Picture) {
-  std::uint32_t AllAlpha = 0xFF;
-  bool IsGray = true, IsIndexed = true;
-  for (std::int32_t Y = 0; Y < Picture.Pixels.Height; ++Y) {
-    const std::uint32_t* Row = Picture.Pixels.Row(Y);
-    std::uint32_t Alphas = 0xFF000000, Differences = 0;
-    for (std::int32_t X = 0; X < Picture.Pixels.Width; ++X) {
-      Alphas &= Row[X];
-      Differences |= (Row[X] ^ Row[X] >> 8) & 0xFFFF;
-    }
-    AllAlpha &= Alphas >> 24;
-    IsGray = IsGray && Differences == 0;
-    if (!IsIndexed) {
-      if (AllAlpha != 0xFF) break;  // nothing is left to find out
-      continue;
-    }
-    std::uint32_t Last = ~Row[0];
-    for (std::int32_t X = 0; X < Picture.Pixels.Width && IsIndexed; ++X) {
-      if (Row[X] == Last) continue;
-      Last = Row[X];
-      IsIndexed = Picture.Palette.Add(Last).has_value();
-    }
-  }
-  const bool IsOpaque = AllAlpha == 0xFF;
-  const std::size_t Colors = Picture.Palette.Colors().size();
-  if (IsIndexed && Colors <= 16) {
-    Picture.Type = ctPalette;
-    Picture.Depth = Colors <= 2 ? 1 : Colors <= 4 ? 2 : 4;
-  } else if (IsGray && IsOpaque) {
-    Picture.Type = ctGray;
-  } else if (IsIndexed) {
-    Picture.Type = ctPalette;
-  } else {
-    Picture.Type = IsOpaque ? ctColor : ctColorAlpha;
-  }
-}
-
-void PackIndices(TPicture& Picture, const std::uint32_t* Row, std::uint8_t* Target) {
-  std::fill_n(Target, Picture.RowSize(), std::uint8_t{0});
-  const int PerByte = 8 / Picture.Depth;
-  std::uint32_t Last = ~Row[0];
-  std::uint8_t Index = 0;
-  for (std::int32_t X = 0; X < Picture.Pixels.Width; ++X) {
-    if (Row[X] != Last) Index = *Picture.Palette.Add(Last = Row[X]);
-    const int Shift = 8 - Picture.Depth * (X % PerByte + 1);
-    Target[X / PerByte] = static_cast<std::uint8_t>(Target[X / PerByte] | Index << Shift);
-  }
-}
-
-// Nearly all pixels are opaque or clear and only change the order of their bytes, which is a loop
-// that the compiler turns into vectors; the edges come after.
-void PackColorAlpha(const std::uint32_t* Row, std::size_t Count, std::uint8_t* Target) {
-  const auto Put = [Target](std::size_t X, TQXGPColor Color) {
-    Target[X * 4] = static_cast<std::uint8_t>(Color >> 16);
-    Target[X * 4 + 1] = static_cast<std::uint8_t>(Color >> 8);
-    Target[X * 4 + 2] = static_cast<std::uint8_t>(Color);
-    Target[X * 4 + 3] = static_cast<std::uint8_t>(Color >> 24);
-  };
-  for (std::size_t X = 0; X < Count; ++X) Put(X, Row[X]);
-  for (std::size_t X = 0; X < Count; ++X) {
-    const std::uint32_t Alpha = Row[X] >> 24;
-    if (Alpha != 0 && Alpha != 255) Put(X, QXUnpremultiply(Row[X]));
-  }
-}
-
-// One row as the file holds it before filtering.
-void PackRow(TPicture& Picture, std::int32_t Y, std::uint8_t* Target) {
-  const std::uint32_t* Row = Picture.Pixels.Row(Y);
-  const std::int32_t Width = Picture.Pixels.Width;
-  const auto Byte = [](std::uint32_t Bits) { return static_cast<std::uint8_t>(Bits); };
-  switch (Picture.Type) {
-    case ctPalette: return PackIndices(Picture, Row, Target);
-    case ctGray:
-      for (std::int32_t X = 0; X < Width; ++X) Target[X] = Byte(Row[X]);
-      return;
-    case ctColor:
-      for (std::int32_t X = 0; X < Width; ++X, Target += 3) {
-        Target[0] = Byte(Row[X] >> 16);
-        Target[1] = Byte(Row[X] >> 8);
-        Target[2] = Byte(Row[X]);
-      }
-      return;
-    case ctColorAlpha: return PackColorAlpha(Row, static_cast<std::size_t>(Width), Target);
-  }
-}
 
 struct TFreeCompressor {
   void operator()(libdeflate_compressor* Compressor) const {
@@ -183,25 +55,31 @@ struct TBands {
   std::int32_t Count, BandSize, Step;
 };
 
-TRawBytes Rows(TPicture& Picture, const TBands& Bands, bool IsFiltered) {
+TRawBytes Rows(TPngPicture& Picture, const TBands& Bands, bool IsFiltered) {
   const std::size_t RowSize = Picture.RowSize();
   TRawBytes Result((RowSize + 1) * static_cast<std::size_t>(Bands.Count) *
                    static_cast<std::size_t>(Bands.BandSize));
   TPngFilters Filters(RowSize, Picture.Channels());
-  TBytes Row(RowSize), Prior(RowSize);
   std::uint8_t* Target = Result.Bytes.get();
   for (std::int32_t Band = 0; Band < Bands.Count; ++Band) {
     const std::int32_t First = Band * Bands.Step;
-    if (IsFiltered && First > 0) PackRow(Picture, First - 1, Prior.data());
+    if (IsFiltered && First > 0) {
+      Picture.Pack(First - 1, Filters.Row());
+      Filters.Skip();
+    }
     for (std::int32_t Y = First; Y < First + Bands.BandSize; ++Y, Target += RowSize + 1) {
-      if (!IsFiltered) {
+      const bool IsRepeated = Picture.IsRepeated(Y);
+      if (IsFiltered && IsRepeated) {
+        Filters.Repeat(Target);
+      } else if (IsFiltered) {
+        Picture.Pack(Y, Filters.Row());
+        Filters.Filter(Target);
+      } else if (IsRepeated && Y > First) {
+        std::memcpy(Target, Target - (RowSize + 1), RowSize + 1);
+      } else {
         *Target = 0;
-        PackRow(Picture, Y, Target + 1);
-        continue;
+        Picture.Pack(Y, Target + 1);
       }
-      PackRow(Picture, Y, Row.data());
-      Filters.Filter(Row.data(), Prior.data(), Target);
-      Row.swap(Prior);
     }
   }
   return Result;
@@ -209,11 +87,11 @@ TRawBytes Rows(TPicture& Picture, const TBands& Bands, bool IsFiltered) {
 
 // Whether filtering makes the picture smaller, tried out on a part of it. Drawings of flat colours
 // are mostly better off without, those with gradients and photographs with it.
-bool NeedsFilters(TPicture& Picture) {
+bool NeedsFilters(TPngPicture& Picture) {
   // Differences of indices mean nothing.
-  if (Picture.Type == ctPalette) return false;
+  if (Picture.Type() == ctPalette) return false;
   constexpr std::int32_t BandSize = 8, Step = 64;
-  const std::int32_t Height = Picture.Pixels.Height;
+  const std::int32_t Height = Picture.Height();
   const TBands Sample =
       Height < 4 * Step ? TBands{1, Height, Height} : TBands{Height / Step, BandSize, Step};
   return Compress(Rows(Picture, Sample, true), TrialLevel).Size <
@@ -255,9 +133,7 @@ void WritePalette(TStream& Target, const std::vector<std::uint32_t>& Pixels) {
 }  // namespace
 
 void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
-  TPicture Picture;
-  Picture.Pixels = Pixels;
-  Analyse(Picture);
+  TPngPicture Picture(Pixels);
   const bool IsFiltered = NeedsFilters(Picture);
   const int UsualLevel = IsFiltered ? FilteredLevel : PlainLevel;
   const int Level =
@@ -268,11 +144,11 @@ void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
   TBytes Header;
   AppendNumber(Header, static_cast<std::uint32_t>(Pixels.Width));
   AppendNumber(Header, static_cast<std::uint32_t>(Pixels.Height));
-  const std::uint8_t Kind[] = {static_cast<std::uint8_t>(Picture.Depth), Picture.Type, 0, 0, 0};
+  const std::uint8_t Kind[] = {static_cast<std::uint8_t>(Picture.Depth()), Picture.Type(), 0, 0, 0};
   Header.insert(Header.end(), std::begin(Kind), std::end(Kind));
   Target.WriteBytes(BytesOf("\x89PNG\r\n\x1A\n"));
   WriteChunk(Target, "IHDR", Header);
-  if (Picture.Type == ctPalette) WritePalette(Target, Picture.Palette.Colors());
+  if (Picture.Type() == ctPalette) WritePalette(Target, Picture.Colors());
   WriteChunk(Target, "IDAT", {Stream.Bytes.get(), Stream.Size});
   WriteChunk(Target, "IEND", {});
 }
