@@ -1,12 +1,14 @@
 // The style sheet of a document: reading its rules, and the cascade.
 #include "document/Document.h"
 #include "document/Style.h"
+#include "document/TreeWalk.h"
 #include "document/XML.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
 #include "foundation/Parsers.h"
 #include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
+#include "shapes/Reference.h"
 
 namespace qxsvg {
 
@@ -53,13 +55,33 @@ TSVGStyle* TSVGDocument::DoAddStyle(StringView Selector, StringView Style) {
   return Held ? *Held : nullptr;
 }
 
+namespace {
+
+// What it takes to match one token against an element, in usual elements: long lists of classes and
+// long texts are searched from end to end.
+std::int64_t MatchingCost(const TSVGElement& Element) {
+  constexpr std::size_t UsualClasses = 8, UsualUnits = 128;
+  std::size_t Units = Element.ID().size();
+  for (const String& Class : Element.Classes()) Units += Class.size();
+  const auto Classes = static_cast<std::size_t>(Element.Classes().Count());
+  return static_cast<std::int64_t>(1 + Classes / UsualClasses + Units / UsualUnits);
+}
+
+}  // namespace
+
 void TSVGDocument::ApplyStyles() {
   std::int64_t Tokens = 0;
   FStyles.ForEach([&Tokens](const auto& Entry) {
     if (Entry.FValue->Enabled())
       Tokens += static_cast<std::int64_t>(Entry.FValue->SelectorTokens().size());
   });
-  if (Tokens * FAllItems.Count() > Limits::StyleMatches) throw ESVGException(SStyleMatchLimit);
+  std::int64_t Elements = 0;
+  if (Tokens > 0)
+    FAllItems.ForEach([&](const auto& Entry) { Elements += MatchingCost(*Entry.FValue); });
+  if (Elements > 0 && Tokens > Limits::StyleMatches / Elements)
+    throw ESVGException(SStyleMatchLimit);
+  const TTreeWalk Walk(*this);
+  const TSearchScope Searches;
   const TUpdateLock Lock(*this);
   // The element `svg` is styled by its own sheet first, and then, like every element, by that of
   // the document around it; a root is so styled from its own attributes twice.

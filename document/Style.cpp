@@ -252,9 +252,8 @@ void TSVGStyle::SetName(StringView Value) {
   Change();
 }
 
-const TSVGSelectorTokens& TSVGStyle::SelectorTokens() const {
-  if (!FSelector) FSelector = std::make_unique<TSVGSelectorTokens>(TokenizeSelector(FName));
-  return *FSelector;
+void TSVGStyle::ReadSelector() const {
+  FSelector = std::make_unique<TSVGSelectorTokens>(TokenizeSelector(FName));
 }
 
 void TSVGStyle::SetEnabled(bool Value) {

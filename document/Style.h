@@ -82,7 +82,10 @@ class QXSVG_API TSVGStyle : public TPersistent {
   void SetName(StringView Value);
   // The selector cut into tokens, kept until the name changes. Raises ESVGException for a bracket
   // that is malformed.
-  const TSVGSelectorTokens& SelectorTokens() const;
+  const TSVGSelectorTokens& SelectorTokens() const {
+    if (!FSelector) ReadSelector();
+    return *FSelector;
+  }
   // A rule that is not enabled is left out of the cascade.
   bool Enabled() const { return FEnabled; }
   void SetEnabled(bool Value);
@@ -117,6 +120,7 @@ class QXSVG_API TSVGStyle : public TPersistent {
   };
   using NameIndex = std::unordered_map<String, std::uint32_t>;
 
+  void ReadSelector() const;
   std::size_t RankOf(TSVGStyleProperty Property) const;
   const String& TextOf(TSVGStyleProperty Property) const {
     return FProperties[RankOf(Property)].Value;

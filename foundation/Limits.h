@@ -56,7 +56,8 @@ inline constexpr std::int32_t StyleRules = 65'536;
 // UTF-16 units of declarations that the selector lists of one document repeat: each selector of a
 // list holds them for itself. Real lists come to some ten thousand.
 inline constexpr std::size_t StyleCopies = std::size_t{8} << 20;
-// Tokens of all rules times elements, which is the work of a cascade. A map of 300,000 elements
+// Tokens of all rules times elements, which is the work of a cascade; one with a long list of
+// classes counts as many. A map of 300,000 elements
 // with a thousand rules stays below.
 inline constexpr std::int64_t StyleMatches = 1'000'000'000;
 
@@ -104,6 +105,9 @@ inline constexpr std::size_t TextRun = 1'000'000;
 inline constexpr std::int32_t ReferenceDepth = 64;
 // Elements drawn through references in one draw: use within use doubles the work at each level.
 inline constexpr std::int64_t DrawnReferences = 400'000;
+// Elements looked at in one cascade for what is shown through references: each combinator of each
+// rule may search the whole tree at each element.
+inline constexpr std::int64_t SearchedReferences = 20'000'000;
 // Levels of SVG files that stand as images within each other, and files loaded that way in all from
 // the outermost one: each is a whole document.
 inline constexpr std::size_t ImageDocumentDepth = 4;

@@ -310,6 +310,13 @@ TEST(Cascade, RefusesStyleSheetsThatMultiply) {
   String Tests;
   for (int I = 0; I < 600000; ++I) Tests += u":a";
   EXPECT_EQ(Refusal(Tree.Document, Tests + u"{x:1}"), SStyleMatchLimit);
+
+  // Many rules, and one element whose classes are many.
+  std::string Classes, Rules;
+  for (int I = 0; I < 300000; ++I) Classes += "c ";
+  for (int I = 0; I < 60000; ++I) Rules += ".r" + std::to_string(I) + "{}";
+  TTree Single("<g class='" + Classes + "'/>");
+  EXPECT_EQ(Refusal(Single.Document, FromUtf8(Rules)), SStyleMatchLimit);
 }
 
 TEST(Cascade, TheLastElementReadDecidesWhatIsPreferredAsStyle) {
