@@ -1,6 +1,7 @@
 // What the document is told by its tables and its tree, and what it tells the host.
 #include "document/Document.h"
 #include "document/Style.h"
+#include "document/TreeWalk.h"
 #include "runtime/UpdateLock.h"
 
 namespace qxsvg {
@@ -81,7 +82,8 @@ void TSVGDocument::StyleNotify(TPersistent*, TSVGStyle* const& Style,
     if (OnAddStyle) OnAddStyle(this, Style);
   } else {
     if (OnRemoveStyle) OnRemoveStyle(this, Style);
-    if (Action == TCollectionNotification::cnRemoved) std::default_delete<TSVGStyle>()(Style);
+    if (Action == TCollectionNotification::cnRemoved)
+      TTreeWalk(*this).Bury(std::unique_ptr<TSVGStyle>(Style));
   }
   Change(this);
 }

@@ -2,6 +2,7 @@
 #include "document/Document.h"
 
 #include "document/Style.h"
+#include "document/TreeWalk.h"
 #include "foundation/Lookups.h"
 #include "foundation/Parsers.h"
 #include "graphics/SVGFont.h"
@@ -67,7 +68,8 @@ void TSVGDocument::DestroyStyles() {
   const std::vector<TSVGStyle*> Styles = FStyles.Elements();
   // The table's own lock keeps this silent, so each style is destroyed once and nobody is told.
   FStyles.Clear();
-  for (TSVGStyle* Style : Styles) std::default_delete<TSVGStyle>()(Style);
+  const TTreeWalk Walk(*this);
+  for (TSVGStyle* Style : Styles) Walk.Bury(std::unique_ptr<TSVGStyle>(Style));
   FStyleCopies = 0;
 }
 

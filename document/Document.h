@@ -105,8 +105,8 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
                            const TRectF& Rect);
   void DrawElement(TSVGGraphicElement& Element, TQXGPCanvas& Canvas, const TRectF& Rect);
   // What is painted before (after) Element, with Element itself when IncludeElement is set. The
-  // first raises EAbort when it comes to the element, which the caller catches; the canvas then
-  // holds states that the walk had saved.
+  // first raises EAbort when it comes to the element, which the caller catches; the canvas is then
+  // in the state that it came with.
   virtual void DrawBeforeElement(TSVGElement& Element, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                  const TRectF& Rect, bool IncludeElement);
   void DrawBeforeElement(TSVGElement& Element, TQXGPCanvas& Canvas, const TRectF& Rect,
@@ -232,6 +232,7 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   std::vector<TSVGElement*> FStrays;
   // See TTreeWalk.
   std::vector<std::unique_ptr<TSVGElement>> FDeparted;
+  std::vector<std::unique_ptr<TSVGStyle>> FDepartedStyles;
   // See Limits::StyleCopies.
   std::size_t FStyleCopies = 0;
   std::int32_t FWalks = 0;

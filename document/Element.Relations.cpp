@@ -4,6 +4,7 @@
 #include "foundation/Lookups.h"
 #include "foundation/Parsers.h"
 #include "shapes/CustomViewBox.h"
+#include "shapes/Use.h"
 
 namespace qxsvg {
 
@@ -36,7 +37,7 @@ bool TSVGElement::HasDescendant(const TSVGElement* Element) const {
   // The same as asking depth first whether any element below has the child, without the walk.
   for (const TSVGElement* E = Element->FParent; E; E = E->FParent)
     if (E == this) return true;
-  return false;
+  return IsShownBelow(*this, *Element);
 }
 
 bool TSVGElement::HasAncestor(const TSVGElement* Element) const {

@@ -145,10 +145,21 @@ void TSVGElement::CheckPlace(TSVGElement* Item) {
     if (E == Item) Refuse(EInvalidOperation(SElementParentSetToSelf));
     ++Above;
   }
+  // What an element once had below it may be gone.
+  if (Above + Item->FHeight > Limits::NestingDepth) Item->MeasureHeight();
   if (Above + Item->FHeight > Limits::NestingDepth) Refuse(ESVGException(SNestingDepthLimit));
   int Height = Item->FHeight + 1;
   for (TSVGElement* E = this; E && E->FHeight < Height; E = E->FParent)
     E->FHeight = static_cast<std::uint16_t>(Height++);
+}
+
+void TSVGElement::MeasureHeight() {
+  int Height = 0;
+  for (TSVGElement* Child : FItems) {
+    Child->MeasureHeight();
+    Height = std::max(Height, Child->FHeight + 1);
+  }
+  FHeight = static_cast<std::uint16_t>(Height);
 }
 
 // --- Identifier

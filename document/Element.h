@@ -54,7 +54,8 @@ class QXSVG_API TSVGElement : public TPersistent {
   virtual bool IsCompactXML() const;
   // Copies what AssignProperties of the class knows; children, Enabled and Tag do not travel.
   virtual void AssignProperties(const TSVGElement* Source);
-  // A copy of the element with its children, in Document (may be null). Its identifier is made
+  // A copy of the element with its children, all of them in Document (may be null), those of a
+  // document too: a whole document is copied by assigning it to a new one. The identifier is made
   // unique there, or raises in a document with soEnforceUniqueID.
   std::unique_ptr<TSVGElement> Clone(TSVGDocument* Document) const;
 
@@ -222,6 +223,7 @@ class QXSVG_API TSVGElement : public TPersistent {
   TextBlock& TextsForWriting();
   void RegisterFirstID();
   void CheckPlace(TSVGElement* Item);
+  void MeasureHeight();
   // The end of the element as others see it: no children, parent, listeners, identifier and
   // document afterwards, and esDestroying set. Only once; handlers that throw are passed over.
   void Depart(bool IsInParent) noexcept;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "document/Document.h"
+#include "document/Style.h"
 
 namespace qxsvg {
 
@@ -24,12 +25,17 @@ TTreeWalk::TTreeWalk(TSVGElement& Element) : FRoot(RootOf(Element)) {
 
 TTreeWalk::~TTreeWalk() {
   if (!FRoot || --FRoot->FWalks > 0) return;
+  FRoot->FDepartedStyles.clear();
   // What dies may have children yet, whose removal is a walk too.
   while (!FRoot->FDeparted.empty()) std::exchange(FRoot->FDeparted, {}).clear();
 }
 
 void TTreeWalk::Bury(std::unique_ptr<TSVGElement> Departed) const {
   if (FRoot) FRoot->FDeparted.push_back(std::move(Departed));
+}
+
+void TTreeWalk::Bury(std::unique_ptr<TSVGStyle> Departed) const {
+  if (FRoot) FRoot->FDepartedStyles.push_back(std::move(Departed));
 }
 
 }  // namespace qxsvg

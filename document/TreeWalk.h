@@ -9,12 +9,13 @@ namespace qxsvg {
 
 class TSVGDocument;
 class TSVGElement;
+class TSVGStyle;
 
 // Held by whatever goes through a tree and calls handlers of the host on the way: loading, saving,
-// drawing, hit testing, telling of changes, and changing a list of children. An element that a
-// handler removes has ended for everybody else (children, listeners, identifier), but stays in
-// memory until the outermost walk over its root document is over: who is still busy with it finds
-// it empty, without parent and document.
+// styling, drawing, hit testing, telling of changes, and changing a list of children. An element
+// that a handler removes has ended for everybody else (children, listeners, identifier), but stays
+// in memory until the outermost walk over its root document is over: who is still busy with it
+// finds it empty, without parent and document. A rule of a style sheet stays as it is so long.
 //
 // The root document itself has to outlive the walk, and so has an element that a handler extracts
 // and thereby owns.
@@ -25,8 +26,9 @@ class QXSVG_API TTreeWalk {
   TTreeWalk& operator=(const TTreeWalk&) = delete;
   ~TTreeWalk();
 
-  // Takes an element that has left the tree, which is destroyed when the outermost walk ends.
+  // Take what has left the tree or a style sheet, which is destroyed when the outermost walk ends.
   void Bury(std::unique_ptr<TSVGElement> Departed) const;
+  void Bury(std::unique_ptr<TSVGStyle> Departed) const;
 
  private:
   TSVGDocument* FRoot;

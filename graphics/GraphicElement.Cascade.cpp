@@ -8,10 +8,12 @@
 
 #include "document/Document.h"
 #include "document/Selectors.h"
+#include "document/TreeWalk.h"
 #include "foundation/Lookups.h"
 #include "graphics/GraphicElementParts.h"
 #include "runtime/PriorityList.h"
 #include "runtime/UpdateLock.h"
+#include "shapes/Reference.h"
 
 namespace qxsvg {
 
@@ -22,6 +24,18 @@ class SelectorMatcher {
  public:
   SelectorMatcher(TSVGGraphicElement& Self, const TSVGSelectorTokens& Tokens)
       : FSelf(Self), FTokens(Tokens), FCurrent(&Self) {}
+
+  // Whether the first token can pass: a quick way to leave out most rules of a sheet.
+  static bool MayPass(const TSVGGraphicElement& Self, const TSVGSelectorTokens& Tokens) {
+    if (Tokens.empty()) return false;
+    const StringView Value = Tokens.front().Value;
+    switch (Tokens.front().Type) {
+      case sttString: return SVGElementNameIs(Self, Value);
+      case sttIDHashChar: return Value == Self.ID();
+      case sttClassChar: return Self.Classes().IndexOf(Value) >= 0;
+      default: return true;
+    }
+  }
 
   std::int32_t Run() {
     if (FTokens.empty()) return NoMatch;
@@ -38,7 +52,7 @@ class SelectorMatcher {
   bool Passes(std::size_t At);
   bool PassesAttribute(StringView Name, TSVGSelectorTokenType Type, StringView Value);
   bool HasAttribute(StringView Name) const;
-  bool SVGElementNameIs(StringView Name) const;
+  static bool SVGElementNameIs(const TSVGElement& Element, StringView Name);
   // Goes on at the element of that identifier when Test accepts it.
   template <class Relation>
   bool GoTo(StringView ID, Relation Test) {
@@ -75,9 +89,8 @@ std::int32_t SelectorMatcher::Specificity() const {
 }
 
 bool SelectorMatcher::HasAttribute(StringView Name) const {
-  const TSVGStyleProperty Property = GetSVGStyleProperty(Name);
-  return FCurrent->Attributes().Has(Property) || Name == u"id" || Name == u"lang" ||
-         Name == u"systemLanguage" || Name == u"class";
+  return Name == u"id" || Name == u"lang" || Name == u"systemLanguage" || Name == u"class" ||
+         FCurrent->Attributes().Has(GetSVGStyleProperty(Name));
 }
 
 bool SelectorMatcher::Passes(std::size_t At) {
@@ -86,7 +99,7 @@ bool SelectorMatcher::Passes(std::size_t At) {
     case sttNone:
     // A pseudo-class has no effect.
     case sttColonChar: return true;
-    case sttString: return Count(FNames, SVGElementNameIs(Value));
+    case sttString: return Count(FNames, SVGElementNameIs(*FCurrent, Value));
     case sttHasAttribute: return Count(FOthers, HasAttribute(Value));
     case sttPrefixMatch:
     case sttSuffixMatch:
@@ -113,9 +126,9 @@ bool SelectorMatcher::Passes(std::size_t At) {
   return false;
 }
 
-bool SelectorMatcher::SVGElementNameIs(StringView Name) const {
-  const TSVGElementType Type = FCurrent->GetSVGType();
-  return Type == TSVGElementType::etNone ? FCurrent->SVGTypeName() == Name
+bool SelectorMatcher::SVGElementNameIs(const TSVGElement& Element, StringView Name) {
+  const TSVGElementType Type = Element.GetSVGType();
+  return Type == TSVGElementType::etNone ? Element.SVGTypeName() == Name
                                          : SVGElementTypeNames[Ordinal(Type)] == Name;
 }
 
@@ -167,12 +180,15 @@ void TSVGGraphicElement::ApplyCascade(TSVGDocument* Sheet) {
   if (Sheet && Sheet->Styles().Count() > 0) {
     TPriorityList<const TSVGStyle*> Styles;
     Styles.Add(&FStyle, OwnPriority);
-    Sheet->Styles().ForEach([&](const auto& Entry) {
-      const TSVGStyle& Rule = *Entry.FValue;
-      if (!Rule.Enabled()) return;
-      if (const std::int32_t Priority = Matches(Rule.SelectorTokens()); Priority > -1)
-        Styles.Add(&Rule, Priority);
-    });
+    // The table keeps its order of positions up to date, also while a host changes it in silence.
+    for (std::int32_t I = 0; I < Sheet->Styles().Count(); ++I) {
+      const TSVGStyle* const Rule = Sheet->Styles().GetItemByIndex(I);
+      if (!Rule->Enabled()) continue;
+      const TSVGSelectorTokens& Selector = Rule->SelectorTokens();
+      if (!SelectorMatcher::MayPass(*this, Selector)) continue;
+      if (const std::int32_t Priority = Matches(Selector); Priority > -1)
+        Styles.Add(Rule, Priority);
+    }
     for (std::size_t I = 0; I < Styles.Count(); ++I) ApplyStyle(*Styles[I]);
   } else {
     ApplyStyle(FStyle);
@@ -184,6 +200,8 @@ void TSVGGraphicElement::ApplyCascade(TSVGDocument* Sheet) {
 }
 
 void TSVGGraphicElement::ApplyStyles() {
+  const TTreeWalk Walk(*this);
+  const TSearchScope Searches;
   const TUpdateLock Lock(*this);
   ApplyCascade(Document());
   TSVGElement::ApplyStyles();

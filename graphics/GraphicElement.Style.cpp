@@ -8,6 +8,7 @@
 #include <bit>
 
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "foundation/Parsers.h"
 #include "graphics/DashArray.h"
 #include "graphics/GraphicElementParts.h"
@@ -379,6 +380,7 @@ TSVGUnitFactors TSVGGraphicElement::FactorsFor(StringView Text) {
 }
 
 void TSVGGraphicElement::ApplyStyle(const TSVGStyle& Style) {
+  const TTreeWalk Walk(*this);
   const StylingLock Lock(*this);
   StyleApplier(*this, Style).Run();
   FClippingChanged = true;

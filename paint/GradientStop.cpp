@@ -1,6 +1,8 @@
 #include "paint/Gradient.h"
 
 #include "document/AttributeParsers.h"
+#include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "runtime/UpdateLock.h"
 #include "shapes/NodeLengths.h"
 
@@ -120,13 +122,20 @@ String TSVGGradientStop::PropertyText(TSVGStyleProperty Property) {
 
 void TSVGGradientStop::ApplyStyle(const TSVGStyle& Style) {
   using enum TSVGStyleProperty;
+  const TTreeWalk Walk(*this);
   TSVGGraphicElement::ApplyStyle(Style);
   TSVGStyleProperties Marks = Inherits().Value();
   const bool WasNone = FStopBrush.Kind() == TQXGPBrushKind::bkNone;
   bool IsNone = WasNone;
   bool InheritsColor = Marks.Has(ipStopColor), InheritsOpacity = Marks.Has(ipStopOpacity);
-  FStopBrush.SetColor(ParseColor(Style.GetStyleProp(ipStopColor), FStopBrush.Color(), IsNone,
-                                 InheritsColor, GetColor()));
+  try {
+    FStopBrush.SetColor(ParseColor(Style.GetStyleProp(ipStopColor), FStopBrush.Color(), IsNone,
+                                   InheritsColor, GetColor()));
+  } catch (const EConvertError& Error) {
+    // As for fills: it must not take the document along.
+    if (Document()) Document()->Diagnose(TSVGDiagnosticKind::dkValue, this, Error.Message());
+    InheritsColor = false;
+  }
   FStopBrush.SetKind(WasNone ? TQXGPBrushKind::bkNone : TQXGPBrushKind::bkSolid);
   FStopBrush.SetOpacity(
       ParseNumber(Style.GetStyleProp(ipStopOpacity), FStopBrush.Opacity(), InheritsOpacity));

@@ -79,7 +79,7 @@ float StrokeWidth(TSVGGraphicElement& Element) {
       const TSVGViewBox& Box = Nearest->ViewBox();
       Width *= std::hypot(Box.Width().GetValue(), Box.Height().GetValue()) / std::sqrt(2.0);
     }
-  return Width < Least ? Least : static_cast<float>(Width);
+  return Width >= Least ? static_cast<float>(Width) : Least;
 }
 
 bool HasMarkers(const TSVGGraphicElement& Element, std::size_t Count) {

@@ -18,6 +18,13 @@ struct TWork {
 // A document belongs to one thread at a time, and so does a walk over it.
 thread_local TWork Work;
 
+struct TSearch {
+  std::int32_t Scopes = 0;
+  std::int64_t Left = 0;
+};
+
+thread_local TSearch Search;
+
 struct TExtent {
   std::int64_t Elements = 0;
   std::int32_t Levels = 0;
@@ -80,6 +87,18 @@ TReferenceScope::TReferenceScope(std::int64_t Budget) {
 
 TReferenceScope::~TReferenceScope() {
   --Work.Scopes;
+}
+
+TSearchScope::TSearchScope() {
+  if (Search.Scopes++ == 0) Search.Left = Limits::SearchedReferences;
+}
+
+TSearchScope::~TSearchScope() {
+  --Search.Scopes;
+}
+
+bool TSearchScope::Step() const {
+  return Search.Left-- > 0;
 }
 
 TReferenceStep::TReferenceStep(const TSVGElement& User, const TSVGElement& Target,

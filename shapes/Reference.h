@@ -24,6 +24,18 @@ class TReferenceScope {
   ~TReferenceScope();
 };
 
+// The budget of searches for what is shown through references, in elements looked at: the outermost
+// scope of a thread fills it.
+class TSearchScope {
+ public:
+  TSearchScope();
+  TSearchScope(const TSearchScope&) = delete;
+  TSearchScope& operator=(const TSearchScope&) = delete;
+  ~TSearchScope();
+  // Takes one element from the budget; false where nothing is left of it.
+  bool Step() const;
+};
+
 // What a step costs: drawing and hit testing reach the elements of the target anew each time, while
 // its bounds and shape are kept by the target.
 enum class TReferenceCost { rcElements, rcNothing };

@@ -1,5 +1,7 @@
 #include "shapes/Use.h"
 
+#include <unordered_set>
+
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
 #include "shapes/NodeLengths.h"
@@ -112,21 +114,37 @@ TQXGPPath* TSVGUse::GetShape() {
 }
 
 bool TSVGUse::HasChild(const TSVGElement* Element) const {
-  if (const TSVGGraphicElement* const Shown = Target()) {
+  // Along a chain of uses, which may be a ring.
+  const TSVGUse* Use = this;
+  for (std::int32_t Level = 0; Level < Limits::ReferenceDepth; ++Level) {
+    if (Use->TSVGGraphicElement::HasChild(Element)) return true;
+    const TSVGGraphicElement* const Shown = Use->Target();
+    if (!Shown) return false;
     if (Element == Shown) return true;
-    if (const TReferenceStep Step(*this, *Shown, TReferenceCost::rcNothing);
-        Step && Shown->HasChild(Element))
-      return true;
+    if (Shown->SVGType() != TSVGElementType::etUse) return Shown->HasChild(Element);
+    Use = static_cast<const TSVGUse*>(Shown);
   }
-  return TSVGGraphicElement::HasChild(Element);
+  return false;
 }
 
-bool TSVGUse::HasDescendant(const TSVGElement* Element) const {
-  if (TSVGGraphicElement::HasDescendant(Element)) return true;
-  const TSVGGraphicElement* const Shown = Target();
-  if (!Shown) return false;
-  const TReferenceStep Step(*this, *Shown, TReferenceCost::rcNothing);
-  return Step && Shown->HasDescendant(Element);
+bool IsShownBelow(const TSVGElement& Top, const TSVGElement& Wanted) {
+  std::vector<const TSVGElement*> Open{&Top};
+  // Wanted and all that it is in.
+  std::unordered_set<const TSVGElement*> Holders, Followed;
+  const TSearchScope Scope;
+  while (!Open.empty() && Scope.Step()) {
+    const TSVGElement& E = *Open.back();
+    Open.pop_back();
+    for (const TSVGElement* Child : E.Items()) Open.push_back(Child);
+    if (E.SVGType() != TSVGElementType::etUse) continue;
+    const TSVGElement* const Shown = static_cast<const TSVGUse&>(E).Target();
+    if (!Shown || !Followed.insert(Shown).second) continue;
+    if (Holders.empty())
+      for (const TSVGElement* H = &Wanted; H; H = H->Parent()) Holders.insert(H);
+    if (Holders.contains(Shown)) return true;
+    Open.push_back(Shown);
+  }
+  return false;
 }
 
 // --- Drawing and hit testing

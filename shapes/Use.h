@@ -33,8 +33,8 @@ class QXSVG_API TSVGUse : public TSVGGraphicElement {
   TRectF GetBoundsRect(const TMatrix& Matrix) override;
   // The target's shape.
   TQXGPPath* GetShape() override;
+  // The target counts as a child, and so do its children.
   bool HasChild(const TSVGElement* Element) const override;
-  bool HasDescendant(const TSVGElement* Element) const override;
 
  protected:
   void DoLoadFromXML(IXMLNode& Node) override;
@@ -48,5 +48,9 @@ class QXSVG_API TSVGUse : public TSVGGraphicElement {
  private:
   String FReference;
 };
+
+// Whether the target of a use at or below Top is Wanted or has it below, by way of further uses
+// too.
+bool IsShownBelow(const TSVGElement& Top, const TSVGElement& Wanted);
 
 }  // namespace qxsvg

@@ -6,6 +6,7 @@
 #include "document/QXSVG.h"
 #include "document/XML.h"
 #include "foundation/Messages.h"
+#include "graphics/SVGPen.h"
 #include "graphics/surface/QXGraphics.h"
 #include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
@@ -113,6 +114,14 @@ const Walk Walks[] = {
        if (TSVGElement* B = Doc.FindElement(u"b"))
          B->Items().Add(std::make_unique<TSVGGroup>(&Doc));
      }},
+    {"OnDiagnostic",
+     [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
+       Doc.OnDiagnostic = [&](TSVGDiagnosticKind, TSVGElement* Element, StringView) {
+         Act(Element);
+       };
+       Doc.ReadStyles(StringView(u"g, rect, circle { fill: rgb(x) } #a1 { stroke: rgb(y) }"));
+       Doc.ApplyStyles();
+     }},
     {"OnRemoveElement",
      [](TSVGDocument& Doc, const std::function<void(TSVGElement*)>& Act) {
        Doc.OnRemoveElement = [&](TPersistent* Sender, TSVGElement*) {
@@ -137,6 +146,7 @@ class HandlersThat : public testing::TestWithParam<Walk> {
     Doc.OnDrawn = nullptr;
     Doc.OnElementFound = nullptr;
     Doc.OnChange = nullptr;
+    Doc.OnDiagnostic = nullptr;
     Doc.OnRemoveElement = nullptr;
     EXPECT_FALSE(Doc.IsUpdating());
     DrawOnce(Doc);
@@ -323,6 +333,22 @@ TEST(Walks, AHandlerMayRefuseARule) {
   Doc.OnAddStyle = nullptr;
   Doc.ReadStyles(StringView(u"a { fill: blue }"));
   Doc.ApplyStyles();
+}
+
+TEST(Walks, AHandlerMayTakeARuleOutWhileItIsApplied) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(Drawing);
+  Doc.ReadStyles(StringView(u"rect { fill: rgb(x); stroke: blue } g, circle { opacity: .5 }"));
+  int Told = 0;
+  Doc.OnDiagnostic = [&](TSVGDiagnosticKind, TSVGElement*, StringView) {
+    if (Told++ > 0) return;
+    Doc.Styles().Remove(u"rect");
+    Doc.Styles().Remove(u"circle");
+  };
+  Doc.ApplyStyles();
+  EXPECT_EQ(Told, 1) << "the second rectangle comes after the rule went";
+  EXPECT_EQ(Doc.FindElement(u"a1")->AsGraphicElement()->GetPen().Color(), 0xff0000ffu);
+  EXPECT_EQ(Doc.Styles().Count(), 1);
 }
 
 // Every element listens to one source: as many uses of one symbol do.

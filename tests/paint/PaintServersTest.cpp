@@ -83,6 +83,20 @@ TEST(Gradient, OpacityGoesIntoTheColourOfAStop) {
   EXPECT_EQ(Gradient->Points().GetPoint(1).Color(), 0xff102030u);
 }
 
+TEST(Gradient, AColourThatCannotBeReadLeavesTheStop) {
+  TDrawing D(
+      "<linearGradient id='g'><stop stop-color='lime'/><stop id='s' style='stop-color:rgb(1,x,2);"
+      "stop-opacity:.5' offset='1'/></linearGradient>");
+  EXPECT_EQ(GradientOf(D, u"g")->Points().GetPoint(1).Color(), 0x80000000u);
+  int Told = 0;
+  D.Document.OnDiagnostic = [&](TSVGDiagnosticKind, TSVGElement* Element, StringView) {
+    EXPECT_EQ(Element, D.Document.FindElement(u"s"));
+    ++Told;
+  };
+  D.Document.ApplyStyles();
+  EXPECT_EQ(Told, 1);
+}
+
 TEST(Gradient, StopsAreBorrowedOnlyByOneWithoutAnyChild) {
   constexpr char Lender[] = "<linearGradient id='l' x2='0.3'><stop offset='0.4'/></linearGradient>";
   TDrawing Plain(std::string(Lender) + "<linearGradient id='g' xlink:href='#l'/>");

@@ -123,6 +123,30 @@ TEST(Use, SharesTheShapeOfItsTarget) {
   EXPECT_TRUE(D.Get(u"u").HasChild(&D.Get(u"r")));
 }
 
+TEST(Use, HasWhatItShows) {
+  TDrawing D(
+      "<defs id='d'><g id='g'><rect id='r'/></g></defs><g id='o'><use id='u' xlink:href='#g'/>"
+      "<use id='v' xlink:href='#u'/></g><use id='x' xlink:href='#y'/><use id='y' "
+      "xlink:href='#x'/>");
+  const struct {
+    StringView Top, Below;
+    bool HasChild, HasDescendant;
+  } Cases[] = {
+      {u"u", u"g", true, true},   {u"u", u"r", true, true},   {u"v", u"u", true, true},
+      {u"v", u"r", true, true},   {u"o", u"r", false, true},  {u"o", u"g", false, true},
+      {u"d", u"r", false, true},  {u"g", u"u", false, false}, {u"x", u"x", true, true},
+      {u"x", u"r", false, false},
+  };
+  for (const auto& C : Cases) {
+    const std::string Name = ToUtf8(C.Top) + " " + ToUtf8(C.Below);
+    EXPECT_EQ(D.Get(C.Top).HasChild(D.Document.FindElement(C.Below)), C.HasChild) << Name;
+    EXPECT_EQ(D.Document.FindElement(C.Top)->HasDescendant(&D.Get(C.Below)), C.HasDescendant)
+        << Name;
+  }
+  EXPECT_EQ(D.Get(u"o").Matches(u"g r"), 11);
+  EXPECT_EQ(D.Get(u"u").Matches(u"use > g"), 11);
+}
+
 TEST(Use, LendingAShapeDoesNotMakeItAnew) {
   TDrawing D("<defs><path id='p' d='M0 0H5V5Z'/></defs><use xlink:href='#p'/>");
   D.Draw();
