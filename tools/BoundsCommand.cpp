@@ -14,8 +14,8 @@ namespace {
 
 void Print(TSVGDocument& Drawing, TSVGGraphicElement& Element) {
   const TRectF Box = BoxOfElement(Drawing, Element);
-  std::printf("%s\t%g\t%g\t%g\t%g\n", ToUtf8(Element.ID()).c_str(), Box.Left, Box.Top, Box.Width(),
-              Box.Height());
+  std::printf("%s\t%.7g\t%.7g\t%.7g\t%.7g\n", ToUtf8(Element.ID()).c_str(), Box.Left, Box.Top,
+              Box.Width(), Box.Height());
 }
 
 void PrintNamed(TSVGDocument& Drawing, TSVGElement& Parent) {
@@ -44,9 +44,10 @@ void Add(CLI::App& App, int& Status) {
       if (Options->IDs.empty()) PrintNamed(Drawing, Drawing);
     });
     if (Status != 0) return;
-    Status = ForEachFile(Options->IDs, [&](const std::string& ID) {
-      Print(Drawing, GraphicElementByID(Drawing, ID));
-    });
+    Status = ForEachFile(
+        Options->IDs,
+        [&](const std::string& ID) { Print(Drawing, GraphicElementByID(Drawing, ID)); },
+        Results::Printed);
   });
 }
 

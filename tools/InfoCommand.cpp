@@ -127,7 +127,7 @@ void WriteFile(JsonWriter& Json, const std::string& Name, const InfoOptions& O) 
 int Run(const InfoOptions& O) {
   JsonWriter Json;
   if (O.Json) Json.BeginArray();
-  const int Status = ForEachFile(O.Files, [&](const std::string& Name) {
+  const auto Tell = [&](const std::string& Name) {
     if (O.Json) {
       WriteFile(Json, Name, O);
       return;
@@ -136,7 +136,8 @@ int Run(const InfoOptions& O) {
     const DrawingInfo Info = LoadWithInfo(Drawing, Name);
     Print(Name, Info);
     if (O.Tree) PrintTree(Drawing, 0, O.Computed);
-  });
+  };
+  const int Status = ForEachFile(O.Files, Tell, O.Json ? Results::None : Results::Printed);
   if (O.Json) std::cout << Json.EndArray().Result() << "\n";
   return Status;
 }

@@ -1,5 +1,7 @@
 #include "tools/Input.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <iostream>
 #include <iterator>
@@ -60,8 +62,9 @@ std::string ReportOf(const std::string& Name, const std::exception& Error) {
 }
 
 int ForEachFile(const std::vector<std::string>& Files,
-                const std::function<void(const std::string& Name)>& Work) {
-  ProgressBar Bar(Files.size());
+                const std::function<void(const std::string& Name)>& Work, Results Kind) {
+  const bool WouldMix = Kind == Results::Printed && isatty(STDOUT_FILENO) != 0;
+  ProgressBar Bar(WouldMix ? 0 : Files.size());
   int Status = 0;
   for (const std::string& Name : Files) {
     try {

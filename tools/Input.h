@@ -24,10 +24,14 @@ std::string CauseOf(const std::exception& Error);
 // "file: cause", with the file's name once.
 std::string ReportOf(const std::string& Name, const std::exception& Error);
 
+// Whether Work writes to standard output.
+enum class Results { None, Printed };
+
 // Runs Work for each file, one after the other, with a progress bar on a terminal when there are
-// several. A failure is told on standard error as "file: cause" and the others go on. Gives the
-// exit status: 1 when any failed.
+// several and no results come between. A failure is told on standard error as "file: cause" and the
+// others go on. Gives the exit status: 1 when any failed.
 int ForEachFile(const std::vector<std::string>& Files,
-                const std::function<void(const std::string& Name)>& Work);
+                const std::function<void(const std::string& Name)>& Work,
+                Results Kind = Results::None);
 
 }  // namespace qxsvg::tools
