@@ -1,6 +1,7 @@
 #include "raster/GradientPaint.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace qxsvg {
@@ -72,6 +73,21 @@ void TGradientTable::Build(std::span<const TQXGPGradientPoint> Stops, float Opac
   for (; At < Steps; ++At) FColors[At] = Mix(Color, Color, 0, Opacity);
 }
 
+const TGradientTable& TGradientTables::TableOf(std::span<const TQXGPGradientPoint> Stops,
+                                               float Opacity, std::size_t Steps) {
+  std::uint64_t Hash = std::bit_cast<std::uint32_t>(Opacity) ^ Steps << 32;
+  const auto Mix = [&Hash](std::uint64_t Value) {
+    Hash = (Hash ^ Value) * 0x9e3779b97f4a7c15u;
+    Hash ^= Hash >> 29;
+  };
+  for (const TQXGPGradientPoint& Stop : Stops)
+    Mix(std::uint64_t{std::bit_cast<std::uint32_t>(Stop.Offset())} << 32 | Stop.Color());
+  std::unique_ptr<TGradientTable>& Table = FTables[Hash % Slots];
+  if (!Table) Table = std::make_unique<TGradientTable>();
+  Table->Build(Stops, Opacity, Steps);
+  return *Table;
+}
+
 bool TGradientPaint::Begin(const TQXGPGradient& Gradient, const TRectF& Box,
                            const TMatrix& ToDevice, float Opacity) {
   const std::span<const TQXGPGradientPoint> Stops = Gradient.Points().Items();
@@ -79,12 +95,13 @@ bool TGradientPaint::Begin(const TQXGPGradient& Gradient, const TRectF& Box,
   if (Stops.empty() || !QXMatrixInvert(ToDevice, FromDevice)) return false;
   const double Length =
       QXMatrixMultiply(1.0f, ToDevice) * std::max(double{Box.Width()}, double{Box.Height()});
-  FTable.Build(Stops, Opacity, Length > CoarseLength || Stops.size() > 8 ? FineSteps : CoarseSteps);
-  FIsOpaque = FTable.IsOpaque();
+  const bool IsFine = Length > CoarseLength || Stops.size() > 8;
+  FTable = &FTables.TableOf(Stops, Opacity, IsFine ? FineSteps : CoarseSteps);
+  FIsOpaque = FTable->IsOpaque();
   FRowLeft = FRowRight = 0;
   FForm = TForm::Even;
   const bool IsLinear = Gradient.Style() == TQXGPGradientStyle::gsLinear;
-  FColor = IsLinear ? FTable.Colors()[FTable.Count() - 1] : FTable.Colors()[0];
+  FColor = IsLinear ? FTable->Colors()[FTable->Count() - 1] : FTable->Colors()[0];
   if (Stops.size() == 1) return true;
   return IsLinear ? BeginLinear(Gradient, Box, FromDevice) : BeginRadial(Gradient, Box, FromDevice);
 }
@@ -101,7 +118,7 @@ bool TGradientPaint::BeginLinear(const TQXGPGradient& Gradient, const TRectF& Bo
   const double Square = DX * DX + DY * DY;
   // Without a length the colour behind the last stop fills all.
   if (!(Square > 0)) return true;
-  const double Last = static_cast<double>(FTable.Count() - 1);
+  const double Last = static_cast<double>(FTable->Count() - 1);
   DX *= Last / Square;
   DY *= Last / Square;
   FPlaceX = M.m11 * DX + M.m12 * DY;
@@ -162,14 +179,14 @@ bool TGradientPaint::IsRowEven(std::int32_t Y, std::uint32_t& Color) {
 
 void TGradientPaint::Compute(std::int32_t X, std::int32_t Y, std::int32_t Count,
                              std::uint32_t* Out) {
-  const auto Last = static_cast<float>(FTable.Count() - 1);
+  const auto Last = static_cast<float>(FTable->Count() - 1);
   if (FForm == TForm::Linear) {
     Kernels().FetchLinear(Out, X, Count,
-                          {FTable.Colors(), Last, LinearStart(Y), static_cast<float>(FPlaceX)});
+                          {FTable->Colors(), Last, LinearStart(Y), static_cast<float>(FPlaceX)});
     return;
   }
   TRadialRow Row;
-  Row.Colors = FTable.Colors();
+  Row.Colors = FTable->Colors();
   Row.Last = Last;
   Row.X = static_cast<float>(FFromX[0] + FFromX[2] * Y);
   Row.XStep = static_cast<float>(FFromX[1]);

@@ -1,6 +1,8 @@
 // Gradients as paints: a table of colours and where on it a pixel lies.
 #pragma once
 
+#include <array>
+#include <memory>
 #include <vector>
 
 #include "graphics/surface/Gradient.h"
@@ -33,6 +35,19 @@ class TGradientTable {
   bool FIsOpaque = false;
 };
 
+// The tables that were needed last: a drawing fills many shapes with the same stops.
+class TGradientTables {
+ public:
+  // Valid until the next call.
+  const TGradientTable& TableOf(std::span<const TQXGPGradientPoint> Stops, float Opacity,
+                                std::size_t Steps);
+
+ private:
+  // Four kilobytes each at most.
+  static constexpr std::size_t Slots = 128;
+  std::array<std::unique_ptr<TGradientTable>, Slots> FTables;
+};
+
 class TGradientPaint final : public IPaint {
  public:
   // Box is what the gradient's fractions refer to, in the space that ToDevice leads from. False
@@ -50,7 +65,8 @@ class TGradientPaint final : public IPaint {
   float LinearStart(std::int32_t Y) const;
 
   enum class TForm : std::uint8_t { Even, Linear, Radial };
-  TGradientTable FTable;
+  TGradientTables FTables;
+  const TGradientTable* FTable = nullptr;
   TForm FForm = TForm::Even;
   std::uint32_t FColor = 0;
   // Linear: the place on the table at the middle of the pixel (0, 0), and its change along X and Y.

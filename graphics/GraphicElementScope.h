@@ -1,0 +1,118 @@
+// What is in force for an element while it is drawn, found out once.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "graphics/GraphicElement.h"
+
+namespace qxsvg {
+
+// Lives as long as the drawing of one element. Inherited values are taken over from the scope of
+// the parent, so that finding them takes the same time however deep an element lies; without a
+// scope each of them is looked for up the tree. Values are not copied, but the elements whose own
+// value counts.
+//
+// Whatever changes which element that is makes every scope of the thread stale, and a stale scope
+// finds out anew when it is asked: marks, places in the tree, and what Change tells of.
+class TSVGGraphicElement::Scope {
+ public:
+  explicit Scope(TSVGGraphicElement& Element);
+  Scope(const Scope&) = delete;
+  Scope& operator=(const Scope&) = delete;
+  ~Scope();
+
+  // Makes the scopes of this thread stale.
+  static void Invalidate() { ++Thread().Generation; }
+  // The same as To's SetParent, as when it is lent or given back, but scopes stay as they are where
+  // the drawing came straight down to Borrower: then no scope knows of the child.
+  static void Lend(TSVGElement& Child, TSVGElement* To, const TSVGElement& Borrower);
+
+  // The element whose own value of the property is in force; null for a property that is not looked
+  // after here.
+  const TSVGGraphicElement* SourceOf(TSVGStyleProperty Property) const {
+    const std::uint8_t Slot = Slots[Ordinal(Property)];
+    return Slot == NoSlot ? nullptr : FSources[Slot];
+  }
+  const TSVGGraphicElement& SourceOfVisible() const { return *FVisible; }
+  // The nearest element up from this one that has a paint of its own or does not inherit all of it.
+  TSVGGraphicElement& BrushHolder() const { return *FBrushHolder; }
+  TSVGGraphicElement& PenHolder() const { return *FPenHolder; }
+  // Whose dashes are inherited, or null.
+  const TSVGGraphicElement* Dashed() const { return FDashed; }
+  double AbsoluteOpacity() const { return FAbsoluteOpacity; }
+  bool IsEnabled() const { return FIsEnabled; }
+
+  const Scope& Renewed() {
+    if (FGeneration != FThread.Generation) Build();
+    return *this;
+  }
+
+ private:
+  struct TThread {
+    std::uint64_t Generation = 0;
+    Scope* Top = nullptr;
+  };
+  static constexpr std::uint8_t NoSlot = 0xff;
+  static constexpr std::array Looked{TSVGStyleProperty::ipColorInterpolation,
+                                     TSVGStyleProperty::ipColorRendering,
+                                     TSVGStyleProperty::ipFill,
+                                     TSVGStyleProperty::ipFillOpacity,
+                                     TSVGStyleProperty::ipFillRule,
+                                     TSVGStyleProperty::ipMarkerEnd,
+                                     TSVGStyleProperty::ipMarkerMid,
+                                     TSVGStyleProperty::ipMarkerStart,
+                                     TSVGStyleProperty::ipOpacity,
+                                     TSVGStyleProperty::ipShapeRendering,
+                                     TSVGStyleProperty::ipStroke,
+                                     TSVGStyleProperty::ipStrokeDashOffset,
+                                     TSVGStyleProperty::ipStrokeLinecap,
+                                     TSVGStyleProperty::ipStrokeLineJoin,
+                                     TSVGStyleProperty::ipStrokeMiterLimit,
+                                     TSVGStyleProperty::ipStrokeOpacity,
+                                     TSVGStyleProperty::ipStrokeWidth,
+                                     TSVGStyleProperty::ipTextRendering,
+                                     TSVGStyleProperty::ipVectorEffect};
+  static constexpr TSVGStyleProperties LookedSet = [] {
+    TSVGStyleProperties Result;
+    for (const TSVGStyleProperty Property : Looked) Result.Include(Property);
+    return Result;
+  }();
+  static constexpr std::array<std::uint8_t, 64> Slots = [] {
+    std::array<std::uint8_t, 64> Result{};
+    Result.fill(NoSlot);
+    for (std::size_t I = 0; I < Looked.size(); ++I)
+      Result[Ordinal(Looked[I])] = static_cast<std::uint8_t>(I);
+    return Result;
+  }();
+
+  static TThread& Thread() {
+    thread_local TThread Instance;
+    return Instance;
+  }
+  void Build();
+  // The parts for an element below Parent, of whose scope Above is; null where Parent is not drawn.
+  void BuildBelow(const TSVGGraphicElement& Parent, const Scope* Above);
+
+  TThread& FThread;
+  TSVGGraphicElement& FElement;
+  // The scopes that were made before this one: in this thread, and for this element.
+  Scope* FPrevious;
+  Scope* FOuter;
+  std::uint64_t FGeneration = 0;
+  std::array<const TSVGGraphicElement*, Looked.size()> FSources;
+  const TSVGGraphicElement* FVisible = nullptr;
+  const TSVGGraphicElement* FDashed = nullptr;
+  TSVGGraphicElement* FBrushHolder = nullptr;
+  TSVGGraphicElement* FPenHolder = nullptr;
+  double FAbsoluteOpacity = 1;
+  bool FIsEnabled = true;
+  // The scopes before are those of the ancestors, and none else.
+  bool FIsStraight;
+};
+
+inline const TSVGGraphicElement::Scope* TSVGGraphicElement::ScopeInForce() const {
+  return FScope ? &FScope->Renewed() : nullptr;
+}
+
+}  // namespace qxsvg
