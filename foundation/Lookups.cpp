@@ -50,7 +50,9 @@ bool GetSVGFeatureSupport(StringView Identifier) {
 
 TSVGUnit GetSVGUnit(StringView Text) {
   if (Text.empty()) return TSVGUnit::suNone;
-  for (std::size_t I = Ordinal(TSVGUnit::suPixels); I < SVGUnitStrings.size(); ++I)
+  // Most lengths have no unit, and no unit ends in a digit.
+  const bool MayBeUnit = Text.back() < u'0' || Text.back() > u'9';
+  for (std::size_t I = Ordinal(TSVGUnit::suPixels); MayBeUnit && I < SVGUnitStrings.size(); ++I)
     if (SameText(Text, SVGUnitStrings[I])) return static_cast<TSVGUnit>(I);
   const bool EndsInPercent =
       Text.back() == u'%' || (Text.size() >= 2 && Text[Text.size() - 2] == u'%');
