@@ -202,7 +202,14 @@ void TGradientPaint::Compute(std::int32_t X, std::int32_t Y, std::int32_t Count,
 
 void TGradientPaint::Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) {
   if (FForm == TForm::Even) return Kernels().Fill(Out, Count, FColor);
-  if (FForm != TForm::Linear || FPlaceY != 0) return Compute(X, Y, Count, Out);
+  if (const std::uint32_t* Known = Ready(X, Y, Count))
+    std::copy_n(Known, Count, Out);
+  else
+    Compute(X, Y, Count, Out);
+}
+
+const std::uint32_t* TGradientPaint::Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) {
+  if (FForm != TForm::Linear || FPlaceY != 0) return nullptr;
   // All rows are alike: the part that was needed so far is kept.
   if (FRowLeft == FRowRight) FRowLeft = FRowRight = X;
   const std::int32_t Left = std::min(FRowLeft, X), Right = std::max(FRowRight, X + Count);
@@ -211,7 +218,7 @@ void TGradientPaint::Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, s
   if (Right > FRowRight) Compute(FRowRight, Y, Right - FRowRight, FRow.data() + FRowRight);
   FRowLeft = Left;
   FRowRight = Right;
-  std::copy_n(FRow.data() + X, Count, Out);
+  return FRow.data() + X;
 }
 
 }  // namespace qxsvg

@@ -56,6 +56,7 @@ class TGradientPaint final : public IPaint {
              float Opacity);
 
   void Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) override;
+  const std::uint32_t* Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) override;
   bool IsRowEven(std::int32_t Y, std::uint32_t& Color) override;
 
  private:

@@ -52,8 +52,7 @@ bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
   FScaleX = M.m11, FSkewX = M.m21, FScaleY = M.m22, FSkewY = M.m12;
   FOffsetX = M.m31 + (double{M.m11} + M.m21) / 2;
   FOffsetY = M.m32 + (double{M.m12} + M.m22) / 2;
-  FSmooth[0].Source = FSmooth[1].Source = -1;
-  FShrunkY = Device.Top - 1;
+  FShrunkY = FTiledY = Device.Top - 1;
 
   // Whether it turns is told by what the skew does over the whole area.
   const bool IsUpright = std::abs(FSkewX) * static_cast<double>(Device.Height()) < CloseShift &&
@@ -70,18 +69,12 @@ bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
   }
   if (IsUpright && IsSmooth && !FIsRepeated && std::max(AcrossX, AcrossY) > MeanFrom) {
     FForm = TForm::Shrunk;
-    FCovered.resize(static_cast<std::size_t>(Device.Width()));
-    for (std::int32_t X = Device.Left; X < Device.Right; ++X)
-      FCovered[static_cast<std::size_t>(X - Device.Left)] =
-          CoveredBy(FScaleX, FOffsetX, X, FPart.Left, FPart.Right);
+    BeginMeans();
     return true;
   }
   if (IsSmooth && std::max(AcrossX, AcrossY) > MeanFrom) Shrink(AcrossX, AcrossY);
   FForm = IsUpright ? TForm::Upright : TForm::Turned;
-  if (FForm == TForm::Upright) {
-    MakeAxis(FColumns, FScaleX, FOffsetX, Device.Left, Device.Right, FPart.Left, FPart.Right);
-    MakeAxis(FRows, FScaleY, FOffsetY, Device.Top, Device.Bottom, FPart.Top, FPart.Bottom);
-  }
+  if (FForm == TForm::Upright) BeginUpright();
   return true;
 }
 
@@ -143,7 +136,7 @@ void TImagePaint::Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std:
   switch (FForm) {
     case TForm::Shifted: return FetchShifted(X, Y, Count, Out);
     case TForm::Upright: return FetchUpright(X, Y, Count, Out);
-    case TForm::Shrunk: return FetchShrunk(X, Y, Count, Out);
+    case TForm::Shrunk: std::copy_n(Ready(X, Y, Count), Count, Out); break;
     case TForm::Turned: return FetchTurned(X, Y, Count, Out);
   }
 }
@@ -171,18 +164,57 @@ void TImagePaint::FetchShifted(std::int32_t X, std::int32_t Y, std::int32_t Coun
   }
 }
 
-// A row of the image, stretched to the device; two are kept, of which Avoid is still needed.
+// Tiles side by side, as many as any one call may ask for.
+const std::uint32_t* TImagePaint::ReadyShifted(std::int32_t X, std::int32_t Y, std::int32_t Count) {
+  const auto Width = static_cast<std::int32_t>(FPart.Width());
+  const std::int64_t At = std::int64_t{X} + FShiftX;
+  if (!FIsRepeated || At + Count <= FPart.Right) {
+    const bool IsInside = At >= FPart.Left && At + Count <= FPart.Right;
+    return IsInside ? FPixels.Row(static_cast<std::int32_t>(
+                          Held(std::int64_t{Y} + FShiftY, FPart.Top, FPart.Bottom))) +
+                          At
+                    : nullptr;
+  }
+  const auto Needed = static_cast<std::size_t>(Width) + static_cast<std::size_t>(Count);
+  if (FTiledY != Y || FTiled.size() < Needed) {
+    if (FTiled.size() < Needed) FTiled.resize(Needed);
+    const auto Row =
+        static_cast<std::int32_t>(Held(std::int64_t{Y} + FShiftY, FPart.Top, FPart.Bottom));
+    std::copy_n(FPixels.Row(Row), Width, FTiled.data());
+    for (auto Done = static_cast<std::size_t>(Width); Done < FTiled.size();) {
+      const std::size_t Part = std::min(Done, FTiled.size() - Done);
+      std::copy_n(FTiled.data(), Part, FTiled.data() + Done);
+      Done += Part;
+    }
+    FTiledY = Y;
+  }
+  return FTiled.data() + Held(At, 0, Width);
+}
+
+// Two stretched rows are kept, or, where the image repeats and they are few, all of them.
+void TImagePaint::BeginUpright() {
+  constexpr std::int64_t MostKept = 1 << 18;
+  MakeAxis(FColumns, FScaleX, FOffsetX, FDevice.Left, FDevice.Right, FPart.Left, FPart.Right);
+  MakeAxis(FRows, FScaleY, FOffsetY, FDevice.Top, FDevice.Bottom, FPart.Top, FPart.Bottom);
+  const bool KeepsAll = FIsRepeated && FPart.Height() * FDevice.Width() <= MostKept;
+  FSmoothRows.assign(KeepsAll ? static_cast<std::size_t>(FPart.Height()) : 2, -1);
+  const std::size_t Needed = FSmoothRows.size() * static_cast<std::size_t>(FDevice.Width());
+  if (FSmooth.size() < Needed) FSmooth.resize(Needed);
+}
+
+// A row of the image, stretched to the device; Avoid is still needed.
 const std::uint32_t* TImagePaint::SmoothRow(std::int32_t Source, std::int32_t Avoid) {
-  for (TSmoothRow& Row : FSmooth)
-    if (Row.Source == Source) return Row.Pixels.data();
-  TSmoothRow& Row = FSmooth[0].Source == Avoid ? FSmooth[1] : FSmooth[0];
   const auto Count = static_cast<std::size_t>(FDevice.Width());
-  if (Row.Pixels.size() < Count) Row.Pixels.resize(Count);
-  Row.Source = Source;
-  Kernels().ResampleRow(
-      Row.Pixels.data(), static_cast<std::int32_t>(Count),
-      {FPixels.Row(Source), FColumns.A.data(), FColumns.B.data(), FColumns.Weight.data()});
-  return Row.Pixels.data();
+  std::size_t Slot = static_cast<std::size_t>(Source - FPart.Top);
+  if (FSmoothRows.size() == 2)
+    Slot = FSmoothRows[1] == Source || (FSmoothRows[0] != Source && FSmoothRows[0] == Avoid);
+  std::uint32_t* Row = FSmooth.data() + Slot * Count;
+  if (FSmoothRows[Slot] == Source) return Row;
+  FSmoothRows[Slot] = Source;
+  Kernels().ResampleRow(Row, static_cast<std::int32_t>(Count),
+                        {FPixels.Row(Source), FPixels.Width, FColumns.A.data(), FColumns.B.data(),
+                         FColumns.Weight.data()});
+  return Row;
 }
 
 void TImagePaint::FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Count,
@@ -200,9 +232,10 @@ void TImagePaint::FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Coun
   Kernels().MixRows(Out, A + Column, B + Column, FRows.Weight[Row], Count);
 }
 
-// What one place of the device covers of an axis. Offset is that of the middle of a pixel.
-TImagePaint::TCovered TImagePaint::CoveredBy(double Scale, double Offset, std::int32_t At,
-                                             std::int32_t Low, std::int32_t High) {
+// Appends the weights of what one place of the device covers of an axis and gives the first of it.
+// Offset is that of the middle of a pixel.
+std::int32_t TImagePaint::AddMean(double Scale, double Offset, std::int32_t At, std::int32_t Low,
+                                  std::int32_t High) {
   const double Half = std::max(std::abs(Scale), 1.0) / 2, Middle = Offset + Scale * At;
   double Begin = std::clamp(Middle - Half, double(Low), double(High));
   double End = std::clamp(Middle + Half, double(Low), double(High));
@@ -210,59 +243,55 @@ TImagePaint::TCovered TImagePaint::CoveredBy(double Scale, double Offset, std::i
     Begin = std::clamp(std::floor(Middle), double(Low), double(High - 1));
     End = Begin + 1;
   }
-  TCovered Covered;
-  Covered.First = std::min(static_cast<std::int32_t>(Begin), High - 1);
-  Covered.Last = std::max(static_cast<std::int32_t>(std::ceil(End)) - 1, Covered.First);
-  const auto Part = [](double V) { return static_cast<std::uint32_t>(std::lround(V * 256)); };
-  Covered.FirstWeight = Part(std::min(End, Covered.First + 1.0) - Begin);
-  Covered.LastWeight = Covered.Last == Covered.First ? 0 : Part(End - Covered.Last);
-  Covered.Total = Covered.FirstWeight + Covered.LastWeight;
-  if (Covered.Last > Covered.First + 1)
-    Covered.Total += 256 * static_cast<std::uint32_t>(Covered.Last - Covered.First - 1);
-  return Covered;
+  const std::int32_t First = std::min(static_cast<std::int32_t>(Begin), High - 1);
+  const std::int32_t Last = std::max(static_cast<std::int32_t>(std::ceil(End)) - 1, First);
+  // Rounding where each ends keeps the sum exact, however many there are.
+  const double Unit = MeanOne / (End - Begin);
+  std::int32_t Before = 0;
+  for (std::int32_t I = First; I <= Last; ++I) {
+    const auto Now =
+        I == Last ? MeanOne : static_cast<std::int32_t>(std::lround((I + 1 - Begin) * Unit));
+    FWeights.push_back(static_cast<std::uint16_t>(Now - Before));
+    Before = Now;
+  }
+  return First;
 }
 
-// Sums the rows that Y covers, then the columns that each pixel covers.
+void TImagePaint::BeginMeans() {
+  FMeanSpans.clear();
+  FWeights.clear();
+  for (std::int32_t X = FDevice.Left; X < FDevice.Right; ++X) {
+    const std::size_t From = FWeights.size();
+    const std::int32_t First = AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right);
+    if ((FWeights.size() - From) % 2) FWeights.push_back(0);
+    FMeanSpans.push_back({First - FPart.Left, static_cast<std::int32_t>(FWeights.size() - From) / 2,
+                          static_cast<std::int32_t>(From)});
+  }
+  FShrunk.resize(FMeanSpans.size());
+  // The second of the last pair may lie outside.
+  FMeans.assign(static_cast<std::size_t>(FPart.Width() + 1) * 4, 0);
+}
+
 void TImagePaint::ShrinkRow(std::int32_t Y) {
-  const auto Width = static_cast<std::size_t>(FPart.Width());
-  const auto Count = static_cast<std::size_t>(FDevice.Width());
-  FSums.assign(Width * 4, 0);
-  const TCovered Rows = CoveredBy(FScaleY, FOffsetY, Y, FPart.Top, FPart.Bottom);
-  for (std::int32_t Row = Rows.First; Row <= Rows.Last; ++Row) {
-    const std::uint32_t Weight = Row == Rows.First  ? Rows.FirstWeight
-                                 : Row == Rows.Last ? Rows.LastWeight
-                                                    : 256;
-    if (Weight != 0)
-      Kernels().SumRow(FSums.data(), FPixels.Row(Row) + FPart.Left,
-                       static_cast<std::int32_t>(Width), Weight);
-  }
-  if (FShrunk.size() < Count) FShrunk.resize(Count);
-  for (std::size_t I = 0; I < Count; ++I) {
-    const TCovered& Columns = FCovered[I];
-    const std::uint32_t* P = &FSums[static_cast<std::size_t>(Columns.First - FPart.Left) * 4];
-    const std::uint32_t* const Last =
-        &FSums[static_cast<std::size_t>(Columns.Last - FPart.Left) * 4];
-    std::uint64_t Sum[4];
-    for (int C = 0; C < 4; ++C)
-      Sum[C] =
-          std::uint64_t{P[C]} * Columns.FirstWeight + std::uint64_t{Last[C]} * Columns.LastWeight;
-    for (P += 4; P < Last; P += 4)
-      for (int C = 0; C < 4; ++C) Sum[C] += std::uint64_t{P[C]} << 8;
-    const double Scale = 1.0 / (static_cast<double>(Columns.Total) * Rows.Total);
-    std::uint32_t Pixel = 0;
-    for (int C = 0; C < 4; ++C)
-      Pixel |= static_cast<std::uint32_t>(
-                   static_cast<double>(static_cast<std::int64_t>(Sum[C])) * Scale + 0.5)
-               << (8 * C);
-    FShrunk[I] = Pixel;
-  }
+  const std::size_t Known = FWeights.size();
+  const std::int32_t First = AddMean(FScaleY, FOffsetY, Y, FPart.Top, FPart.Bottom);
+  const auto Count = static_cast<std::int32_t>(FWeights.size() - Known);
+  FWeights.push_back(0);
+  Kernels().MeanRows(
+      FMeans.data(),
+      {FPixels.Row(First) + FPart.Left, FPixels.Stride, FWeights.data() + Known, Count},
+      static_cast<std::int32_t>(FPart.Width()));
+  FWeights.resize(Known);
+  Kernels().MeanColumns(FShrunk.data(), static_cast<std::int32_t>(FShrunk.size()),
+                        {FMeans.data(), FMeanSpans.data(), FWeights.data()});
   FShrunkY = Y;
 }
 
-void TImagePaint::FetchShrunk(std::int32_t X, std::int32_t Y, std::int32_t Count,
-                              std::uint32_t* Out) {
+const std::uint32_t* TImagePaint::Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) {
+  if (FForm == TForm::Shifted) return ReadyShifted(X, Y, Count);
+  if (FForm != TForm::Shrunk) return nullptr;
   if (FShrunkY != Y) ShrinkRow(Y);
-  std::copy_n(FShrunk.data() + (X - FDevice.Left), Count, Out);
+  return FShrunk.data() + (X - FDevice.Left);
 }
 
 // In 48.16 fixed point from the row's own start, so that a pixel does not depend on where a row of

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "raster/Kernels.h"
 #include "raster/Paint.h"
 
 namespace qxsvg {
@@ -31,6 +32,7 @@ class TImagePaint final : public IPaint {
   // the matrix cannot be inverted, or there are no pixels.
   bool Begin(const TQXConstPixels& Pixels, const TImagePlace& Place, const TRect& Device);
   void Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) override;
+  const std::uint32_t* Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) override;
 
  private:
   // One axis of an upright image: for each place of the device from First on, the two pixels of the
@@ -40,30 +42,22 @@ class TImagePaint final : public IPaint {
     std::vector<std::uint16_t> Weight;
     std::int32_t First = 0;
   };
-  // The pixels that a place of the device covers, with the 256ths of the first and the last and of
-  // all together.
-  struct TCovered {
-    std::int32_t First = 0, Last = 0;
-    std::uint32_t FirstWeight = 0, LastWeight = 0, Total = 0;
-  };
-  struct TSmoothRow {
-    std::int64_t Source = -1;
-    std::vector<std::uint32_t> Pixels;
-  };
   enum class TForm : std::uint8_t { Shifted, Upright, Shrunk, Turned };
 
   void Shrink(double ScaleX, double ScaleY);
   void MakeAxis(TAxis& Axis, double Scale, double Offset, std::int32_t From, std::int32_t To,
                 std::int32_t Low, std::int32_t High) const;
   std::int64_t Held(std::int64_t At, std::int32_t Low, std::int32_t High) const;
+  void BeginUpright();
   const std::uint32_t* SmoothRow(std::int32_t Source, std::int32_t Avoid);
+  const std::uint32_t* ReadyShifted(std::int32_t X, std::int32_t Y, std::int32_t Count);
   void FetchShifted(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
   void FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out);
-  void FetchShrunk(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out);
   void FetchTurned(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
+  void BeginMeans();
+  std::int32_t AddMean(double Scale, double Offset, std::int32_t At, std::int32_t Low,
+                       std::int32_t High);
   void ShrinkRow(std::int32_t Y);
-  static TCovered CoveredBy(double Scale, double Offset, std::int32_t At, std::int32_t Low,
-                            std::int32_t High);
 
   TQXConstPixels FPixels;
   TRect FPart, FDevice;
@@ -74,10 +68,16 @@ class TImagePaint final : public IPaint {
   // From the device to the image, pixel middles to pixel middles.
   double FScaleX = 1, FScaleY = 1, FOffsetX = 0, FOffsetY = 0, FSkewX = 0, FSkewY = 0;
   TAxis FColumns, FRows;
-  TSmoothRow FSmooth[2];
-  // A smaller copy, and the sums of one row of the shrunk image.
-  std::vector<std::uint32_t> FSmaller, FSums, FShrunk;
-  std::vector<TCovered> FCovered;
+  // Rows of the image stretched to the device, and which row of the image each is.
+  std::vector<std::uint32_t> FSmooth;
+  std::vector<std::int32_t> FSmoothRows;
+  // A row of tiles side by side, made for this row of the device.
+  std::vector<std::uint32_t> FTiled;
+  std::int32_t FTiledY = -1;
+  // A smaller copy, or one row of the shrunk image and what it is the mean of.
+  std::vector<std::uint32_t> FSmaller, FShrunk;
+  std::vector<std::uint16_t> FMeans, FWeights;
+  std::vector<TMeanSpan> FMeanSpans;
   std::int32_t FShrunkY = -1;
 };
 

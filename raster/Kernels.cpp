@@ -55,6 +55,29 @@ void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color) {
   std::fill_n(Target, Count, Color);
 }
 
+void StreamFill(std::uint32_t* Target, std::ptrdiff_t Stride, std::int32_t Width, std::int32_t Rows,
+                std::uint32_t Color) {
+  for (std::int32_t Row = 0; Row < Rows; ++Row) Fill(Target + Row * Stride, Width, Color);
+}
+
+void StreamCopy(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count) {
+  std::copy_n(Source, Count, Target);
+}
+
+void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
+  for (std::int32_t I = 0; I < Count; ++I) {
+    const TMeanSpan& Span = Columns.Spans[I];
+    const std::uint16_t* P = Columns.Row + 4 * Span.First;
+    std::uint32_t Sums[4] = {};
+    for (std::int32_t J = 0; J < 2 * Span.Pairs; ++J)
+      for (int C = 0; C < 4; ++C)
+        Sums[C] += std::uint32_t{P[4 * J + C]} * Columns.Weights[Span.Weights + J];
+    Out[I] = 0;
+    for (int C = 0; C < 4; ++C)
+      Out[I] |= (Sums[C] + (1 << (MeanShift - 1))) >> MeanShift << (8 * C);
+  }
+}
+
 }  // namespace
 
 void PlainBlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
@@ -132,10 +155,16 @@ void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_
   for (std::int32_t I = 0; I < Count; ++I) Out[I] = MixPixels(A[I], B[I], Weight);
 }
 
-void PlainSumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
-                 std::uint32_t Weight) {
-  for (std::int32_t I = 0; I < Count; ++I)
-    for (int C = 0; C < 4; ++C) Sums[4 * I + C] += (Pixels[I] >> (8 * C) & 255) * Weight;
+void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  for (std::int32_t I = 0; I < Count; ++I) {
+    std::uint32_t Sums[4] = {};
+    for (std::int32_t Row = 0; Row < Rows.Count; ++Row)
+      for (int C = 0; C < 4; ++C)
+        Sums[C] += (Rows.Pixels[Row * Rows.Stride + I] >> (8 * C) & 255) * Rows.Weights[Row];
+    for (int C = 0; C < 4; ++C)
+      Out[4 * I + C] =
+          static_cast<std::uint16_t>((Sums[C] + (1 << (MeanRowShift - 1))) >> MeanRowShift);
+  }
 }
 
 void PlainFetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row) {
@@ -170,11 +199,12 @@ void PlainAddSteepRows(const TSteepRows& Rows) {
   }
 }
 
-const TKernels PlainKernels = {Sweep<false>,        Sweep<true>,      Fill,
-                               PlainBlendColor,     PlainBlendPixels, PlainBlendCovered,
-                               PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,
-                               PlainFetchRadial,    PlainResampleRow, PlainMixRows,
-                               PlainSumRow,         PlainFetchTurned, PlainAddSteepRows};
+const TKernels PlainKernels = {Sweep<false>,     Sweep<true>,       Fill,
+                               StreamFill,       StreamCopy,        PlainBlendColor,
+                               PlainBlendPixels, PlainBlendCovered, PlainMultiplyCovers,
+                               PlainScaleCovers, PlainFetchLinear,  PlainFetchRadial,
+                               PlainResampleRow, PlainMixRows,      PlainMeanRows,
+                               MeanColumns,      PlainFetchTurned,  PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

@@ -36,11 +36,34 @@ struct TRadialRow {
   const std::uint32_t* Colors;
   float Last, X, XStep, Y, YStep, FocusX, FocusY, Free, Scale;
 };
-// A row of pixels put together from two of another row each: Weight 256ths of the second.
+// A row of pixels put together from two of another row each, which has Size pixels: Weight 256ths
+// of the second.
 struct TResampledRow {
   const std::uint32_t* Pixels;
+  std::int32_t Size;
   const std::int32_t *First, *Second;
   const std::uint16_t* Weight;
+};
+
+// Means of pixels are taken of Count rows first, then of columns. The weights of either add up to
+// MeanOne; in between the parts of a pixel have MeanBits of fraction, and a sign bit to spare.
+inline constexpr int MeanBits = 7, MeanOneBits = 14, MeanOne = 1 << MeanOneBits;
+inline constexpr int MeanRowShift = MeanOneBits - MeanBits, MeanShift = MeanOneBits + MeanBits;
+struct TMeanRows {
+  const std::uint32_t* Pixels;
+  std::ptrdiff_t Stride;
+  // A 0 more where their number is odd.
+  const std::uint16_t* Weights;
+  std::int32_t Count;
+};
+// The columns that one pixel is the mean of, in pairs, with the place of the first weight.
+struct TMeanSpan {
+  std::int32_t First, Pairs, Weights;
+};
+struct TMeanColumns {
+  const std::uint16_t* Row;
+  const TMeanSpan* Spans;
+  const std::uint16_t* Weights;
 };
 
 // A row of an image that is turned or stretched, mixed from the four pixels around each place.
@@ -76,6 +99,11 @@ struct TKernels {
 
   // Every pixel becomes Color.
   void (*Fill)(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color);
+  // The same for a block of rows, and for a copy, past the caches: for what is so large that it
+  // would throw everything else out of them.
+  void (*StreamFill)(std::uint32_t* Target, std::ptrdiff_t Stride, std::int32_t Width,
+                     std::int32_t Rows, std::uint32_t Color);
+  void (*StreamCopy)(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count);
   // One row of spans in one premultiplied colour over Target, the row's pixel 0.
   void (*BlendColor)(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
                      const std::uint8_t* Covers, std::uint32_t Color);
@@ -98,9 +126,9 @@ struct TKernels {
   // Out is A with Weight 256ths of B.
   void (*MixRows)(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
                   std::uint32_t Weight, std::int32_t Count);
-  // Adds Weight times each part of each pixel to Sums, four a pixel.
-  void (*SumRow)(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
-                 std::uint32_t Weight);
+  // Out gets four numbers a pixel.
+  void (*MeanRows)(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
+  void (*MeanColumns)(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns);
   void (*FetchTurned)(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
   void (*AddSteepRows)(const TSteepRows& Rows);
 };

@@ -1,26 +1,15 @@
-// The kernels for processors with AVX2. The functions carry the instruction set themselves, so that
-// nothing else of this file is compiled for it.
-#include "raster/CellPiece.h"
-#include "raster/KernelsPlain.h"
+// The kernels for processors with AVX2 that make coverage and blend it.
+#include "raster/KernelsAVX2.h"
 
 #if defined(__x86_64__)
 
-#include <immintrin.h>
-
-#include <cstring>
+#include "raster/CellPiece.h"
 
 namespace qxsvg {
 
 namespace {
 
-#define QXSVG_AVX2 [[gnu::target("avx2,bmi")]]
-
-QXSVG_AVX2 inline __m256i Load(const void* P) {
-  return _mm256_loadu_si256(static_cast<const __m256i*>(P));
-}
-QXSVG_AVX2 inline void Store(void* P, __m256i V) {
-  _mm256_storeu_si256(static_cast<__m256i*>(P), V);
-}
+using namespace avx2;
 
 // The running sums of eight cells.
 QXSVG_AVX2 inline __m256i RunningSums(__m256i V) {
@@ -97,6 +86,24 @@ QXSVG_AVX2 void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Co
   Store(Target + Count - 8, V);
 }
 
+// Whole lines of memory, which need not be read first then.
+QXSVG_AVX2 void StreamFill(std::uint32_t* Target, std::ptrdiff_t Stride, std::int32_t Width,
+                           std::int32_t Rows, std::uint32_t Color) {
+  constexpr std::int32_t LinePixels = 16;
+  const __m256i V = _mm256_set1_epi32(static_cast<int>(Color));
+  for (std::int32_t Row = 0; Row < Rows; ++Row, Target += Stride) {
+    const auto Into =
+        static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(Target) / 4 % LinePixels);
+    std::int32_t I = std::min((LinePixels - Into) % LinePixels, Width);
+    Fill(Target, I, Color);
+    for (; I + LinePixels <= Width; I += LinePixels) {
+      _mm256_stream_si256(reinterpret_cast<__m256i*>(Target + I), V);
+      _mm256_stream_si256(reinterpret_cast<__m256i*>(Target + I + 8), V);
+    }
+    Fill(Target + I, Width - I, Color);
+  }
+}
+
 // Eight rows of a steep line at a time; see TSteepRows. Each lane is the arithmetic of AddPiece.
 QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
   const __m256i Step = _mm256_set1_epi32(static_cast<int>(Rows.Step));
@@ -157,7 +164,8 @@ QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
 // Sixteen bytes, one in each 16-bit part, times others over 255.
 QXSVG_AVX2 inline __m256i MultiplyWords(__m256i A, __m256i B) {
   const __m256i P = _mm256_add_epi16(_mm256_mullo_epi16(A, B), _mm256_set1_epi16(128));
-  return _mm256_srli_epi16(_mm256_add_epi16(P, _mm256_srli_epi16(P, 8)), 8);
+  // The upper half of 257 P is P + P / 256, over 256.
+  return _mm256_mulhi_epu16(P, _mm256_set1_epi16(257));
 }
 QXSVG_AVX2 inline __m256i AlphaWords(__m256i Words) {
   return _mm256_shufflehi_epi16(_mm256_shufflelo_epi16(Words, 0xff), 0xff);
@@ -170,6 +178,20 @@ QXSVG_AVX2 inline __m256i OverWords(__m256i Target, __m256i Low, __m256i High) {
   const __m256i THigh =
       MultiplyWords(_mm256_unpackhi_epi8(Target, Zero), _mm256_xor_si256(AlphaWords(High), Most));
   return _mm256_adds_epu8(_mm256_packus_epi16(Low, High), _mm256_packus_epi16(TLow, THigh));
+}
+QXSVG_AVX2 inline __m256i OverPixels(__m256i Target, __m256i Source) {
+  const __m256i Zero = _mm256_setzero_si256();
+  const __m256i Low = _mm256_setr_epi8(3, -1, 3, -1, 3, -1, 3, -1, 7, -1, 7, -1, 7, -1, 7, -1, 3,
+                                       -1, 3, -1, 3, -1, 3, -1, 7, -1, 7, -1, 7, -1, 7, -1);
+  const __m256i High =
+      _mm256_setr_epi8(11, -1, 11, -1, 11, -1, 11, -1, 15, -1, 15, -1, 15, -1, 15, -1, 11, -1, 11,
+                       -1, 11, -1, 11, -1, 15, -1, 15, -1, 15, -1, 15, -1);
+  const __m256i Rest = _mm256_xor_si256(Source, _mm256_set1_epi8(-1));
+  const __m256i TLow =
+      MultiplyWords(_mm256_unpacklo_epi8(Target, Zero), _mm256_shuffle_epi8(Rest, Low));
+  const __m256i THigh =
+      MultiplyWords(_mm256_unpackhi_epi8(Target, Zero), _mm256_shuffle_epi8(Rest, High));
+  return _mm256_adds_epu8(Source, _mm256_packus_epi16(TLow, THigh));
 }
 // Eight covers, each four times: for the pixels 0, 1, 4, 5 in the low and 2, 3, 6, 7 in the high.
 struct TCoverWords {
@@ -231,11 +253,11 @@ QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, 
   const __m256i Zero = _mm256_setzero_si256();
   const __m256i C = _mm256_set1_epi16(static_cast<short>(Cover));
   std::int32_t I = 0;
-  // The product with a full cover is the pixel itself.
+  // The product with a full cover is the pixel itself, and nothing shows through opaque ones.
+  const __m256i Alphas = _mm256_set1_epi32(static_cast<int>(0xff000000));
   for (; Cover == FullCover && I + 8 <= Count; I += 8) {
     const __m256i S = Load(Source + I);
-    Store(Target + I, OverWords(Load(Target + I), _mm256_unpacklo_epi8(S, Zero),
-                                _mm256_unpackhi_epi8(S, Zero)));
+    Store(Target + I, _mm256_testc_si256(S, Alphas) ? S : OverPixels(Load(Target + I), S));
   }
   for (; I + 8 <= Count; I += 8) {
     const __m256i S = Load(Source + I);
@@ -290,193 +312,12 @@ QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::ui
   PlainScaleCovers(Target + I, A + I, Cover, Count - I);
 }
 
-QXSVG_AVX2 inline __m256 PlacesFrom(std::int32_t X) {
-  return _mm256_cvtepi32_ps(
-      _mm256_add_epi32(_mm256_set1_epi32(X), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7)));
-}
-QXSVG_AVX2 inline __m256i ColorsAt(const std::uint32_t* Colors, __m256 Places, __m256 Most) {
-  Places = _mm256_min_ps(_mm256_max_ps(Places, _mm256_setzero_ps()), Most);
-  return _mm256_i32gather_epi32(reinterpret_cast<const int*>(Colors), _mm256_cvttps_epi32(Places),
-                                4);
-}
-
-QXSVG_AVX2 void FetchLinear(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
-                            const TLinearRow& Row) {
-  const __m256 Start = _mm256_set1_ps(Row.Start), Step = _mm256_set1_ps(Row.Step);
-  const __m256 Most = _mm256_set1_ps(Row.Last + 0.5f);
-  std::int32_t I = 0;
-  for (; I + 8 <= Count; I += 8) {
-    const __m256 V = _mm256_add_ps(Start, _mm256_mul_ps(PlacesFrom(X + I), Step));
-    Store(Out + I, ColorsAt(Row.Colors, V, Most));
-  }
-  PlainFetchLinear(Out + I, X + I, Count - I, Row);
-}
-
-QXSVG_AVX2 void FetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
-                            const TRadialRow& Row) {
-  const __m256 Most = _mm256_set1_ps(Row.Last + 0.5f), Free = _mm256_set1_ps(Row.Free);
-  const __m256 FX = _mm256_set1_ps(Row.FocusX), FY = _mm256_set1_ps(Row.FocusY);
-  const __m256 Scale = _mm256_set1_ps(Row.Scale);
-  std::int32_t I = 0;
-  for (; I + 8 <= Count; I += 8) {
-    const __m256 At = PlacesFrom(X + I);
-    const __m256 DX =
-        _mm256_add_ps(_mm256_set1_ps(Row.X), _mm256_mul_ps(At, _mm256_set1_ps(Row.XStep)));
-    const __m256 DY =
-        _mm256_add_ps(_mm256_set1_ps(Row.Y), _mm256_mul_ps(At, _mm256_set1_ps(Row.YStep)));
-    const __m256 A = _mm256_add_ps(_mm256_mul_ps(DX, FX), _mm256_mul_ps(DY, FY));
-    const __m256 Away = _mm256_add_ps(_mm256_mul_ps(DX, DX), _mm256_mul_ps(DY, DY));
-    const __m256 Square = _mm256_add_ps(_mm256_mul_ps(A, A), _mm256_mul_ps(Free, Away));
-    const __m256 Far = _mm256_mul_ps(_mm256_add_ps(A, _mm256_sqrt_ps(Square)), Scale);
-    Store(Out + I, ColorsAt(Row.Colors, _mm256_sub_ps(Most, Far), Most));
-  }
-  PlainFetchRadial(Out + I, X + I, Count - I, Row);
-}
-
-// A and B in 16-bit parts, with weights that add up to 256.
-QXSVG_AVX2 inline __m256i MixWords(__m256i A, __m256i B, __m256i Rest, __m256i Weight) {
-  const __m256i Sum = _mm256_add_epi16(_mm256_mullo_epi16(A, Rest), _mm256_mullo_epi16(B, Weight));
-  return _mm256_srli_epi16(_mm256_add_epi16(Sum, _mm256_set1_epi16(128)), 8);
-}
-QXSVG_AVX2 inline __m256i MixEight(__m256i A, __m256i B, __m256i LowWeight, __m256i HighWeight) {
-  const __m256i Zero = _mm256_setzero_si256(), All = _mm256_set1_epi16(256);
-  const __m256i Low = MixWords(_mm256_unpacklo_epi8(A, Zero), _mm256_unpacklo_epi8(B, Zero),
-                               _mm256_sub_epi16(All, LowWeight), LowWeight);
-  const __m256i High = MixWords(_mm256_unpackhi_epi8(A, Zero), _mm256_unpackhi_epi8(B, Zero),
-                                _mm256_sub_epi16(All, HighWeight), HighWeight);
-  return _mm256_packus_epi16(Low, High);
-}
-
-QXSVG_AVX2 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row) {
-  const auto* Pixels = reinterpret_cast<const int*>(Row.Pixels);
-  std::int32_t I = 0;
-  for (; I + 8 <= Count; I += 8) {
-    const __m256i A = _mm256_i32gather_epi32(Pixels, Load(Row.First + I), 4);
-    const __m256i B = _mm256_i32gather_epi32(Pixels, Load(Row.Second + I), 4);
-    __m256i W =
-        _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(Row.Weight + I)));
-    W = _mm256_or_si256(W, _mm256_slli_epi32(W, 16));
-    Store(Out + I, MixEight(A, B, _mm256_unpacklo_epi32(W, W), _mm256_unpackhi_epi32(W, W)));
-  }
-  PlainResampleRow(Out + I, Count - I, {Row.Pixels, Row.First + I, Row.Second + I, Row.Weight + I});
-}
-
-QXSVG_AVX2 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
-                        std::uint32_t Weight, std::int32_t Count) {
-  const __m256i W = _mm256_set1_epi16(static_cast<short>(Weight));
-  std::int32_t I = 0;
-  for (; I + 8 <= Count; I += 8) Store(Out + I, MixEight(Load(A + I), Load(B + I), W, W));
-  PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
-}
-
-QXSVG_AVX2 void SumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
-                       std::uint32_t Weight) {
-  const __m256i W = _mm256_set1_epi32(static_cast<int>(Weight));
-  std::int32_t I = 0;
-  for (; I + 4 <= Count; I += 4) {
-    const __m128i P = _mm_loadu_si128(reinterpret_cast<const __m128i*>(Pixels + I));
-    // Both factors fit 16 bits, whose product is a 32-bit sum of one.
-    const __m256i Low = _mm256_madd_epi16(_mm256_cvtepu8_epi32(P), W);
-    const __m256i High = _mm256_madd_epi16(_mm256_cvtepu8_epi32(_mm_srli_si128(P, 8)), W);
-    Store(Sums + 4 * I, _mm256_add_epi32(Load(Sums + 4 * I), Low));
-    Store(Sums + 4 * I + 8, _mm256_add_epi32(Load(Sums + 4 * I + 8), High));
-  }
-  PlainSumRow(Sums + 4 * I, Pixels + I, Count - I, Weight);
-}
-
-// One axis of eight places.
-struct TTurnedAxis {
-  __m256i Place, Step, Size;
-};
-QXSVG_AVX2 inline TTurnedAxis BeginAxis(std::int64_t Place, std::int64_t Step, std::int32_t Size,
-                                        bool IsRepeated) {
-  std::int64_t All = Step * 8;
-  if (IsRepeated) {
-    const std::int64_t Whole = std::int64_t{Size} << 16;
-    const auto Wrapped = [=](std::int64_t V) {
-      const std::int64_t Rest = V % Whole;
-      return Rest < 0 ? Rest + Whole : Rest;
-    };
-    alignas(32) std::uint32_t Places[8];
-    for (int I = 0; I < 8; ++I) Places[I] = static_cast<std::uint32_t>(Wrapped(Place + I * Step));
-    All = Wrapped(All);
-    return {_mm256_load_si256(reinterpret_cast<const __m256i*>(Places)),
-            _mm256_set1_epi32(static_cast<int>(All)), _mm256_set1_epi32(Size)};
-  }
-  const __m256i Steps = _mm256_mullo_epi32(_mm256_set1_epi32(static_cast<int>(Step)),
-                                           _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
-  return {_mm256_add_epi32(_mm256_set1_epi32(static_cast<int>(Place)), Steps),
-          _mm256_set1_epi32(static_cast<int>(All)), _mm256_set1_epi32(Size)};
-}
-// The two pixels at each place, and how much of the second, in both halves of 32 bits.
-struct TTurnedPair {
-  __m256i First, Second, Weight;
-};
-QXSVG_AVX2 inline TTurnedPair NextPair(TTurnedAxis& Axis, bool IsRepeated) {
-  const __m256i One = _mm256_set1_epi32(1);
-  TTurnedPair Pair;
-  Pair.Weight = _mm256_and_si256(_mm256_srli_epi32(Axis.Place, 8), _mm256_set1_epi32(255));
-  Pair.Weight = _mm256_or_si256(Pair.Weight, _mm256_slli_epi32(Pair.Weight, 16));
-  const __m256i Next = _mm256_add_epi32(Axis.Place, Axis.Step);
-  if (IsRepeated) {
-    Pair.First = _mm256_srli_epi32(Axis.Place, 16);
-    const __m256i After = _mm256_add_epi32(Pair.First, One);
-    Pair.Second = _mm256_andnot_si256(_mm256_cmpeq_epi32(After, Axis.Size), After);
-    Axis.Place = _mm256_min_epu32(Next, _mm256_sub_epi32(Next, _mm256_slli_epi32(Axis.Size, 16)));
-    return Pair;
-  }
-  const __m256i Zero = _mm256_setzero_si256(), Last = _mm256_sub_epi32(Axis.Size, One);
-  const __m256i At = _mm256_srai_epi32(Axis.Place, 16);
-  Pair.First = _mm256_min_epi32(_mm256_max_epi32(At, Zero), Last);
-  Pair.Second = _mm256_min_epi32(_mm256_max_epi32(_mm256_add_epi32(At, One), Zero), Last);
-  Axis.Place = Next;
-  return Pair;
-}
-
-QXSVG_AVX2 void FetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row) {
-  // What the 32-bit lanes cannot hold goes the plain way.
-  constexpr std::int64_t Far = std::int64_t{30000} << 16;
-  const auto IsNear = [=](std::int64_t From, std::int64_t Step) {
-    const std::int64_t To = From + Step * (Count + 16);
-    return From > -Far && From < Far && To > -Far && To < Far;
-  };
-  const bool IsSmall =
-      Row.Width <= 16384 && Row.Height <= 16384 && Row.Stride * Row.Height < (1 << 30);
-  if (!IsSmall || (!Row.IsRepeated && !(IsNear(Row.U, Row.StepU) && IsNear(Row.V, Row.StepV))))
-    return PlainFetchTurned(Out, Count, Row);
-  TTurnedAxis U = BeginAxis(Row.U, Row.StepU, Row.Width, Row.IsRepeated);
-  TTurnedAxis V = BeginAxis(Row.V, Row.StepV, Row.Height, Row.IsRepeated);
-  const __m256i Stride = _mm256_set1_epi32(static_cast<int>(Row.Stride));
-  const auto* Pixels = reinterpret_cast<const int*>(Row.Pixels);
-  std::int32_t I = 0;
-  for (; I + 8 <= Count; I += 8) {
-    const TTurnedPair X = NextPair(U, Row.IsRepeated), Y = NextPair(V, Row.IsRepeated);
-    const __m256i Y0 = _mm256_mullo_epi32(Y.First, Stride);
-    const __m256i Y1 = _mm256_mullo_epi32(Y.Second, Stride);
-    const __m256i XLow = _mm256_unpacklo_epi32(X.Weight, X.Weight);
-    const __m256i XHigh = _mm256_unpackhi_epi32(X.Weight, X.Weight);
-    const __m256i Upper =
-        MixEight(_mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y0, X.First), 4),
-                 _mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y0, X.Second), 4), XLow, XHigh);
-    const __m256i Lower =
-        MixEight(_mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y1, X.First), 4),
-                 _mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y1, X.Second), 4), XLow, XHigh);
-    Store(Out + I, MixEight(Upper, Lower, _mm256_unpacklo_epi32(Y.Weight, Y.Weight),
-                            _mm256_unpackhi_epi32(Y.Weight, Y.Weight)));
-  }
-  TTurnedRow Rest = Row;
-  Rest.U += Row.StepU * I;
-  Rest.V += Row.StepV * I;
-  PlainFetchTurned(Out + I, Count - I, Rest);
-}
-
-#undef QXSVG_AVX2
-
 }  // namespace
 
-const TKernels AVX2Kernels = {Sweep<false>, Sweep<true>,    Fill,        BlendColor,  BlendPixels,
-                              BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear, FetchRadial,
-                              ResampleRow,  MixRows,        SumRow,      FetchTurned, AddSteepRows};
+const TKernels AVX2Kernels = {
+    Sweep<false>, Sweep<true>,  Fill,           StreamFill,       SSE41StreamCopy, BlendColor,
+    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers,      FetchLinear,     FetchRadial,
+    ResampleRow,  MixRows,      MeanRows,       SSE41MeanColumns, FetchTurned,     AddSteepRows};
 
 }  // namespace qxsvg
 

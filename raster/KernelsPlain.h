@@ -84,7 +84,11 @@ void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_
                   std::uint32_t Weight, std::int32_t Count);
 void PlainFetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
 void PlainAddSteepRows(const TSteepRows& Rows);
-void PlainSumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
-                 std::uint32_t Weight);
+void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
+#if defined(__x86_64__)
+// What AVX2 has no faster form for: memory bounds one, and the other is done by the pixel.
+void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count);
+void SSE41MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns);
+#endif
 
 }  // namespace qxsvg

@@ -8,6 +8,7 @@
 
 #include <smmintrin.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -332,7 +333,8 @@ QXSVG_SSE41 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResa
         _mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(Row.Weight + I)));
     Store(Out + I, MixEach(A, B, _mm_or_si128(W, _mm_slli_epi32(W, 16))));
   }
-  PlainResampleRow(Out + I, Count - I, {Row.Pixels, Row.First + I, Row.Second + I, Row.Weight + I});
+  PlainResampleRow(Out + I, Count - I,
+                   {Row.Pixels, Row.Size, Row.First + I, Row.Second + I, Row.Weight + I});
 }
 
 QXSVG_SSE41 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
@@ -343,14 +345,30 @@ QXSVG_SSE41 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::
   PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
 }
 
-QXSVG_SSE41 void SumRow(std::uint32_t* Sums, const std::uint32_t* Pixels, std::int32_t Count,
-                        std::uint32_t Weight) {
-  const __m128i W = _mm_set1_epi32(static_cast<int>(Weight));
-  for (std::int32_t I = 0; I < Count; ++I, Sums += 4) {
-    // Both factors fit 16 bits, whose product is a 32-bit sum of one.
-    const __m128i Parts = _mm_cvtepu8_epi32(_mm_cvtsi32_si128(static_cast<int>(Pixels[I])));
-    Store(Sums, _mm_add_epi32(Load(Sums), _mm_madd_epi16(Parts, W)));
+// Two rows at a time, whose bytes side by side are one product with both weights.
+QXSVG_SSE41 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  const __m128i Zero = _mm_setzero_si128(), Half = _mm_set1_epi32(1 << (MeanRowShift - 1));
+  std::int32_t I = 0;
+  for (; I + 4 <= Count; I += 4) {
+    __m128i Sums[4] = {Half, Half, Half, Half};
+    const std::uint32_t* P = Rows.Pixels + I;
+    for (std::int32_t Row = 0; Row < Rows.Count; Row += 2, P += 2 * Rows.Stride) {
+      std::int32_t Both;
+      std::memcpy(&Both, Rows.Weights + Row, sizeof Both);
+      const __m128i W = _mm_set1_epi32(Both);
+      const __m128i A = Load(P), B = Load(P + (Row + 1 < Rows.Count ? Rows.Stride : 0));
+      const __m128i Low = _mm_unpacklo_epi8(A, B), High = _mm_unpackhi_epi8(A, B);
+      const __m128i Words[4] = {_mm_unpacklo_epi8(Low, Zero), _mm_unpackhi_epi8(Low, Zero),
+                                _mm_unpacklo_epi8(High, Zero), _mm_unpackhi_epi8(High, Zero)};
+      for (int K = 0; K < 4; ++K) Sums[K] = _mm_add_epi32(Sums[K], _mm_madd_epi16(Words[K], W));
+    }
+    for (__m128i& Sum : Sums) Sum = _mm_srli_epi32(Sum, MeanRowShift);
+    Store(Out + 4 * I, _mm_packus_epi32(Sums[0], Sums[1]));
+    Store(Out + 4 * I + 8, _mm_packus_epi32(Sums[2], Sums[3]));
   }
+  TMeanRows Rest = Rows;
+  Rest.Pixels += I;
+  PlainMeanRows(Out + 4 * I, Rest, Count - I);
 }
 
 // One axis of four places.
@@ -424,14 +442,65 @@ QXSVG_SSE41 void FetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurn
   PlainFetchTurned(Out + I, Count - I, Rest);
 }
 
-#undef QXSVG_SSE41
+// Stores past the caches, whole lines of them: the memory need not be read first.
+constexpr std::int32_t LinePixels = 16;
+inline std::int32_t UpToLine(const std::uint32_t* P, std::int32_t Count) {
+  const auto Into = static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(P) / 4 % LinePixels);
+  return std::min(Into == 0 ? 0 : LinePixels - Into, Count);
+}
+inline void Stream(std::uint32_t* P, __m128i V) {
+  _mm_stream_si128(reinterpret_cast<__m128i*>(P), V);
+}
+
+void StreamFill(std::uint32_t* Target, std::ptrdiff_t Stride, std::int32_t Width, std::int32_t Rows,
+                std::uint32_t Color) {
+  const __m128i V = _mm_set1_epi32(static_cast<int>(Color));
+  for (std::int32_t Row = 0; Row < Rows; ++Row, Target += Stride) {
+    std::int32_t I = UpToLine(Target, Width);
+    std::fill_n(Target, I, Color);
+    for (; I + LinePixels <= Width; I += LinePixels)
+      for (int K = 0; K < LinePixels; K += 4) Stream(Target + I + K, V);
+    std::fill_n(Target + I, Width - I, Color);
+  }
+}
 
 }  // namespace
 
-const TKernels SSE41Kernels = {Sweep<false>, Sweep<true>,  Fill,           BlendColor,
-                               BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers,
-                               FetchLinear,  FetchRadial,  ResampleRow,    MixRows,
-                               SumRow,       FetchTurned,  AddSteepRows};
+QXSVG_SSE41 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Source,
+                                 std::int32_t Count) {
+  std::int32_t I = UpToLine(Target, Count);
+  std::copy_n(Source, I, Target);
+  for (; I + LinePixels <= Count; I += LinePixels)
+    for (int K = 0; K < LinePixels; K += 4) Stream(Target + I + K, Load(Source + I + K));
+  std::copy_n(Source + I, Count - I, Target + I);
+}
+
+QXSVG_SSE41 void SSE41MeanColumns(std::uint32_t* Out, std::int32_t Count,
+                                  const TMeanColumns& Columns) {
+  const __m128i Pairs = _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15);
+  for (std::int32_t I = 0; I < Count; ++I) {
+    const TMeanSpan& Span = Columns.Spans[I];
+    const std::uint16_t* P = Columns.Row + 4 * Span.First;
+    const std::uint16_t* W = Columns.Weights + Span.Weights;
+    __m128i Sum = _mm_set1_epi32(1 << (MeanShift - 1));
+    for (std::int32_t Pair = 0; Pair < Span.Pairs; ++Pair, P += 8, W += 2) {
+      std::int32_t Both;
+      std::memcpy(&Both, W, sizeof Both);
+      const __m128i Two = _mm_loadu_si128(reinterpret_cast<const __m128i*>(P));
+      Sum = _mm_add_epi32(Sum, _mm_madd_epi16(_mm_shuffle_epi8(Two, Pairs), _mm_set1_epi32(Both)));
+    }
+    Sum = _mm_srli_epi32(Sum, MeanShift);
+    Sum = _mm_packus_epi16(_mm_packus_epi32(Sum, Sum), Sum);
+    Out[I] = static_cast<std::uint32_t>(_mm_cvtsi128_si32(Sum));
+  }
+}
+
+const TKernels SSE41Kernels = {
+    Sweep<false>, Sweep<true>,  Fill,           StreamFill,       SSE41StreamCopy, BlendColor,
+    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers,      FetchLinear,     FetchRadial,
+    ResampleRow,  MixRows,      MeanRows,       SSE41MeanColumns, FetchTurned,     AddSteepRows};
+
+#undef QXSVG_SSE41
 
 }  // namespace qxsvg
 

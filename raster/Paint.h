@@ -14,6 +14,11 @@ class IPaint {
  public:
   // The pixels of row Y from X on. Rows come from top to bottom within a drawing.
   virtual void Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) = 0;
+  // The same, where that needs no copying; null where it does. Good until the next call.
+  virtual const std::uint32_t* Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) {
+    static_cast<void>(X), static_cast<void>(Y), static_cast<void>(Count);
+    return nullptr;
+  }
   // Whether all pixels of the row have one colour.
   virtual bool IsRowEven(std::int32_t Y, std::uint32_t& Color) {
     static_cast<void>(Y), static_cast<void>(Color);
@@ -32,6 +37,7 @@ class TColorSink final : public ISpanSink {
  public:
   TColorSink(const TQXPixels& Target, std::uint32_t Color) : FTarget(Target), FColor(Color) {}
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void Block(const TRect& Box, std::uint32_t Cover) override;
   void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override;
 
  private:
@@ -45,10 +51,12 @@ class TPaintSink final : public ISpanSink {
   TPaintSink(const TQXPixels& Target, IPaint& Paint, std::uint32_t Opacity = FullCover)
       : FTarget(Target), FPaint(Paint), FOpacity(Opacity) {}
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void Block(const TRect& Box, std::uint32_t Cover) override;
   void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override;
 
  private:
   static constexpr std::int32_t Chunk = 1024;
+  const std::uint32_t* Pixels(std::int32_t X, std::int32_t Y, std::int32_t Count);
   void Blend(std::int32_t Y, const TCoverSpan& Span, const std::uint8_t* Covers);
 
   const TQXPixels FTarget;

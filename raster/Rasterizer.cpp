@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "raster/CellPiece.h"
 #include "raster/Kernels.h"
 
 namespace qxsvg {
@@ -188,8 +189,17 @@ void TRasterizer::Rectangle(const TRectF& R, const TRect& Clip, bool IsAliased, 
     return static_cast<std::uint32_t>(std::max<std::int64_t>(
         0, std::min(To, (I + 1) * SubpixelScale) - std::max(From, I * SubpixelScale)));
   };
+  // Whole pixels across may go as one block, from the first to the last row that is whole too.
+  const bool IsWhole = ((Left | Right) & FractionMask) == 0;
+  const std::int32_t BlockTop = (Top + SubpixelScale - 1) >> SubpixelBits;
+  const std::int32_t BlockBottom = Bottom >> SubpixelBits;
   const std::int32_t LastX = Box.Right - 1;
   for (std::int32_t Y = Box.Top; Y < Box.Bottom; ++Y) {
+    if (IsWhole && Y == BlockTop && BlockTop < BlockBottom) {
+      Sink.Block({Box.Left, BlockTop, Box.Right, BlockBottom}, FullCover);
+      Y = BlockBottom - 1;
+      continue;
+    }
     const std::uint32_t Height = Part(Top, Bottom, Y);
     std::array<TCoverSpan, 3> Spans;
     std::size_t Count = 0;

@@ -32,6 +32,11 @@ class ISpanSink {
  public:
   virtual void Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                    const std::uint8_t* Covers) = 0;
+  // All rows of Box, each one span of one coverage.
+  virtual void Block(const TRect& Box, std::uint32_t Cover) {
+    const TCoverSpan Span{Box.Left, static_cast<std::int32_t>(Box.Width()), Cover};
+    for (std::int32_t Y = Box.Top; Y < Box.Bottom; ++Y) Row(Y, {&Span, 1}, nullptr);
+  }
   // Says that such a row will come soon, so that memory it needs can be on its way.
   virtual void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
     static_cast<void>(Y), static_cast<void>(Spans);

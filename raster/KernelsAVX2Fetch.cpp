@@ -1,0 +1,274 @@
+// The kernels for processors with AVX2 that make pixels: gradients and images.
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "raster/KernelsAVX2.h"
+
+#if defined(__x86_64__)
+
+namespace qxsvg::avx2 {
+
+namespace {
+
+QXSVG_AVX2 inline __m256 PlacesFrom(std::int32_t X) {
+  return _mm256_cvtepi32_ps(
+      _mm256_add_epi32(_mm256_set1_epi32(X), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7)));
+}
+QXSVG_AVX2 inline __m256i NumbersAt(const std::uint32_t* Table, __m256i Places) {
+  return _mm256_i32gather_epi32(reinterpret_cast<const int*>(Table), Places, 4);
+}
+
+}  // namespace
+
+// Where eight pixels need no more than eight colours that lie side by side, shuffling those takes a
+// fraction of a gather's time.
+QXSVG_AVX2 void FetchLinear(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                            const TLinearRow& Row) {
+  constexpr float SlowStep = 0.85f;
+  const std::uint32_t* const Colors = Row.Colors;
+  const float From = Row.Start, By = Row.Step, Highest = Row.Last + 0.5f;
+  const float LastEight = Row.Last - 7;
+  const bool IsSlow = std::abs(By) <= SlowStep;
+  const __m256 Start = _mm256_set1_ps(From), Step = _mm256_set1_ps(By);
+  const __m256 Most = _mm256_set1_ps(Highest), Eight = _mm256_set1_ps(8),
+               Zero = _mm256_setzero_ps();
+  __m256 At = PlacesFrom(X);
+  auto Least = static_cast<float>(By < 0 ? X + 7 : X);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256 V = _mm256_add_ps(Start, _mm256_mul_ps(At, Step));
+    const __m256i Places = _mm256_cvttps_epi32(_mm256_min_ps(_mm256_max_ps(V, Zero), Most));
+    if (IsSlow) {
+      const auto First =
+          static_cast<std::int32_t>(std::min(std::max(From + Least * By, 0.0f), LastEight));
+      Store(Out + I, _mm256_permutevar8x32_epi32(
+                         Load(Colors + First), _mm256_sub_epi32(Places, _mm256_set1_epi32(First))));
+    } else {
+      Store(Out + I, NumbersAt(Colors, Places));
+    }
+    At = _mm256_add_ps(At, Eight);
+    Least += 8;
+  }
+  PlainFetchLinear(Out + I, X + I, Count - I, Row);
+}
+
+QXSVG_AVX2 void FetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                            const TRadialRow& Row) {
+  const std::uint32_t* const Colors = Row.Colors;
+  const __m256 Most = _mm256_set1_ps(Row.Last + 0.5f), Free = _mm256_set1_ps(Row.Free);
+  const __m256 FX = _mm256_set1_ps(Row.FocusX), FY = _mm256_set1_ps(Row.FocusY);
+  const __m256 Scale = _mm256_set1_ps(Row.Scale), Zero = _mm256_setzero_ps();
+  const __m256 BeginX = _mm256_set1_ps(Row.X), StepX = _mm256_set1_ps(Row.XStep);
+  const __m256 BeginY = _mm256_set1_ps(Row.Y), StepY = _mm256_set1_ps(Row.YStep);
+  __m256 At = PlacesFrom(X);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256 DX = _mm256_add_ps(BeginX, _mm256_mul_ps(At, StepX));
+    const __m256 DY = _mm256_add_ps(BeginY, _mm256_mul_ps(At, StepY));
+    const __m256 A = _mm256_add_ps(_mm256_mul_ps(DX, FX), _mm256_mul_ps(DY, FY));
+    const __m256 Away = _mm256_add_ps(_mm256_mul_ps(DX, DX), _mm256_mul_ps(DY, DY));
+    const __m256 Square = _mm256_add_ps(_mm256_mul_ps(A, A), _mm256_mul_ps(Free, Away));
+    const __m256 Far = _mm256_mul_ps(_mm256_add_ps(A, _mm256_sqrt_ps(Square)), Scale);
+    const __m256 V = _mm256_min_ps(_mm256_max_ps(_mm256_sub_ps(Most, Far), Zero), Most);
+    Store(Out + I, NumbersAt(Colors, _mm256_cvttps_epi32(V)));
+    At = _mm256_add_ps(At, _mm256_set1_ps(8));
+  }
+  PlainFetchRadial(Out + I, X + I, Count - I, Row);
+}
+
+namespace {
+
+// The least of places that rise or fall.
+QXSVG_AVX2 inline std::int32_t LeastOf(__m256i Places) {
+  return std::min(_mm_cvtsi128_si32(_mm256_castsi256_si128(Places)),
+                  _mm_extract_epi32(_mm256_extracti128_si256(Places, 1), 3));
+}
+// A and B in 16-bit parts, with weights that add up to 256.
+QXSVG_AVX2 inline __m256i MixWords(__m256i A, __m256i B, __m256i Rest, __m256i Weight) {
+  const __m256i Sum = _mm256_add_epi16(_mm256_mullo_epi16(A, Rest), _mm256_mullo_epi16(B, Weight));
+  return _mm256_srli_epi16(_mm256_add_epi16(Sum, _mm256_set1_epi16(128)), 8);
+}
+QXSVG_AVX2 inline __m256i MixEight(__m256i A, __m256i B, __m256i LowWeight, __m256i HighWeight) {
+  const __m256i Zero = _mm256_setzero_si256(), All = _mm256_set1_epi16(256);
+  const __m256i Low = MixWords(_mm256_unpacklo_epi8(A, Zero), _mm256_unpacklo_epi8(B, Zero),
+                               _mm256_sub_epi16(All, LowWeight), LowWeight);
+  const __m256i High = MixWords(_mm256_unpackhi_epi8(A, Zero), _mm256_unpackhi_epi8(B, Zero),
+                                _mm256_sub_epi16(All, HighWeight), HighWeight);
+  return _mm256_packus_epi16(Low, High);
+}
+
+}  // namespace
+
+QXSVG_AVX2 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row) {
+  std::int32_t I = 0;
+  const std::int32_t LastEight = std::max(Row.Size - 8, 0);
+  for (; I + 8 <= Count; I += 8) {
+    const __m256i First = Load(Row.First + I), Second = Load(Row.Second + I);
+    const std::int32_t Begin = std::min(LeastOf(First), LastEight);
+    const __m256i NearFirst = _mm256_sub_epi32(First, _mm256_set1_epi32(Begin));
+    const __m256i NearSecond = _mm256_sub_epi32(Second, _mm256_set1_epi32(Begin));
+    __m256i A, B;
+    if (Row.Size >= 8 &&
+        _mm256_testz_si256(_mm256_or_si256(NearFirst, NearSecond), _mm256_set1_epi32(~7))) {
+      const __m256i Eight = Load(Row.Pixels + Begin);
+      A = _mm256_permutevar8x32_epi32(Eight, NearFirst);
+      B = _mm256_permutevar8x32_epi32(Eight, NearSecond);
+    } else {
+      A = NumbersAt(Row.Pixels, First);
+      B = NumbersAt(Row.Pixels, Second);
+    }
+    __m256i W =
+        _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(Row.Weight + I)));
+    W = _mm256_or_si256(W, _mm256_slli_epi32(W, 16));
+    Store(Out + I, MixEight(A, B, _mm256_unpacklo_epi32(W, W), _mm256_unpackhi_epi32(W, W)));
+  }
+  PlainResampleRow(Out + I, Count - I,
+                   {Row.Pixels, Row.Size, Row.First + I, Row.Second + I, Row.Weight + I});
+}
+
+QXSVG_AVX2 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
+                        std::uint32_t Weight, std::int32_t Count) {
+  // The rest of 256 would not fit a byte.
+  if (Weight % 256 == 0) {
+    std::copy_n(Weight == 0 ? A : B, Count, Out);
+    return;
+  }
+  // Bytes less 128 have a sign, as the product's second factor must; 256 times 128 is half of what
+  // the sum's 16 bits hold.
+  const __m256i W = _mm256_set1_epi16(static_cast<short>(Weight << 8 | (256 - Weight)));
+  const __m256i Sign = _mm256_set1_epi8(-128), Half = _mm256_set1_epi16(-0x8000 + 128);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const __m256i P = _mm256_xor_si256(Load(A + I), Sign), Q = _mm256_xor_si256(Load(B + I), Sign);
+    const __m256i Low = _mm256_maddubs_epi16(W, _mm256_unpacklo_epi8(P, Q));
+    const __m256i High = _mm256_maddubs_epi16(W, _mm256_unpackhi_epi8(P, Q));
+    Store(Out + I, _mm256_packus_epi16(_mm256_srli_epi16(_mm256_add_epi16(Low, Half), 8),
+                                       _mm256_srli_epi16(_mm256_add_epi16(High, Half), 8)));
+  }
+  PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
+}
+
+// Two rows at a time, whose bytes side by side are one product with both weights.
+QXSVG_AVX2 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  const __m256i Zero = _mm256_setzero_si256(), Half = _mm256_set1_epi32(1 << (MeanRowShift - 1));
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    __m256i Sums[4] = {Half, Half, Half, Half};
+    const std::uint32_t* P = Rows.Pixels + I;
+    for (std::int32_t Row = 0; Row < Rows.Count; Row += 2, P += 2 * Rows.Stride) {
+      std::int32_t Both;
+      std::memcpy(&Both, Rows.Weights + Row, sizeof Both);
+      const __m256i W = _mm256_set1_epi32(Both);
+      const __m256i A = Load(P), B = Load(P + (Row + 1 < Rows.Count ? Rows.Stride : 0));
+      const __m256i Low = _mm256_unpacklo_epi8(A, B), High = _mm256_unpackhi_epi8(A, B);
+      const __m256i Words[4] = {_mm256_unpacklo_epi8(Low, Zero), _mm256_unpackhi_epi8(Low, Zero),
+                                _mm256_unpacklo_epi8(High, Zero), _mm256_unpackhi_epi8(High, Zero)};
+      for (int K = 0; K < 4; ++K)
+        Sums[K] = _mm256_add_epi32(Sums[K], _mm256_madd_epi16(Words[K], W));
+    }
+    for (__m256i& Sum : Sums) Sum = _mm256_srli_epi32(Sum, MeanRowShift);
+    // Pixels 0, 1, 4, 5 and 2, 3, 6, 7.
+    const __m256i Left = _mm256_packus_epi32(Sums[0], Sums[1]);
+    const __m256i Right = _mm256_packus_epi32(Sums[2], Sums[3]);
+    Store(Out + 4 * I, _mm256_permute2x128_si256(Left, Right, 0x20));
+    Store(Out + 4 * I + 16, _mm256_permute2x128_si256(Left, Right, 0x31));
+  }
+  TMeanRows Rest = Rows;
+  Rest.Pixels += I;
+  PlainMeanRows(Out + 4 * I, Rest, Count - I);
+}
+
+namespace {
+
+// One axis of eight places.
+struct TTurnedAxis {
+  __m256i Place, Step, Size;
+};
+QXSVG_AVX2 inline TTurnedAxis BeginAxis(std::int64_t Place, std::int64_t Step, std::int32_t Size,
+                                        bool IsRepeated) {
+  std::int64_t All = Step * 8;
+  if (IsRepeated) {
+    const std::int64_t Whole = std::int64_t{Size} << 16;
+    const auto Wrapped = [=](std::int64_t V) {
+      const std::int64_t Rest = V % Whole;
+      return Rest < 0 ? Rest + Whole : Rest;
+    };
+    alignas(32) std::uint32_t Places[8];
+    for (int I = 0; I < 8; ++I) Places[I] = static_cast<std::uint32_t>(Wrapped(Place + I * Step));
+    All = Wrapped(All);
+    return {_mm256_load_si256(reinterpret_cast<const __m256i*>(Places)),
+            _mm256_set1_epi32(static_cast<int>(All)), _mm256_set1_epi32(Size)};
+  }
+  const __m256i Steps = _mm256_mullo_epi32(_mm256_set1_epi32(static_cast<int>(Step)),
+                                           _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+  return {_mm256_add_epi32(_mm256_set1_epi32(static_cast<int>(Place)), Steps),
+          _mm256_set1_epi32(static_cast<int>(All)), _mm256_set1_epi32(Size)};
+}
+// The two pixels at each place, and how much of the second, in both halves of 32 bits.
+struct TTurnedPair {
+  __m256i First, Second, Weight;
+};
+QXSVG_AVX2 inline TTurnedPair NextPair(TTurnedAxis& Axis, bool IsRepeated) {
+  const __m256i One = _mm256_set1_epi32(1);
+  TTurnedPair Pair;
+  Pair.Weight = _mm256_and_si256(_mm256_srli_epi32(Axis.Place, 8), _mm256_set1_epi32(255));
+  Pair.Weight = _mm256_or_si256(Pair.Weight, _mm256_slli_epi32(Pair.Weight, 16));
+  const __m256i Next = _mm256_add_epi32(Axis.Place, Axis.Step);
+  if (IsRepeated) {
+    Pair.First = _mm256_srli_epi32(Axis.Place, 16);
+    const __m256i After = _mm256_add_epi32(Pair.First, One);
+    Pair.Second = _mm256_andnot_si256(_mm256_cmpeq_epi32(After, Axis.Size), After);
+    Axis.Place = _mm256_min_epu32(Next, _mm256_sub_epi32(Next, _mm256_slli_epi32(Axis.Size, 16)));
+    return Pair;
+  }
+  const __m256i Zero = _mm256_setzero_si256(), Last = _mm256_sub_epi32(Axis.Size, One);
+  const __m256i At = _mm256_srai_epi32(Axis.Place, 16);
+  Pair.First = _mm256_min_epi32(_mm256_max_epi32(At, Zero), Last);
+  Pair.Second = _mm256_min_epi32(_mm256_max_epi32(_mm256_add_epi32(At, One), Zero), Last);
+  Axis.Place = Next;
+  return Pair;
+}
+
+}  // namespace
+
+QXSVG_AVX2 void FetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row) {
+  // What the 32-bit lanes cannot hold goes the plain way.
+  constexpr std::int64_t Far = std::int64_t{30000} << 16;
+  const auto IsNear = [=](std::int64_t From, std::int64_t Step) {
+    const std::int64_t To = From + Step * (Count + 16);
+    return From > -Far && From < Far && To > -Far && To < Far;
+  };
+  const bool IsSmall =
+      Row.Width <= 16384 && Row.Height <= 16384 && Row.Stride * Row.Height < (1 << 30);
+  if (!IsSmall || (!Row.IsRepeated && !(IsNear(Row.U, Row.StepU) && IsNear(Row.V, Row.StepV))))
+    return PlainFetchTurned(Out, Count, Row);
+  TTurnedAxis U = BeginAxis(Row.U, Row.StepU, Row.Width, Row.IsRepeated);
+  TTurnedAxis V = BeginAxis(Row.V, Row.StepV, Row.Height, Row.IsRepeated);
+  const __m256i Stride = _mm256_set1_epi32(static_cast<int>(Row.Stride));
+  const auto* Pixels = reinterpret_cast<const int*>(Row.Pixels);
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const TTurnedPair X = NextPair(U, Row.IsRepeated), Y = NextPair(V, Row.IsRepeated);
+    const __m256i Y0 = _mm256_mullo_epi32(Y.First, Stride);
+    const __m256i Y1 = _mm256_mullo_epi32(Y.Second, Stride);
+    const __m256i XLow = _mm256_unpacklo_epi32(X.Weight, X.Weight);
+    const __m256i XHigh = _mm256_unpackhi_epi32(X.Weight, X.Weight);
+    const __m256i Upper =
+        MixEight(_mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y0, X.First), 4),
+                 _mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y0, X.Second), 4), XLow, XHigh);
+    const __m256i Lower =
+        MixEight(_mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y1, X.First), 4),
+                 _mm256_i32gather_epi32(Pixels, _mm256_add_epi32(Y1, X.Second), 4), XLow, XHigh);
+    Store(Out + I, MixEight(Upper, Lower, _mm256_unpacklo_epi32(Y.Weight, Y.Weight),
+                            _mm256_unpackhi_epi32(Y.Weight, Y.Weight)));
+  }
+  TTurnedRow Rest = Row;
+  Rest.U += Row.StepU * I;
+  Rest.V += Row.StepV * I;
+  PlainFetchTurned(Out + I, Count - I, Rest);
+}
+
+}  // namespace qxsvg::avx2
+
+#endif
