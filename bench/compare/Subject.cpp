@@ -128,24 +128,26 @@ int PrintTimes(IDrawEngine& Engine, int Rounds, double Seconds, const std::vecto
   return 0;
 }
 
-// The most resident memory so far, in kilobytes. The count that getrusage gives is inherited from
-// the program that started this one.
-long PeakMemory() {
+// Kilobytes by the name that the system gives them: VmRSS is resident now, VmHWM was at most. What
+// getrusage tells is inherited from the program that started this one.
+long Memory(std::string_view Name) {
   std::ifstream Status("/proc/self/status");
   for (std::string Line; std::getline(Status, Line);)
-    if (Line.starts_with("VmHWM:")) return std::stol(Line.substr(6));
+    if (Line.starts_with(Name)) return std::stol(Line.substr(Name.size() + 1));
   return 0;
 }
 
 int PrintMemory(IDrawEngine& Engine, int Side, const std::vector<std::string>& Files) {
-  const long Idle = PeakMemory();
+  // Forgets the peak of the start.
+  std::ofstream("/proc/self/clear_refs") << 5;
+  const long Idle = Memory("VmRSS");
   for (const std::string& File : Files) {
     if (!Engine.Load(File)) return 1;
     Engine.Prepare(Side);
     Engine.Draw();
     Engine.Unload();
   }
-  std::printf("idle: %ld\npeak: %ld\n", Idle, PeakMemory());
+  std::printf("idle: %ld\npeak: %ld\n", Idle, Memory("VmHWM"));
   return 0;
 }
 

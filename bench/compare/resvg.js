@@ -25,8 +25,9 @@ function optionsOf(text, side) {
   return { font, fitTo: { mode: width >= height ? 'width' : 'height', value: side } };
 }
 
-function peak() {
-  return Number(/VmHWM:\s*(\d+)/.exec(fs.readFileSync('/proc/self/status', 'latin1'))[1]);
+function resident(name) {
+  const status = fs.readFileSync('/proc/self/status', 'latin1');
+  return Number(new RegExp(`${name}:\\s*(\\d+)`).exec(status)[1]);
 }
 
 function times(rounds, seconds, sides, files) {
@@ -61,12 +62,14 @@ function times(rounds, seconds, sides, files) {
 function memory(side, files) {
   const options = files.map((text) => optionsOf(text, side));
   collect();
-  const idle = peak();
+  // Forgets the peak of the start.
+  fs.writeFileSync('/proc/self/clear_refs', '5');
+  const idle = resident('VmRSS');
   files.forEach((text, index) => {
     new Resvg(text, options[index]).render();
     collect();
   });
-  console.log(`idle: ${idle}\npeak: ${peak()}`);
+  console.log(`idle: ${idle}\npeak: ${resident('VmHWM')}`);
 }
 
 const [mode, ...rest] = process.argv.slice(2);
