@@ -16,10 +16,12 @@ namespace qxsvg::images {
 
 namespace {
 
-// libdeflate's levels go from 1 to 12. The usual ones write files no larger than other programs do,
-// in a fraction of their time; filtered rows have shorter matches and need more of a search.
-constexpr int PlainLevel = 5, FilteredLevel = 6;
-// What the choice between the two is tried with.
+// libdeflate's levels go from 1 to 12. The usual one writes files no larger than other programs do,
+// in a fraction of their time; filtered rows of which little is left repay a longer search.
+constexpr int UsualLevel = 6, ThoroughLevel = 7;
+// What is little: bytes left of a thousand in the trial.
+constexpr std::size_t LittleLeft = 20;
+// What the choice between filtered and plain rows is tried with.
 constexpr int TrialLevel = 1;
 constexpr int FirstLevel = 1, LastLevel = 12;
 
@@ -85,17 +87,24 @@ TRawBytes Rows(TPngPicture& Picture, const TBands& Bands, bool IsFiltered) {
   return Result;
 }
 
+struct TPlan {
+  bool IsFiltered;
+  int Level;
+};
+
 // Whether filtering makes the picture smaller, tried out on a part of it. Drawings of flat colours
 // are mostly better off without, those with gradients and photographs with it.
-bool NeedsFilters(TPngPicture& Picture) {
+TPlan PlanFor(TPngPicture& Picture) {
   // Differences of indices mean nothing.
-  if (Picture.Type() == ctPalette) return false;
+  if (Picture.Type() == ctPalette) return {false, UsualLevel};
   constexpr std::int32_t BandSize = 8, Step = 64;
   const std::int32_t Height = Picture.Height();
   const TBands Sample =
       Height < 4 * Step ? TBands{1, Height, Height} : TBands{Height / Step, BandSize, Step};
-  return Compress(Rows(Picture, Sample, true), TrialLevel).Size <
-         Compress(Rows(Picture, Sample, false), TrialLevel).Size;
+  const TRawBytes Filtered = Rows(Picture, Sample, true);
+  const std::size_t Size = Compress(Filtered, TrialLevel).Size;
+  if (Size >= Compress(Rows(Picture, Sample, false), TrialLevel).Size) return {false, UsualLevel};
+  return {true, Size < Filtered.Size * LittleLeft / 1000 ? ThoroughLevel : UsualLevel};
 }
 
 void AppendNumber(TBytes& Target, std::uint32_t Value) {
@@ -134,12 +143,10 @@ void WritePalette(TStream& Target, const std::vector<std::uint32_t>& Pixels) {
 
 void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
   TPngPicture Picture(Pixels);
-  const bool IsFiltered = NeedsFilters(Picture);
-  const int UsualLevel = IsFiltered ? FilteredLevel : PlainLevel;
-  const int Level =
-      Quality < 0 ? UsualLevel : FirstLevel + Quality * (LastLevel - FirstLevel) / 100;
+  TPlan Plan = PlanFor(Picture);
+  if (Quality >= 0) Plan.Level = FirstLevel + Quality * (LastLevel - FirstLevel) / 100;
   const TRawBytes Stream =
-      Compress(Rows(Picture, {1, Pixels.Height, Pixels.Height}, IsFiltered), Level);
+      Compress(Rows(Picture, {1, Pixels.Height, Pixels.Height}, Plan.IsFiltered), Plan.Level);
 
   TBytes Header;
   AppendNumber(Header, static_cast<std::uint32_t>(Pixels.Width));
