@@ -41,6 +41,9 @@ std::string DataRoot() {
 struct TCase {
   int Size;
   std::function<void(IBenchEngine&)> SetUp, Draw;
+  // How many of the peers, Cairo and then Qt, take part: some take minutes where others take
+  // moments.
+  int PeerCount = 2;
 };
 
 // A peer that takes seconds for a drawing is not asked again and again.
@@ -62,7 +65,8 @@ void RunCase(benchmark::State& State, const TCase& Case) {
   TSide Sides[] = {
       {CreateOwnEngine(), {}, 0}, {CreateCairoEngine(), {}, 0}, {CreateQtEngine(), {}, 0}};
   // For profiles of the surface alone.
-  if (std::getenv("QXSVG_BENCH_NO_PEERS")) Sides[1].Engine.reset(), Sides[2].Engine.reset();
+  const int PeerCount = std::getenv("QXSVG_BENCH_NO_PEERS") ? 0 : Case.PeerCount;
+  for (int I = 1 + PeerCount; I <= 2; ++I) Sides[I].Engine.reset();
   for (TSide& Side : Sides) {
     if (!Side.Engine) continue;
     Side.Engine->Begin(Case.Size);
@@ -123,6 +127,20 @@ void DrawSceneCase(benchmark::State& State, const std::string& Name, int Size) {
   const TMatrix M = S.FitInto(static_cast<float>(Size));
   RunCase(State, {Size, [&](IBenchEngine& E) { E.Prepare(S); },
                   [&](IBenchEngine& E) { E.DrawScene(S, M); }});
+}
+
+// Growth with the number of points, filled and stroked.
+void PointsCase(benchmark::State& State, std::size_t Points, bool IsStroked) {
+  constexpr std::size_t MostForQt = 100'000, MostForCairo = 1'000'000;
+  constexpr int Size = 1024;
+  TBenchScene S = BigPolygon(Points, Size);
+  if (IsStroked) {
+    std::swap(S.Shapes[0].Fill, S.Shapes[0].Stroke);
+    S.Shapes[0].Width = 1.5f;
+  }
+  const int PeerCount = Points <= MostForQt ? 2 : Points <= MostForCairo ? 1 : 0;
+  RunCase(State, {Size, [&](IBenchEngine& E) { E.Prepare(S); },
+                  [&](IBenchEngine& E) { E.DrawScene(S, QXIdentityMatrix); }, PeerCount});
 }
 
 // A picture with soft and hard parts, half of it transparent.
@@ -264,6 +282,13 @@ const bool IsRegistered = [] {
   Register("kept/tiger/512", KeptCase, std::string("tiger"), 512);
   Register("kept/tiger/2048", KeptCase, std::string("tiger"), 2048);
   Register("kept/mapworld/512", KeptCase, std::string("mapworld"), 512);
+  for (int Size = 64; Size <= 8192; Size *= 2)
+    Register("size/tiger/" + std::to_string(Size), DrawSceneCase, std::string("tiger"), Size);
+  for (const std::size_t Points :
+       {1'000, 3'000, 10'000, 30'000, 100'000, 300'000, 1'000'000, 2'000'000, 5'000'000}) {
+    Register("points/fill/" + std::to_string(Points), PointsCase, Points, false);
+    Register("points/stroke/" + std::to_string(Points), PointsCase, Points, true);
+  }
   return true;
 }();
 
