@@ -107,7 +107,7 @@ inline constexpr std::int32_t ReferenceDepth = 64;
 inline constexpr std::int64_t DrawnReferences = 400'000;
 // Elements looked at in one cascade for what is shown through references: each combinator of each
 // rule may search the whole tree at each element.
-inline constexpr std::int64_t SearchedReferences = 20'000'000;
+inline constexpr std::int64_t SearchedReferences = 4'000'000;
 // Levels of SVG files that stand as images within each other, and files loaded that way in all from
 // the outermost one: each is a whole document.
 inline constexpr std::size_t ImageDocumentDepth = 4;
