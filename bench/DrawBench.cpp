@@ -42,7 +42,7 @@ enum class TPhase { Load, First, Whole, Redraw };
 
 // What a case may take of one library, in milliseconds, before its rounds end: some sets take a
 // peer a hundred times as long as another, and all of them shall be through within minutes.
-constexpr double MostCaseTime = 1000;
+constexpr double MostCaseTime = 300;
 
 struct TSide {
   const char* Name;

@@ -69,6 +69,8 @@ class QXSVG_API TSVGElement : public TPersistent {
 
   // The element as one of these kinds, or null: what walks over a tree ask.
   virtual TSVGGraphicElement* AsGraphicElement() { return nullptr; }
+  // The same answer as a plain question, for the ways up the tree.
+  bool IsGraphic() const { return FIsGraphic; }
   virtual TSVGCustomViewBox* AsCustomViewBox() { return nullptr; }
   virtual TSVGDocument* AsDocument() { return nullptr; }
   // A placeholder may stand anywhere.
@@ -205,6 +207,8 @@ class QXSVG_API TSVGElement : public TPersistent {
   void InitEnabled(bool Value) { FEnabled = Value; }
 
   TSVGElementState FElementState;
+  // For as long as the element is a graphic one: neither before nor after its lifetime as that.
+  bool FIsGraphic = false;
   TSVGStyleProperties FAttributes;
 
  private:

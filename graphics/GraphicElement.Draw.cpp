@@ -9,6 +9,7 @@
 #include "document/TreeWalk.h"
 #include "foundation/Writers.h"
 #include "graphics/GraphicElementParts.h"
+#include "graphics/GraphicElementScope.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/PathData.h"
 #include "runtime/UpdateLock.h"
@@ -83,6 +84,7 @@ bool TSVGGraphicElement::DoShouldDraw() {
 void TSVGGraphicElement::InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                       const TRectF& Rect) {
   const TMatrix M = QXMatrixMultiply(FMatrix, Matrix);
+  const Scope InForce(*this);
   const bool Drawing = BeginDraw(M, Canvas, Rect);
   // A reference may bring the walk to this element again below itself.
   const TQXGPCanvasSaveState State = FCanvasState;
@@ -111,8 +113,8 @@ bool TSVGGraphicElement::BeginDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, c
 void TSVGGraphicElement::SetCanvasPaints(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect) {
   // The box matters to paint servers alone, and finding it may take longer than drawing.
   const bool NeedsBox = FBrushChanged && !EffectiveFillURI().empty();
-  const TSVGBrush& Brush =
-      BrushInForce(Matrix, NeedsBox ? GetBoundsRect() : TRectF(), GetNearestViewport(Rect));
+  const TSVGBrush& Brush = BrushInForce(Matrix, NeedsBox ? GetBoundsRect() : TRectF(),
+                                        NeedsBox ? GetNearestViewport(Rect) : TRectF());
   Canvas.SetBrush(Brush);
   // A tile lies in user space.
   if (Brush.Kind() == TQXGPBrushKind::bkBitmap)

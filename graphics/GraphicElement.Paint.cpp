@@ -45,15 +45,6 @@ TQXGPBrushKind KindToInherit(const Paint& Above) {
   return IsServed ? TQXGPBrushKind::bkSolid : Above.Kind();
 }
 
-// The properties that a brush and a pen are made of.
-constexpr TSVGStyleProperties FillParts{TSVGStyleProperty::ipFill,
-                                        TSVGStyleProperty::ipFillOpacity};
-constexpr TSVGStyleProperties StrokeParts{
-    TSVGStyleProperty::ipStroke,           TSVGStyleProperty::ipStrokeDasharray,
-    TSVGStyleProperty::ipStrokeDashOffset, TSVGStyleProperty::ipStrokeLinecap,
-    TSVGStyleProperty::ipStrokeLineJoin,   TSVGStyleProperty::ipStrokeMiterLimit,
-    TSVGStyleProperty::ipStrokeOpacity,    TSVGStyleProperty::ipStrokeWidth};
-
 }  // namespace
 
 TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& Target,
@@ -78,7 +69,7 @@ TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& T
       auto& Pattern = static_cast<TSVGPattern&>(*Server);
       // The first tile begins where the pattern says, in user space.
       const TPointF Start = Pattern.TileRect(Bounds).TopLeft();
-      Target.SetBitmap(Pattern.GetPattern(*this, Matrix, Bounds),
+      Target.SetBitmap(Pattern.SharedTile(*this, Matrix, Bounds),
                        CreateTranslateQXMatrix(Start.X, Start.Y));
       return TQXGPBrushKind::bkBitmap;
     }
@@ -87,16 +78,6 @@ TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& T
 }
 
 // --- Brush
-
-const TSVGGraphicElement& TSVGGraphicElement::SourceOf(TSVGStyleProperty Property) const {
-  const TSVGGraphicElement* E = this;
-  while (E->IsMarked(Property)) {
-    const TSVGGraphicElement* Ancestor = E->GetGraphicParent();
-    if (!Ancestor) break;
-    E = Ancestor;
-  }
-  return *E;
-}
 
 const String& TSVGGraphicElement::EffectiveFillURI() const {
   return SourceOf(TSVGStyleProperty::ipFill).ReadBrush().URI();
@@ -110,14 +91,10 @@ const TSVGBrush& TSVGGraphicElement::ReadBrush() const {
 const TSVGBrush& TSVGGraphicElement::BrushInForce(const TMatrix& Matrix, const TRectF& Bounds,
                                                   const TRectF& Viewport) {
   // One who inherits everything and has no server to paint for its own box needs no brush.
-  TSVGGraphicElement* E = this;
-  while (!E->FBrush && E->AreMarked(FillParts)) {
-    TSVGGraphicElement* Ancestor = E->GetGraphicParent();
-    if (!Ancestor) break;
-    E = Ancestor;
-  }
-  if (E == this || !E->EffectiveFillURI().empty()) return GetBrush(Matrix, Bounds, Viewport);
-  return E->GetBrush(QXIdentityMatrix, TRectF(), Viewport);
+  TSVGGraphicElement& Holder = BrushHolder();
+  if (&Holder == this || !Holder.EffectiveFillURI().empty())
+    return GetBrush(Matrix, Bounds, Viewport);
+  return Holder.GetBrush(QXIdentityMatrix, TRectF(), Viewport);
 }
 
 TSVGBrush& TSVGGraphicElement::GetBrush() {
@@ -162,14 +139,9 @@ const TSVGPen& TSVGGraphicElement::ReadPen() const {
 }
 
 const TSVGPen& TSVGGraphicElement::PenInForce(const TMatrix& Matrix, const TRectF& Bounds) {
-  TSVGGraphicElement* E = this;
-  while (!E->FPen && E->AreMarked(StrokeParts)) {
-    TSVGGraphicElement* Ancestor = E->GetGraphicParent();
-    if (!Ancestor) break;
-    E = Ancestor;
-  }
-  if (E == this || !E->EffectiveStrokeURI().empty()) return GetPen(Matrix, Bounds);
-  return E->GetPen(QXIdentityMatrix, TRectF());
+  TSVGGraphicElement& Holder = PenHolder();
+  if (&Holder == this || !Holder.EffectiveStrokeURI().empty()) return GetPen(Matrix, Bounds);
+  return Holder.GetPen(QXIdentityMatrix, TRectF());
 }
 
 TSVGPen& TSVGGraphicElement::GetPen() {
@@ -223,14 +195,8 @@ void TSVGGraphicElement::InheritPen(TSVGPen& Pen) const {
   InheritDashes(Pen);
 }
 
-// A solid line above leaves the own dashes in place, on each level: the topmost dashes win.
 void TSVGGraphicElement::InheritDashes(TSVGPen& Pen) const {
-  const TSVGGraphicElement* Dashed = nullptr;
-  for (const TSVGGraphicElement* E = this; E->IsMarked(TSVGStyleProperty::ipStrokeDasharray);) {
-    E = E->GetGraphicParent();
-    if (!E) break;
-    if (E->ReadPen().Dash() != TQXGPStrokeDash::sdSolid) Dashed = E;
-  }
+  const TSVGGraphicElement* const Dashed = DashedAbove();
   if (!Dashed) return;
   // The dashes with a name have lengths of their own, in widths of the pen.
   if (const TQXGPStrokeDash Dash = Dashed->ReadPen().Dash(); Dash != TQXGPStrokeDash::sdCustom)

@@ -4,6 +4,7 @@
 
 #include "document/Document.h"
 #include "graphics/GraphicElementParts.h"
+#include "graphics/GraphicElementScope.h"
 
 namespace qxsvg {
 
@@ -59,8 +60,12 @@ struct TSVGGraphicElement::Rows {
 // The own field, unless the property is marked and there is a graphic parent to ask.
 template <class Row>
 auto TSVGGraphicElement::Effective(const Row& Property) const {
-  if (IsMarked(Property.Property))
+  if (IsMarked(Property.Property)) {
+    if (const Scope* const Own = ScopeInForce())
+      if (const TSVGGraphicElement* const Source = Own->SourceOf(Property.Property))
+        return Source->*Property.Field;
     if (const TSVGGraphicElement* Ancestor = GetGraphicParent()) return (Ancestor->*Property.Get)();
+  }
   return this->*Property.Field;
 }
 
@@ -218,10 +223,7 @@ void TSVGGraphicElement::SetOverflow(bool Value) {
 }
 
 bool TSVGGraphicElement::GetVisible() const {
-  // Display and visibility share a field, so that either of them given here decides.
-  if (IsMarked(TSVGStyleProperty::ipDisplay) && IsMarked(TSVGStyleProperty::ipVisibility))
-    if (const TSVGGraphicElement* Ancestor = GetGraphicParent()) return Ancestor->GetVisible();
-  return FVisible;
+  return SourceOfVisible().FVisible;
 }
 void TSVGGraphicElement::SetVisible(bool Value) {
   StoreAndTell(Rows::Visible, Value);
@@ -251,6 +253,7 @@ void TSVGGraphicElement::SetOpacity(float Value) {
 }
 
 double TSVGGraphicElement::GetAbsoluteOpacity() const {
+  if (const Scope* const Own = ScopeInForce()) return Own->AbsoluteOpacity();
   double Result = GetOpacity();
   for (const TSVGGraphicElement* E = GetGraphicParent(); E; E = E->GetGraphicParent())
     Result *= E->GetOpacity();
@@ -281,13 +284,7 @@ constexpr std::array<TSVGStyleProperty, SVGReferenceCount> ReferenceProperties{
 }  // namespace
 
 const String& TSVGGraphicElement::EffectiveReference(TSVGReference Which) const {
-  const TSVGGraphicElement* E = this;
-  while (E->IsMarked(ReferenceProperties[Ordinal(Which)])) {
-    const TSVGGraphicElement* Ancestor = E->GetGraphicParent();
-    if (!Ancestor) break;
-    E = Ancestor;
-  }
-  return E->ReadReferences().URI(Which);
+  return SourceOf(ReferenceProperties[Ordinal(Which)]).ReadReferences().URI(Which);
 }
 
 void TSVGGraphicElement::StoreReference(TSVGReference Which, StringView Value) {

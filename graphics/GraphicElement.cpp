@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "foundation/Messages.h"
 #include "graphics/GraphicElementParts.h"
+#include "graphics/GraphicElementScope.h"
 #include "graphics/surface/Path.h"
 #include "graphics/surface/Region.h"
 #include "runtime/Exceptions.h"
@@ -25,14 +26,19 @@ TSVGGraphicElement::TSVGGraphicElement(TSVGDocument* Document)
   FStyle.SetOnChange(Notice);
   FInherits.SetOnChange(Notice);
   FAttributes = AllProperties;
+  FIsGraphic = true;
 }
 
-TSVGGraphicElement::~TSVGGraphicElement() = default;
+TSVGGraphicElement::~TSVGGraphicElement() {
+  FIsGraphic = false;
+  Scope::Invalidate();
+}
 
 void TSVGGraphicElement::SetParent(TSVGElement* Value) {
   if (Value == Parent()) return;
   if (Value == this) throw EInvalidOperation(SElementParentSetToSelf);
   TSVGElement::SetParent(Value);
+  Scope::Invalidate();
   Reset();
 }
 
@@ -57,6 +63,7 @@ void TSVGGraphicElement::EnableChange() {
 
 void TSVGGraphicElement::Change(TSVGElement* Element) {
   FShapeCacheChanged = true;
+  Scope::Invalidate();
   TellContentChanged();
   TSVGElement::Change(Element);
 }
@@ -78,7 +85,10 @@ std::uint8_t TSVGGraphicElement::StaleBySender(const TPersistent* Sender) {
 void TSVGGraphicElement::PropagateObjectPropChange(TPersistent* Sender) {
   const std::uint8_t Stale = StaleBySender(Sender);
   // The children of an element do not recognise its marks, and keep their caches.
-  if (Sender == &FInherits) MarkPaintsChanged();
+  if (Sender == &FInherits) {
+    MarkPaintsChanged();
+    Scope::Invalidate();
+  }
   if (Stale & stBrush) FBrushChanged = true;
   if (Stale & stPen) FPenChanged = true;
   if (Stale & stFont) FFontChanged = true;

@@ -6,7 +6,7 @@
 // declarations to values, .Cascade.cpp which styles reach an element in which order, .Load.cpp
 // reading from XML, .Paint.cpp the resolution of brush, pen and font, .Lengths.cpp position, size
 // and spacings, .Texts.cpp properties as texts, .Class.cpp what a stream knows, .Copy.cpp clearing
-// and copying, .Draw.cpp and .HitTest.cpp the walks.
+// and copying, .Draw.cpp and .HitTest.cpp the walks, .Scope.cpp what is in force on the way down.
 #pragma once
 
 #include "document/Element.h"
@@ -58,10 +58,14 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
   // The parent when that has appearance, or null.
   TSVGGraphicElement* GetGraphicParent() const {
-    return Parent() ? Parent()->AsGraphicElement() : nullptr;
+    TSVGElement* const Above = Parent();
+    return Above && Above->IsGraphic() ? static_cast<TSVGGraphicElement*>(Above) : nullptr;
   }
   // Raises EInvalidOperation when Parent is the element itself. Drops the caches of the subtree.
   void SetParent(TSVGElement* Parent) override;
+  bool IsEnabled() const override;
+  // Sets the parent of Child, which Borrower shows as its own for a moment or gives back.
+  static void Lend(TSVGElement& Child, TSVGElement* To, const TSVGElement& Borrower);
   void AssignProperties(const TSVGElement* Source) override;
   void Clear() override;
   void Reset() override;
@@ -404,6 +408,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   struct Box;
   struct Spacings;
   struct Coverage;
+  class Scope;
   // What changed while styles were applied and has still to be told to the children.
   enum Stale : std::uint8_t { stBrush = 1, stPen = 2, stFont = 4 };
   class StylingLock;
@@ -445,6 +450,22 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   }
   // The element whose own value of the property is in force here.
   const TSVGGraphicElement& SourceOf(TSVGStyleProperty Property) const;
+  const TSVGGraphicElement& SourceOfVisible() const;
+  // The nearest element up from this one that has a paint of its own or does not inherit all of it.
+  TSVGGraphicElement& BrushHolder() const;
+  TSVGGraphicElement& PenHolder() const;
+  // Whose dashes are inherited, or null.
+  const TSVGGraphicElement* DashedAbove() const;
+  // Null while the element is not drawn.
+  const Scope* ScopeInForce() const;
+  // The properties that a brush and a pen are made of.
+  static constexpr TSVGStyleProperties FillParts{TSVGStyleProperty::ipFill,
+                                                 TSVGStyleProperty::ipFillOpacity};
+  static constexpr TSVGStyleProperties StrokeParts{
+      TSVGStyleProperty::ipStroke,           TSVGStyleProperty::ipStrokeDasharray,
+      TSVGStyleProperty::ipStrokeDashOffset, TSVGStyleProperty::ipStrokeLinecap,
+      TSVGStyleProperty::ipStrokeLineJoin,   TSVGStyleProperty::ipStrokeMiterLimit,
+      TSVGStyleProperty::ipStrokeOpacity,    TSVGStyleProperty::ipStrokeWidth};
   // The own objects as they are, or those that an element begins with.
   const TSVGBrush& ReadBrush() const;
   const TSVGPen& ReadPen() const;
@@ -497,6 +518,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   std::unique_ptr<Coverage> FCoverage;
   // The region that a clip path built; other elements point at it.
   std::unique_ptr<TQXGPRegion> FClipRegion;
+  // While the element is drawn; owned by the drawing.
+  Scope* FScope = nullptr;
   // What BeginDraw saved, until EndDraw.
   TQXGPCanvasSaveState FCanvasState;
   TMatrix FMatrix;

@@ -1,5 +1,7 @@
 #include "shapes/Reference.h"
 
+#include <atomic>
+
 #include "document/Document.h"
 #include "foundation/Messages.h"
 
@@ -13,6 +15,7 @@ struct TWork {
   // Levels of the tree that the references followed so far lie upon one another.
   std::int32_t Levels = 0;
   std::int64_t Left = 0;
+  std::uint64_t Serial = 0;
 };
 
 // A document belongs to one thread at a time, and so does a walk over it.
@@ -21,6 +24,7 @@ thread_local TWork Work;
 struct TSearch {
   std::int32_t Scopes = 0;
   std::int64_t Left = 0;
+  std::uint64_t Serial = 0;
 };
 
 thread_local TSearch Search;
@@ -82,7 +86,14 @@ void MoveListener(TSVGElement& Self, StringView From, StringView To) {
 }
 
 TReferenceScope::TReferenceScope(std::int64_t Budget) {
-  if (Work.Scopes++ == 0) Work.Left = Budget;
+  static std::atomic<std::uint64_t> Last = 0;
+  if (Work.Scopes++ > 0) return;
+  Work.Left = Budget;
+  Work.Serial = Last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+std::uint64_t TReferenceScope::Serial() {
+  return Work.Scopes > 0 ? Work.Serial : 0;
 }
 
 TReferenceScope::~TReferenceScope() {
@@ -150,14 +161,14 @@ TAdoption::TAdoption(TSVGElement& Child, TSVGElement& Parent)
   }
   FID = Child.ID();
   FOldParent = Child.Parent();
-  Child.SetParent(&Parent);
+  TSVGGraphicElement::Lend(Child, &Parent, Parent);
   FIsLent = true;
 }
 
 TAdoption::~TAdoption() {
   // A handler of the host may have destroyed the child meanwhile, or put it elsewhere.
   if (!FIsLent || !FDocument || !IsAlive(*FDocument, FID, FChild)) return;
-  if (FChild->Parent() == FParent) FChild->SetParent(FOldParent);
+  if (FChild->Parent() == FParent) TSVGGraphicElement::Lend(*FChild, FOldParent, *FParent);
 }
 
 }  // namespace qxsvg
