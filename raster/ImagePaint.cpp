@@ -89,11 +89,14 @@ void TImagePaint::Shrink(double ScaleX, double ScaleY) {
   for (double Scale = std::max(ScaleX, ScaleY);
        Scale > MeanFrom && (From.Width > 1 || From.Height > 1); Scale /= 2) {
     const std::int32_t W = (From.Width + 1) / 2, H = (From.Height + 1) / 2;
-    std::vector<std::uint32_t> Half(static_cast<std::size_t>(W) * static_cast<std::size_t>(H));
+    // Each half after the first takes its own place: a pixel is written behind all that are still
+    // read.
+    if (From.Data != FSmaller.data())
+      FSmaller.resize(static_cast<std::size_t>(W) * static_cast<std::size_t>(H));
     for (std::int32_t Y = 0; Y < H; ++Y) {
       const std::uint32_t* A = From.Row(2 * Y);
       const std::uint32_t* B = From.Row(std::min(2 * Y + 1, From.Height - 1));
-      std::uint32_t* Out = Half.data() + std::ptrdiff_t{Y} * W;
+      std::uint32_t* Out = FSmaller.data() + std::ptrdiff_t{Y} * W;
       for (std::int32_t X = 0; X < W; ++X) {
         const std::int32_t L = 2 * X, R = std::min(L + 1, From.Width - 1);
         Out[X] = MeanOfFour(A[L], A[R], B[L], B[R]);
@@ -103,7 +106,6 @@ void TImagePaint::Shrink(double ScaleX, double ScaleY) {
                  RY = static_cast<double>(H) / From.Height;
     FScaleX *= RX, FSkewX *= RX, FOffsetX *= RX;
     FScaleY *= RY, FSkewY *= RY, FOffsetY *= RY;
-    FSmaller.swap(Half);
     From = TQXConstPixels(FSmaller.data(), W, H, W);
   }
   FPixels = From;

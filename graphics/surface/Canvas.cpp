@@ -124,7 +124,8 @@ void TQXGPCanvas::IntersectClip(const TQXGPRegion& Region) {
 }
 
 void TQXGPCanvas::IntersectClip(const TQXPathView& Path, TQXGPFillMode FillMode) {
-  TQXGPRegion Region(this);
+  // Its memory serves the next clip.
+  thread_local TQXGPRegion Region;
   Region.Combine(Path, FillMode, TQXGPCombineMode::cmReplace);
   IntersectClip(Region);
 }
