@@ -6,6 +6,7 @@ import os
 import pathlib
 import platform
 import re
+import resource
 import statistics
 import subprocess
 
@@ -15,6 +16,12 @@ PICTURES = ROOT / "docs" / "pictures" / "performance"
 OWN = "qxsvg"
 NAMES = {OWN: "QXSVG", "librsvg": "librsvg", "qt": "Qt SVG", "resvg": "resvg (resvg-js)"}
 PEERS = [name for name in NAMES if name != OWN]
+# Bytes that a library may take before it counts as not able to do something.
+MOST_MEMORY = 8 << 30
+
+
+def limit_memory():
+    resource.setrlimit(resource.RLIMIT_DATA, (MOST_MEMORY, MOST_MEMORY))
 
 
 class Machine:
@@ -37,7 +44,8 @@ class Machine:
         environment = {**os.environ, "NODE_PATH": str(self.node / "node_modules")}
         try:
             done = subprocess.run(arguments, stdin=subprocess.DEVNULL, capture_output=True,
-                                  text=True, timeout=timeout, env=environment)
+                                  text=True, timeout=timeout, env=environment,
+                                  preexec_fn=limit_memory)
         except subprocess.TimeoutExpired:
             return None
         return done.stdout if done.returncode == 0 else None
