@@ -115,8 +115,8 @@ void TStrokeOutline::Cap(TPointF From, TPointF Direction, TQXGPLineCap Kind) {
 
 // The points strictly between P + From and P + To, at most half a turn away.
 void TStrokeOutline::Arc(TQXLineBuffer& Side, TPointF From, TPointF To, float Turn) {
-  // Each level takes three quarters of the error away.
-  constexpr int Levels = 24;
+  // Each level takes three quarters of the error away: more than single precision can tell.
+  constexpr int Levels = 14;
   if (FIsWide) return WideArc(Side, From, To, Turn, Levels);
   const float Sin = std::copysign(FStepSin, Turn);
   const float Near = FHalf * FHalf * FStepCos;
@@ -133,10 +133,11 @@ void TStrokeOutline::WideArc(TQXLineBuffer& Side, TPointF From, TPointF To, floa
   const TPointF Chord = To - From;
   const double Part = std::hypot(double{Chord.X}, double{Chord.Y}) / FHalf / 2;
   const auto Height = static_cast<float>(FHalf * (1 - std::sqrt(std::max(1 - Part * Part, 0.0))));
-  if (Levels == 0 || !(Height > FTolerance / 2)) return;
-  TRectF Box = QXRect(FP + From, FP + To).Normalized();
   // Points that far from the path are known to so many places only.
-  const float Margin = Height + FHalf * 1e-6f;
+  constexpr float Places = 6e-8f;
+  if (Levels == 0 || !(Height > std::max(FTolerance / 2, FHalf * Places))) return;
+  TRectF Box = QXRect(FP + From, FP + To).Normalized();
+  const float Margin = Height + FHalf * (16 * Places);
   QXInflateRect(Box, Margin, Margin);
   if (Box.Right < FShown.Left || Box.Left > FShown.Right || Box.Bottom < FShown.Top ||
       Box.Top > FShown.Bottom)

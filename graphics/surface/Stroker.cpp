@@ -293,10 +293,10 @@ void TFigureStroker::Line(TPointF P) {
 
 // A long curve is halved, so that hidden halves cost little; see QXFlattenFigures.
 void TFigureStroker::Curve(TPointF C1, TPointF C2, TPointF P) {
-  // Sixty thousand steps in all, enough for curves of a hundred million pixels. The parts that a
-  // wide pen hides are not left out, so that it gets fewer.
-  constexpr std::uint32_t MostLevels = 7, WideLevels = 2;
-  const std::uint32_t Levels = FOutline.IsWide() ? WideLevels : MostLevels;
+  // Sixty thousand steps in all, enough for curves of a hundred million pixels. A wide pen, which
+  // shows everywhere, gets one part's share.
+  constexpr std::uint32_t MostLevels = 7;
+  const std::uint32_t Levels = FOutline.IsWide() ? 0 : MostLevels;
   std::array<std::array<TPointF, 4>, MostLevels + 2> Stack;
   std::array<std::uint32_t, MostLevels + 2> Depths;
   if (FAt == C1 && C1 == C2 && C2 == P) return;
@@ -540,7 +540,8 @@ bool ShownBox(const TMatrix& ToDevice, const TRectF& Clip, float Tolerance, TRec
     if (!QXMatrixInvert(ToDevice, Inverse)) return false;
     Shown = QXMatrixTransform(Inverse, Clip);
   }
-  Shown = Inflated(Shown, Tolerance + 1e-4f * (std::abs(Shown.Width()) + std::abs(Shown.Height())));
+  QXInflateRect(Shown, Tolerance + 1e-4f * std::abs(Shown.Width()),
+                Tolerance + 1e-4f * std::abs(Shown.Height()));
   return true;
 }
 
