@@ -83,8 +83,8 @@ void TQXGPPath::AddRectangle(const TRectF& R, float RX, float RY, TQXCorners Cor
   Changed();
 }
 void TQXGPPath::AddPolygon(std::span<const TPointF> Points, std::ptrdiff_t High) {
-  const std::ptrdiff_t Count = std::min(High + 1, static_cast<std::ptrdiff_t>(Points.size()));
-  AddPolygon(Points.first(static_cast<std::size_t>(std::max<std::ptrdiff_t>(Count, 0))));
+  const std::ptrdiff_t Last = std::min(High, static_cast<std::ptrdiff_t>(Points.size()) - 1);
+  AddPolygon(Points.first(static_cast<std::size_t>(std::max<std::ptrdiff_t>(Last + 1, 0))));
 }
 void TQXGPPath::AddPolygon(std::span<const TPointF> Points) {
   FGeometry.AddPolygon(Points);

@@ -259,12 +259,16 @@ void TQXPathGeometry::Append(const TQXPathView& Other, bool Connect) {
 
 void TQXPathGeometry::Assign(const TQXPathView& Other) {
   if (Other.Points.data() == FPoints.data()) return;
+  // With room for both, neither list can come out longer than the other.
+  Clear();
+  Reserve(Other.Count());
   FPoints.assign(Other.Points.begin(), Other.Points.end());
   FKinds.assign(Other.Kinds.begin(), Other.Kinds.end());
   FindFigure();
 }
 
 void TQXPathGeometry::Append(const TQXPathView& Other, const TMatrix& M) {
+  if (!IsFinite(M)) return;
   const std::size_t First = Count();
   Append(Other, false);
   TransformFrom(First, M);

@@ -1,10 +1,13 @@
 // What a path has to do with pens: its widened outline, and the tests of points.
 #include <map>
 
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/Path.h"
 #include "graphics/surface/PathMeasure.h"
 #include "graphics/surface/Stroker.h"
+#include "runtime/Exceptions.h"
 
 namespace qxsvg {
 namespace {
@@ -45,6 +48,8 @@ class TOutlineBuilder final : public ILineConsumer {
  public:
   void Consume(std::span<const TPointF> Points, std::span<const TQXPolyline> Lines) override {
     for (const TQXPolyline& Line : Lines) {
+      FCount += Line.Count;
+      if (FCount > 3 * Limits::PathSegments) throw ESVGException(SPathSegmentLimit);
       TQXPoints Piece(Points.begin() + Line.First, Points.begin() + Line.First + Line.Count);
       if (Line.IsReversed) std::ranges::reverse(Piece);
       FPieces.push_back(std::move(Piece));
@@ -75,6 +80,7 @@ class TOutlineBuilder final : public ILineConsumer {
   static std::pair<float, float> Key(TPointF P) { return {P.X, P.Y}; }
 
   std::vector<TQXPoints> FPieces;
+  std::size_t FCount = 0;
 };
 
 void StrokeInto(ILineConsumer& Target, const TQXPathView& Path, const TQXGPPen& Pen,
@@ -117,6 +123,14 @@ bool TQXGPPath::IsVisiblePathPoint(TPointF P, const TQXGPCanvas* Canvas) const {
 bool TQXGPPath::IsOutlineVisiblePathPoint(TPointF P, const TQXGPPen& Pen,
                                           const TQXGPCanvas* Canvas) const {
   if (!IsFinite(P) || (Canvas && !Canvas->IsVisible(P))) return false;
+  // Strokes are drawn around the origin; what lies far from it is brought there.
+  constexpr float Far = QXFarthestPixel / 8;
+  if (!Canvas && std::max(std::abs(P.X), std::abs(P.Y)) > Far) {
+    TQXGPPath Near;
+    Near.Assign(View());
+    Near.Translate(-P.X, -P.Y);
+    return Near.IsOutlineVisiblePathPoint({}, Pen);
+  }
   constexpr float Reach = 2, Tolerance = 0.01f;
   TWindingCounter Winding(P);
   StrokeInto(Winding, View(), Pen, Canvas ? Canvas->Matrix() : QXIdentityMatrix,

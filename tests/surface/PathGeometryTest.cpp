@@ -50,6 +50,8 @@ TEST(PathGeometry, LeavesOutWhatIsNotFinite) {
   EXPECT_EQ(Text(Path), "M 1,1 M 0,0 L 2,2 Z");
   Path.Transform({NAN, 0, 0, 0, 1, 0, 0, 0, 1});
   EXPECT_EQ(Text(Path), "M 1,1 M 0,0 L 2,2 Z");
+  Path.Append(TQXPathGeometry(Path).View(), CreateTranslateQXMatrix(Inf, 0));
+  EXPECT_EQ(Text(Path), "M 1,1 M 0,0 L 2,2 Z");
   Path.Transform(CreateScaleQXMatrix(3e38f, 1));
   Path.Transform(CreateScaleQXMatrix(1e10f, 1));
   for (const TPointF P : Path.View().Points) EXPECT_TRUE(IsFinite(P));

@@ -8,6 +8,7 @@
 #include "graphics/surface/Path.h"
 #include "graphics/surface/PathData.h"
 #include "graphics/surface/Pen.h"
+#include "runtime/Exceptions.h"
 
 namespace qxsvg {
 namespace {
@@ -75,6 +76,30 @@ TEST(Stroker, KeepsTheRimOfTheWidestPens) {
     EXPECT_TRUE(Path.IsOutlineVisiblePathPoint(Out * -1.5f, Pen)) << Angle;
     EXPECT_FALSE(Path.IsOutlineVisiblePathPoint(Out * 1.5f, Pen)) << Angle;
   }
+}
+
+TEST(Stroker, HitsStrokesFarFromTheOrigin) {
+  TQXGPPath Path;
+  Path.MoveTo({0, 5e6f});
+  Path.LineTo({1e7f, 5e6f});
+  TQXGPPen Pen;
+  Pen.SetThickness(10);
+  EXPECT_TRUE(Path.IsOutlineVisiblePathPoint({3e6f, 5e6f + 4}, Pen));
+  EXPECT_FALSE(Path.IsOutlineVisiblePathPoint({3e6f, 5e6f + 6}, Pen));
+}
+
+// Dashes that would come to more points than a path may have.
+TEST(Stroker, WideningIsBounded) {
+  TQXGPPath Path;
+  Path.MoveTo({0, 0});
+  Path.LineTo({1e6f, 1});
+  TQXGPPen Pen;
+  Pen.SetThickness(7000);
+  Pen.SetDashCap(TQXGPDashCap::dcRound);
+  const float Fine[] = {1e-5f, 1e-5f};
+  Pen.SetCustomDash(Fine, 0);
+  EXPECT_THROW(Path.Widen(Pen), ESVGException);
+  EXPECT_EQ(Path.Count(), 2u);
 }
 
 }  // namespace
