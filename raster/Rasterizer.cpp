@@ -81,8 +81,14 @@ void TRasterizer::Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISp
     Band.Bottom = std::min(Box.Bottom - Top, Rows) + Top;
     const bool IsWhole = Band == Box;
     FGrid.Begin(Band, IsInside && IsWhole);
-    Emit(Band, IsInside && IsWhole);
-    SweepRows(Mode, Sink);
+    try {
+      Emit(Band, IsInside && IsWhole);
+      SweepRows(Mode, Sink);
+    } catch (...) {
+      // What lines have left would show in the next drawing.
+      FGrid.Abandon();
+      throw;
+    }
   }
 }
 
@@ -98,10 +104,8 @@ void TRasterizer::SweepRows(TCoverageMode Mode, ISpanSink& Sink) {
   const auto RowSpans = static_cast<std::size_t>(FGrid.MarkStride()) + 2;
   const std::size_t RowCovers =
       static_cast<std::size_t>(FGrid.MarkStride()) * GroupCells + CoversPadding;
-  if (FCovers.size() < RowCovers * Batch) {
-    FCovers.resize(RowCovers * Batch);
-    FSpans.resize(RowSpans * Batch);
-  }
+  if (FCovers.size() < RowCovers * Batch) FCovers.resize(RowCovers * Batch);
+  if (FSpans.size() < RowSpans * Batch) FSpans.resize(RowSpans * Batch);
   TSweepRow Row;
   Row.MarkCount = FGrid.MarkStride();
   Row.Left = Box.Left;
