@@ -69,6 +69,10 @@ TEST(PngWriter, KeepsEveryPixelInTheSmallestKindOfFile) {
       {"grey", [](auto X, auto Y) { return 0xFF000000u | ((X * 3 + Y * 5) & 255) * 0x10101u; }, 8,
        0},
       {"gradient", [](auto X, auto Y) { return 0xFF000000u + X * 0x10000u + Y * 0x101u; }, 8, 2},
+      {"runs of three colours",
+       [](auto X, auto Y) { return 0xFF000000u + (X / 13 + Y / 9) % 3 * 0x4000u; }, 2, 3},
+      {"repeated rows",
+       [](auto X, auto Y) { return 0xFF000000u + X * 0x010305u + Y / 10 * 0x1000u; }, 8, 2},
       {"one clear corner",
        [](auto X, auto Y) { return X + Y == 0 ? 0 : 0xFF000000u | (X * 771 + Y * 17); }, 8, 6},
   };
