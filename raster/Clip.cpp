@@ -41,41 +41,68 @@ void TClipSink::Begin(const TClip& Clip, ISpanSink& Next) {
   if (FCovers.size() < Room) FCovers.resize(Room);
 }
 
-// What both spans share, from Left to Right.
+// What both spans share, from Left to Right. Covers that follow others become one span with them,
+// and so do a few pixels of one cover: short spans cost more than their pixels.
 void TClipSink::Add(const TCoverSpan& A, const std::uint8_t* ACovers, const TCoverSpan& B,
                     const std::uint8_t* BCovers, std::int32_t Left, std::int32_t Right) {
+  constexpr std::int32_t FewPixels = 16;
   const std::int32_t Length = Right - Left;
+  const bool GoesOn = !FSpans.empty() && !FSpans.back().IsEven() && FSpans.back().End() == Left;
+  std::uint8_t* Out = FCovers.data() + FUsed;
   if (A.IsEven() && B.IsEven()) {
     const std::uint32_t Cover = MultiplyBytes(A.Cover, B.Cover);
-    if (Cover != 0) FSpans.push_back({Left, Length, Cover});
-    return;
+    if (!GoesOn || Length > FewPixels) {
+      if (Cover != 0) FSpans.push_back({Left, Length, Cover});
+      return;
+    }
+    std::fill_n(Out, Length, static_cast<std::uint8_t>(Cover));
+  } else {
+    const TKernels& K = Kernels();
+    const std::uint8_t* const X = A.IsEven() ? nullptr : A.Covers(ACovers) + (Left - A.X);
+    const std::uint8_t* const Y = B.IsEven() ? nullptr : B.Covers(BCovers) + (Left - B.X);
+    if (X && Y)
+      K.MultiplyCovers(Out, X, Y, Length);
+    else if (const std::uint32_t Even = X ? B.Cover : A.Cover; Even == FullCover)
+      std::copy_n(X ? X : Y, Length, Out);
+    else
+      K.ScaleCovers(Out, X ? X : Y, Even, Length);
   }
-  std::uint8_t* Out = FCovers.data() + FUsed;
-  const TKernels& K = Kernels();
-  if (A.IsEven())
-    K.ScaleCovers(Out, B.Covers(BCovers) + (Left - B.X), A.Cover, Length);
-  else if (B.IsEven())
-    K.ScaleCovers(Out, A.Covers(ACovers) + (Left - A.X), B.Cover, Length);
+  if (GoesOn)
+    FSpans.back().Length += Length;
   else
-    K.MultiplyCovers(Out, A.Covers(ACovers) + (Left - A.X), B.Covers(BCovers) + (Left - B.X),
-                     Length);
-  FSpans.push_back({Left, Length, TCoverSpan::CoversBase + FUsed});
+    FSpans.push_back({Left, Length, TCoverSpan::CoversBase + FUsed});
   FUsed += static_cast<std::uint32_t>(Length);
+}
+
+// The spans of the mask from the first that reaches beyond X.
+std::span<const TCoverSpan> TClipSink::MaskFrom(std::int32_t X, std::int32_t Y) const {
+  const std::span<const TCoverSpan> Mask = FClip->Mask()->RowAt(Y);
+  const auto Found = std::partition_point(Mask.begin(), Mask.end(),
+                                          [X](const TCoverSpan& S) { return S.End() <= X; });
+  return {Found, Mask.end()};
+}
+
+void TClipSink::Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
+  // What is hidden left and right needs no memory.
+  const std::span<const TCoverSpan> Mask = MaskFrom(Spans.front().X, Y);
+  if (Mask.empty()) return;
+  while (!Spans.empty() && Spans.front().End() <= Mask.front().X) Spans = Spans.subspan(1);
+  while (!Spans.empty() && Spans.back().X >= Mask.back().End())
+    Spans = Spans.first(Spans.size() - 1);
+  if (!Spans.empty()) FNext->Announce(Y, Spans);
 }
 
 // Whether all spans lie where one span of the mask covers wholly, as they do inside most clips.
 bool TClipSink::LiesWithin(std::span<const TCoverSpan> Spans,
                            std::span<const TCoverSpan> Mask) const {
-  if (Spans.empty()) return false;
   const std::int32_t Left = Spans.front().X, Right = Spans.back().End();
   if (Left < FClip->Box().Left || Right > FClip->Box().Right) return false;
-  for (const TCoverSpan& Span : Mask)
-    if (Span.End() > Left) return Span.X <= Left && Right <= Span.End() && Span.Cover == FullCover;
-  return false;
+  return !Mask.empty() && Mask.front().Cover == FullCover && Mask.front().X <= Left &&
+         Right <= Mask.front().End();
 }
 
 void TClipSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) {
-  const std::span<const TCoverSpan> Mask = FClip->Mask()->RowAt(Y);
+  const std::span<const TCoverSpan> Mask = MaskFrom(Spans.front().X, Y);
   if (LiesWithin(Spans, Mask)) return FNext->Row(Y, Spans, Covers);
   const std::uint8_t* MaskCovers = FClip->Mask()->Covers();
   FSpans.clear();

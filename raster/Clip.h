@@ -44,11 +44,10 @@ class TClipSink final : public ISpanSink {
   // Both must outlive the drawing. The clip has a mask.
   void Begin(const TClip& Clip, ISpanSink& Next);
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
-  void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override {
-    FNext->Announce(Y, Spans);
-  }
+  void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override;
 
  private:
+  std::span<const TCoverSpan> MaskFrom(std::int32_t X, std::int32_t Y) const;
   bool LiesWithin(std::span<const TCoverSpan> Spans, std::span<const TCoverSpan> Mask) const;
   void Add(const TCoverSpan& A, const std::uint8_t* ACovers, const TCoverSpan& B,
            const std::uint8_t* BCovers, std::int32_t Left, std::int32_t Right);

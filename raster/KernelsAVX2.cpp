@@ -231,7 +231,15 @@ QXSVG_AVX2 inline void BlendCovers(std::uint32_t* P, std::int32_t Length,
     const TCoverWords Words = CoverWords(Covers + I);
     Store(P + I, OverWords(Load(P + I), MultiplyWords(C, Words.Low), MultiplyWords(C, Words.High)));
   }
-  for (; I < Length; ++I) P[I] = OverPixel(P[I], ScalePixel(Color, Covers[I]));
+  if (I == Length) return;
+  // The rest, without touching what lies behind it, which may be another thread's.
+  const __m256i IsRest =
+      _mm256_cmpgt_epi32(_mm256_set1_epi32(Length - I), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+  const TCoverWords Words = CoverWords(Covers + I);
+  auto* Rest = reinterpret_cast<int*>(P + I);
+  _mm256_maskstore_epi32(Rest, IsRest,
+                         OverWords(_mm256_maskload_epi32(Rest, IsRest), MultiplyWords(C, Words.Low),
+                                   MultiplyWords(C, Words.High)));
 }
 
 QXSVG_AVX2 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
