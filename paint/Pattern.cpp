@@ -39,6 +39,15 @@ constexpr auto Properties = JoinRows(
             }),
     });
 
+// Tiles that this thread is drawing, one within the other.
+thread_local int TilesInWork = 0;
+
+// Whether a handler of the host is there that could change a pattern in the midst of a drawing.
+bool IsWatched(const TSVGDocument* Document) {
+  return Document && (Document->OnDrawing || Document->OnDrawn || Document->OnDisableAppearance ||
+                      Document->OnDiagnostic);
+}
+
 }  // namespace
 
 constinit const TSVGElementClass TSVGPattern::Class{
@@ -178,6 +187,23 @@ std::unique_ptr<TQXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement& Element
   return Result;
 }
 
+std::shared_ptr<const TQXGPBitmap> TSVGPattern::SharedTile(TSVGGraphicElement& Element,
+                                                           const TMatrix& Matrix,
+                                                           const TRectF& Bounds) {
+  constexpr std::size_t MostTiles = 8;
+  const TTileKey Key{TReferenceScope::Serial(), TileRect(Bounds), Element.IsEnabled()};
+  // What lies within a tile depends on which other tiles are being drawn: none is drawn in itself.
+  if (Key.Drawing == 0 || TilesInWork > 0 || IsWatched(Document()))
+    return GetPattern(Element, Matrix, Bounds);
+  for (const TTile& Tile : FTiles)
+    if (Tile.Key == Key)
+      if (auto Known = Tile.Bitmap.lock()) return Known;
+  std::shared_ptr<const TQXGPBitmap> Result = GetPattern(Element, Matrix, Bounds);
+  if (FTiles.size() < MostTiles) FTiles.emplace_back();
+  FTiles[FNextTile++ % MostTiles] = {Key, Result};
+  return Result;
+}
+
 void TSVGPattern::DrawTile(TSVGGraphicElement& Element, const TMatrix& Matrix, const TRectF& Tile,
                            TQXGPBitmap& Target) {
   const TReferenceStep Step(Element, *this);
@@ -188,10 +214,12 @@ void TSVGPattern::DrawTile(TSVGGraphicElement& Element, const TMatrix& Matrix, c
     ~TRestore() {
       Pattern.InitEnabled(WasEnabled);
       Pattern.FIsInUse = false;
+      --TilesInWork;
     }
   };
   const TRestore Restore{*this, Enabled()};
   FIsInUse = true;
+  ++TilesInWork;
   // A disabled element gets a disabled tile.
   InitEnabled(Element.IsEnabled());
   InternalDraw(Matrix, Target.GetCanvas(), Tile);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "shapes/CustomViewBox.h"
 
@@ -44,6 +45,10 @@ class QXSVG_API TSVGPattern : public TSVGCustomViewBox {
   // empty bitmap.
   virtual std::unique_ptr<TQXGPBitmap> GetPattern(TSVGGraphicElement& Element,
                                                   const TMatrix& Matrix, const TRectF& Bounds);
+  // The same for a brush, which may get the tile of another one: within one drawing shapes whose
+  // tiles have to be alike share one.
+  std::shared_ptr<const TQXGPBitmap> SharedTile(TSVGGraphicElement& Element, const TMatrix& Matrix,
+                                                const TRectF& Bounds);
 
  protected:
   void DoLoadFromXML(IXMLNode& Node) override;
@@ -52,6 +57,18 @@ class QXSVG_API TSVGPattern : public TSVGCustomViewBox {
   void InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) override;
 
  private:
+  // What a tile is drawn for.
+  struct TTileKey {
+    std::uint64_t Drawing = 0;
+    TRectF Tile;
+    bool IsEnabled = true;
+    friend bool operator==(const TTileKey&, const TTileKey&) = default;
+  };
+  struct TTile {
+    TTileKey Key;
+    std::weak_ptr<const TQXGPBitmap> Bitmap;
+  };
+
   TRectF TileRect(const TRectF& Bounds, const TMatrix& Matrix);
   void DrawTile(TSVGGraphicElement& Element, const TMatrix& Matrix, const TRectF& Tile,
                 TQXGPBitmap& Target);
@@ -60,6 +77,9 @@ class QXSVG_API TSVGPattern : public TSVGCustomViewBox {
   TSVGCoordinateSystemUnit FUnits;
   String FReference;
   TMatrix FPatternMatrix;
+  // The tiles made last. Their brushes own them.
+  std::vector<TTile> FTiles;
+  std::size_t FNextTile = 0;
   bool FIsInUse = false;
 };
 

@@ -22,6 +22,10 @@ class TReferenceScope {
   TReferenceScope(const TReferenceScope&) = delete;
   TReferenceScope& operator=(const TReferenceScope&) = delete;
   ~TReferenceScope();
+
+  // A number of its own for each outermost scope of the process, 0 outside of all: what is found
+  // in the course of one drawing may be used again in that drawing.
+  static std::uint64_t Serial();
 };
 
 // The budget of searches for what is shown through references, in elements looked at: the outermost

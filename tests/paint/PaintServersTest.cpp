@@ -265,6 +265,36 @@ TEST(Pattern, ADisabledShapeGetsADisabledTile) {
   EXPECT_TRUE(D.Get(u"p").Enabled());
 }
 
+TEST(Pattern, ShapesShareATileForOneDrawing) {
+  TDrawing D(
+      "<pattern id='p' patternUnits='userSpaceOnUse' width='4' height='4'>"
+      "<rect id='t' width='4' height='4' fill='red'/></pattern><g fill='url(#p)'>"
+      "<rect id='a' width='9' height='9'/><rect id='b' x='5' width='5' height='5'/></g>");
+  const auto Tile = [&](StringView ID) {
+    return dynamic_cast<const TQXGPBitmap*>(D.Get(ID).GetBrush().Bitmap());
+  };
+  D.Draw();
+  EXPECT_EQ(Tile(u"a"), Tile(u"b"));
+  // The next drawing has its own, which sees what changed.
+  const auto Kept = D.Get(u"a").GetBrush().BitmapRef();
+  D.Get(u"t").GetBrush().SetColor(0xff0000ff);
+  D.Get(u"b").Reset();
+  D.Draw();
+  EXPECT_EQ(Tile(u"a"), Kept.get());
+  EXPECT_EQ(Tile(u"b")->GetPixels().Row(1)[1], 0xff0000ffu);
+  // One of another box or state is another one.
+  D.Document.LoadFromText(
+      "<svg xmlns='http://www.w3.org/2000/svg'><pattern id='p' width='.5' height='.5'>"
+      "<rect width='4' height='4' fill='red'/></pattern><g fill='url(#p)'>"
+      "<rect id='a' width='8' height='8'/><rect id='b' width='4' height='4'/>"
+      "<rect id='c' width='8' height='8'/></g></svg>");
+  D.Get(u"c").SetEnabled(false);
+  D.Draw();
+  EXPECT_EQ(Tile(u"a")->GetWidth(), 4);
+  EXPECT_EQ(Tile(u"b")->GetWidth(), 2);
+  EXPECT_NE(Tile(u"a"), Tile(u"c"));
+}
+
 TEST(Pattern, ShowsTheContentOfAnotherAboveItsOwn) {
   TDrawing D(
       "<pattern id='o' patternUnits='userSpaceOnUse' width='1' height='1'>"
