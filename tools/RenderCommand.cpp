@@ -69,9 +69,22 @@ void Configure(TSVGDocument& Drawing, const RenderOptions& Options) {
   Drawing.SetPreferredLanguage(FromUtf8(Options.Languages));
 }
 
+// UTF-8, or UTF-16 with a byte order mark.
+String TextOfSheet(std::string_view Bytes) {
+  if (Bytes.starts_with("\xef\xbb\xbf")) return FromUtf8(Bytes.substr(3));
+  const bool IsBig = Bytes.starts_with("\xfe\xff");
+  if (!IsBig && !Bytes.starts_with("\xff\xfe")) return FromUtf8(Bytes);
+  const auto ByteAt = [&](std::size_t At) { return static_cast<unsigned char>(Bytes[At]); };
+  String Result;
+  for (std::size_t At = 2; At + 1 < Bytes.size(); At += 2)
+    Result += static_cast<char16_t>(IsBig ? ByteAt(At) << 8 | ByteAt(At + 1)
+                                          : ByteAt(At + 1) << 8 | ByteAt(At));
+  return Result;
+}
+
 void ApplyStyleSheet(TSVGDocument& Drawing, const std::string& File) {
   const TBytes Bytes = ReadFile(FromUtf8(File), Limits::DocumentBytes);
-  Drawing.ReadStyles(StringView(FromUtf8(CharsOf(Bytes))));
+  Drawing.ReadStyles(StringView(TextOfSheet(CharsOf(Bytes))));
   Drawing.ApplyStyles();
 }
 

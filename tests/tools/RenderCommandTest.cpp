@@ -75,6 +75,9 @@ TEST(Render, OptionsReachThePicture) {
   };
   const TScratchFolder Folder;
   const std::string Rules = Folder.Add("rules.css", "rect { fill: blue }");
+  const std::string Marked = Folder.Add("marked.css", "\xef\xbb\xbfrect { fill: blue }");
+  const std::string Wide =
+      Folder.Add("wide.css", std::string("\xff\xfe*\0{\0f\0i\0l\0l\0:\0r\0e\0d\0}\0", 24));
   constexpr std::string_view Rect = "<svg width='8' height='8'><rect width='8' height='8'/></svg>";
   const Case Cases[] = {
       {"", "<svg width='8' height='8'/>", 0},
@@ -82,6 +85,8 @@ TEST(Render, OptionsReachThePicture) {
       {"-b '#102030'", "<svg width='8' height='8'/>", 0xFF102030},
       {"", Rect, 0xFF000000},
       {"-s " + Quoted(Rules), Rect, 0xFF0000FF},
+      {"-s " + Quoted(Marked), Rect, 0xFF0000FF},
+      {"-s " + Quoted(Wide), Rect, 0xFFFF0000},
       // What has no size of its own is all in the picture.
       {"", "<svg width='100%'><rect x='90' y='90' width='9' height='9'/></svg>", 0xFF000000},
       // Icons count on black for the colour that nobody set.
@@ -163,6 +168,8 @@ TEST(BoundsCommand, PrintsBoxesInTheSpaceOfTheDrawing) {
   constexpr std::string_view Nested =
       "<svg viewBox='0 0 99 99'><svg x='50' width='20' height='20' viewBox='0 0 10 10'>"
       "<g transform='translate(1 0)'><rect id='n' width='3' height='4'/></g></svg></svg>";
+  EXPECT_EQ(Qxsvg("bounds - l", "<svg><line id='l' x1='9' y1='9' x2='1' y2='2'/></svg>").Output,
+            "l\t1\t2\t8\t7\n");
   EXPECT_EQ(Qxsvg("bounds - n", Nested).Output, "n\t52\t0\t6\t8\n");
   EXPECT_EQ(Qxsvg("bounds -", Nested).Output, "n\t52\t0\t6\t8\n");
 }
