@@ -20,7 +20,9 @@ TSVGCustomGroup::~TSVGCustomGroup() = default;
 namespace {
 
 // Grows Bounds by the box of one child. A box without area takes part only while nothing else does.
-void AddBounds(TRectF& Bounds, const TRectF& Child) {
+void AddBounds(TRectF& Bounds, TRectF Child) {
+  // That of a line runs from its start to its end.
+  Child = Child.Normalized();
   Bounds = Bounds.IsEmpty() ? Child : TRectF::Union(Bounds, Child);
 }
 
@@ -38,8 +40,9 @@ TRectF TSVGCustomGroup::GetBoundsRect() {
 }
 
 TRectF TSVGCustomGroup::GetBoundsRect(const TMatrix& Matrix) {
-  TRectF Bounds = TSVGGraphicElement::GetBoundsRect(Matrix);
   const TMatrix Own = QXMatrixMultiply(this->Matrix(), Matrix);
+  // The own rectangle alone: that of the content knows nothing of the children's transformations.
+  TRectF Bounds = QXMatrixTransform(Own, TSVGGraphicElement::GetBoundsRect());
   for (std::int32_t I = 0; I < Items().Count(); ++I)
     AddBounds(Bounds, Items()[I]->GetBoundsRect(Own));
   FBounds = Bounds;

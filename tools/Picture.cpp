@@ -79,15 +79,15 @@ TSVGGraphicElement& GraphicElementByID(TSVGDocument& Drawing, const std::string&
 }
 
 TRectF BoxOfElement(TSVGDocument& Drawing, TSVGGraphicElement& Element) {
-  TSVGGraphicElement* const Parent = Element.GetGraphicParent();
-  if (!Parent || Parent == &Drawing) return Element.GetBoundsRect(QXIdentityMatrix);
   // The root's own transformation is part of the view and not of what it holds.
   TMatrix Above = QXIdentityMatrix;
-  for (TSVGGraphicElement* E = Parent; E && E != &Drawing; E = E->GetGraphicParent()) {
+  for (TSVGGraphicElement* E = Element.GetGraphicParent(); E && E != &Drawing;
+       E = E->GetGraphicParent()) {
     Above = QXMatrixMultiply(Above, E->Matrix());
     if (E->AsCustomViewBox()) Above = QXMatrixMultiply(Above, E->GetViewMatrix(E->GetBoundsRect()));
   }
-  return Element.GetBoundsRect(Above);
+  // The box of a line runs from its start to its end, which may be to the left.
+  return Element.GetBoundsRect(Above).Normalized();
 }
 
 std::uint32_t ParseBackground(const std::string& Text) {

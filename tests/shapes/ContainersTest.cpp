@@ -48,21 +48,25 @@ TEST(Defs, DrawsNothingWhateverItsDisplay) {
 }
 
 TEST(Group, BoundsAreThoseOfItsChildrenUntilSomethingChanges) {
-  TDrawing D("<g id='g'><path d=''/><rect id='r' x='1' y='2' width='3' height='4'/></g>");
+  TDrawing D(
+      "<g id='g'><path d=''/><rect id='r' x='1' y='2' width='3' height='4'/></g>"
+      "<g id='l'><line x1='9' y1='8' x2='5' y2='5'/><line x1='5' y1='5' x2='1' y2='2'/></g>");
   auto& Group = D.Get(u"g");
   EXPECT_EQ(Group.GetBoundsRect(), QXRect(1, 2, 4, 6));
   EXPECT_EQ(Group.GetBoundsRect(CreateScaleQXMatrix(2, 2)), QXRect(2, 4, 8, 12));
+  EXPECT_EQ(D.Get(u"l").GetBoundsRect(), QXRect(1, 2, 9, 8));
   // The box under a matrix is not kept for the one without.
   EXPECT_EQ(Group.GetBoundsRect(), QXRect(1, 2, 4, 6));
 }
 
 TEST(Group, BoundsSeeWhatChangesFarBelow) {
   TDrawing D(
-      "<g id='o'><g id='i'><rect id='r' width='3' height='4' transform='scale(9)'/>"
+      "<g id='o'><g id='i'><rect id='r' width='3' height='4' transform='translate(50,40)'/>"
       "<path d=''/></g></g>");
   auto& Outer = D.Get(u"o");
   // Without a matrix the children's own transformations play no part.
   EXPECT_EQ(Outer.GetBoundsRect(), QXRect(0, 0, 3, 4));
+  EXPECT_EQ(Outer.GetBoundsRect(QXIdentityMatrix), QXRect(50, 40, 53, 44));
   D.Get(u"r").SetWidth(7);
   EXPECT_EQ(Outer.GetBoundsRect(), QXRect(0, 0, 7, 4));
   auto Added = std::make_unique<TSVGRectangle>(&D.Document);
