@@ -37,31 +37,31 @@ function resident(name) {
 }
 
 async function times(rounds, seconds, sides, files) {
-  const options = files.map((text) => sides.map((side) => optionsOf(text, side)));
-  const all = {};
-  const start = now();
-  for (let round = 0; round <= rounds; ++round) {
-    if (round > FEWEST_ROUNDS && now() - start > seconds * 1e3) break;
-    const sums = {};
-    const timed = (phase, work) => {
-      const from = now();
-      const result = work();
-      sums[phase] = (sums[phase] ?? 0) + now() - from;
-      return result;
-    };
-    for (const [index, text] of files.entries()) {
-      for (const [at, side] of sides.entries()) {
-        const make = () => new Resvg(text, options[index][at]);
-        const drawing = at === 0 ? timed('load', make) : make();
+  for (const side of sides) {
+    const options = files.map((text) => optionsOf(text, side));
+    const all = {};
+    const start = now();
+    for (let round = 0; round <= rounds; ++round) {
+      if (round > FEWEST_ROUNDS && (now() - start) * sides.length > seconds * 1e3) break;
+      const sums = {};
+      const timed = (phase, work) => {
+        const from = now();
+        const result = work();
+        sums[phase] = (sums[phase] ?? 0) + now() - from;
+        return result;
+      };
+      for (const [index, text] of files.entries()) {
+        const make = () => new Resvg(text, options[index]);
+        const drawing = side === sides[0] ? timed('load', make) : make();
         timed(`first ${side}`, () => drawing.render());
         drawing.render();
         timed(`redraw ${side}`, () => drawing.render());
         await collect();
       }
+      if (round > 0) for (const phase in sums) (all[phase] ??= []).push(sums[phase]);
     }
-    if (round > 0) for (const phase in sums) (all[phase] ??= []).push(sums[phase]);
+    for (const phase in all) console.log(`${phase}: ${all[phase].join(' ')}`);
   }
-  for (const phase in all) console.log(`${phase}: ${all[phase].join(' ')}`);
 }
 
 async function memory(side, files) {
