@@ -288,22 +288,23 @@ TQXGPFillMode TSVGGraphicElement::FillModeOf(TSVGFillRule Rule, TQXGPFillMode Ot
   }
 }
 
+// What is drawn once must not pay for being drawn again: coverage is kept from the second time on.
+TSVGGraphicElement::Coverage* TSVGGraphicElement::KeptCoverage() {
+  if (FWasShapeDrawn && !FCoverage) FCoverage = std::make_unique<Coverage>();
+  FWasShapeDrawn = true;
+  return FCoverage.get();
+}
+
 void TSVGGraphicElement::DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                   const TRectF&) {
-  // What is drawn once must not pay for being drawn again: coverage is kept from the second time
-  // on, of the element's own shape, which tells when it changes.
-  Coverage* Kept = nullptr;
-  if (&Path == FShape.get()) {
-    if (FWasShapeDrawn && !FCoverage) FCoverage = std::make_unique<Coverage>();
-    FWasShapeDrawn = true;
-    Kept = FCoverage.get();
-  }
+  // The element's own shape tells when it changes.
+  Coverage* const Kept = &Path == FShape.get() ? KeptCoverage() : nullptr;
   DrawView(Path.View(), Path.FillMode(), Kept, Matrix, Canvas);
 }
 
 void TSVGGraphicElement::DrawPath(const TQXPathData& Data, const TMatrix& Matrix,
                                   TQXGPCanvas& Canvas, const TRectF&) {
-  DrawView(Data.View(), Data.FillMode(), nullptr, Matrix, Canvas);
+  DrawView(Data.View(), Data.FillMode(), KeptCoverage(), Matrix, Canvas);
 }
 
 void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode, Coverage* Kept,
@@ -341,10 +342,16 @@ void TSVGGraphicElement::BuildClipRegion(TQXGPRegion& Region, const TMatrix& Mat
   if (!ShouldDraw()) return;
   const TMatrix M = QXMatrixMultiply(FMatrix, Matrix);
   if (const TQXGPPath* Shape = GetShape(); Shape && Shape->Count() > 0) {
-    const auto Path = Shape->Clone(static_cast<TQXGPCanvas*>(nullptr));
-    Path->SetFillMode(FillModeOf(GetClipRule(), Path->FillMode()));
-    Path->ApplyMatrix(M);
-    Region.Combine(*Path, TQXGPCombineMode::cmUnion);
+    const TQXGPFillMode Mode = FillModeOf(GetClipRule(), Shape->FillMode());
+    if (IsIdentityMatrix(M)) {
+      Region.Combine(Shape->View(), Mode, TQXGPCombineMode::cmUnion);
+    } else {
+      // Its memory stays, so that a redraw takes none.
+      thread_local TQXPathGeometry Moved;
+      Moved.Clear();
+      Moved.Append(Shape->View(), M);
+      Region.Combine(Moved.View(), Mode, TQXGPCombineMode::cmUnion);
+    }
   }
   for (std::int32_t I = 0; I < Items().Count(); ++I)
     if (TSVGGraphicElement* Child = Items()[I]->AsGraphicElement(); Child && Child->GetVisible())

@@ -329,7 +329,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   float FillOpacity() const;
   float StrokeOpacity() const;
   // Fills and strokes a path that is in user space, by the canvas's brush and pen and the element's
-  // fill rule and opacities.
+  // fill rule and opacities. What is drawn as Data is the element's own outline, whose coverage is
+  // kept until OutlineChanged.
   void DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                 const TRectF& Rect);
   void DrawPath(const TQXPathData& Data, const TMatrix& Matrix, TQXGPCanvas& Canvas,
@@ -381,6 +382,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
   // For classes that build their shape into the element's own path: made when missing.
   TQXGPPath& Shape();
+  bool HasShape() const { return FShape != nullptr; }
+  void OutlineChanged() { DropCoverage(); }
   bool ShapeCacheChanged() const { return FShapeCacheChanged; }
   void SetShapeCacheChanged(bool Value) { FShapeCacheChanged = Value; }
   // Where a clip path keeps its region; empty until first asked for.
@@ -479,6 +482,7 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   Spacings& WriteSpacings();
   void ShapeChanged(TPersistent* Sender);
   void DropCoverage();
+  Coverage* KeptCoverage();
   // A handler of disabled elements may move matrix and area.
   void SetCanvasPaints(TMatrix& Matrix, TQXGPCanvas& Canvas, TRectF& Rect);
   void HeldObjectChanged(TPersistent* Sender) { ObjectPropChange(Sender); }

@@ -41,6 +41,7 @@ TSVGElementTypes TSVGPath::ChildSVGTypes() const {
 void TSVGPath::DataChanged(TPersistent* Sender) {
   FIsShapeStale = true;
   FHasBounds = false;
+  OutlineChanged();
   PropagateObjectPropChange(Sender);
 }
 
@@ -114,7 +115,9 @@ void TSVGPath::DoSaveToXML(IXMLNode& Node) {
 
 bool TSVGPath::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   if (FData.GetCount() == 0) return false;
-  if (!TBase::DoInternalDraw(Matrix, Canvas, Rect)) DrawPath(FData, Matrix, Canvas, Rect);
+  // The data serves as well as a copy of it, until somebody asks for the shape.
+  if (!HasShape() || !TBase::DoInternalDraw(Matrix, Canvas, Rect))
+    DrawPath(FData, Matrix, Canvas, Rect);
   DrawMarkers(*this, FData.View(), Matrix, Canvas, Rect);
   return true;
 }

@@ -19,21 +19,25 @@ TQXGPBrush::~TQXGPBrush() = default;
 void TQXGPBrush::Assign(const TPersistent* Source) {
   const auto* Brush = dynamic_cast<const TQXGPBrush*>(Source);
   if (!Brush) return TPersistent::Assign(Source);
-  if (Brush == this) return;
-  FKind = Brush->FKind;
-  FColor = Brush->FColor;
+  Take(*Brush);
+}
+
+void TQXGPBrush::Take(const TQXGPBrush& Brush) {
+  if (&Brush == this) return;
+  FKind = Brush.FKind;
+  FColor = Brush.FColor;
   // What a solid brush keeps of earlier paints is not worth a copy at each draw.
-  if (Brush->FGradient) {
+  if (Brush.FGradient) {
     const TNotifyMethod Notice = GetGradient().OnChange();
     FGradient->SetOnChange({});
-    FGradient->Assign(Brush->FGradient.get());
+    FGradient->Assign(Brush.FGradient.get());
     FGradient->SetOnChange(Notice);
   } else if (FGradient) {
     FGradient->Points().Clear();
   }
-  if (Brush->FTile) {
+  if (Brush.FTile) {
     if (!FTile) FTile = std::make_unique<TTile>();
-    *FTile = *Brush->FTile;
+    *FTile = *Brush.FTile;
   } else if (FTile) {
     FTile->Image.reset();
   }

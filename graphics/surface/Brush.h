@@ -20,6 +20,8 @@ class QXSVG_API TQXGPBrush : public TQXGPGraphicsObject {
   ~TQXGPBrush() override;
   // Takes kind, colour, gradient (a copy) and image (the reference); the defaults stay.
   void Assign(const TPersistent* Source) override;
+  // The same without asking what Brush is.
+  void Take(const TQXGPBrush& Brush);
   std::unique_ptr<TQXGPGraphicsObject> Clone() const override;
 
   TQXGPBrushKind Kind() const { return FKind; }

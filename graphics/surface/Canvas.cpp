@@ -67,12 +67,12 @@ TQXGPCanvas::TQXGPCanvas() = default;
 TQXGPCanvas::~TQXGPCanvas() = default;
 
 void TQXGPCanvas::SetPen(const TQXGPPen& Pen) {
-  FPen.Assign(&Pen);
+  FPen.Take(Pen);
   FPen.Notification(*this);
 }
 
 void TQXGPCanvas::SetBrush(const TQXGPBrush& Brush) {
-  FBrush.Assign(&Brush);
+  FBrush.Take(Brush);
   FBrush.Notification(*this);
 }
 

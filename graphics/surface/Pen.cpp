@@ -25,11 +25,15 @@ TQXGPPen::~TQXGPPen() = default;
 void TQXGPPen::Assign(const TPersistent* Source) {
   const auto* Pen = dynamic_cast<const TQXGPPen*>(Source);
   if (!Pen) return TPersistent::Assign(Source);
-  if (Pen == this) return;
-  FCustomDash = Pen->FCustomDash;
-  if (Pen->FBrush) {
+  Take(*Pen);
+}
+
+void TQXGPPen::Take(const TQXGPPen& Pen) {
+  if (&Pen == this) return;
+  FCustomDash = Pen.FCustomDash;
+  if (Pen.FBrush) {
     GetBrush().SetOnChange({});
-    FBrush->Assign(Pen->FBrush.get());
+    FBrush->Take(*Pen.FBrush);
     FBrush->SetOnChange(TNotifyMethod::Bind<&TQXGPPen::BrushChanged>(this));
   } else if (FBrush) {
     FBrush->SetOnChange({});
@@ -37,16 +41,16 @@ void TQXGPPen::Assign(const TPersistent* Source) {
     FBrush->SetBitmap(nullptr);
     FBrush->SetOnChange(TNotifyMethod::Bind<&TQXGPPen::BrushChanged>(this));
   }
-  FColor = Pen->FColor;
-  FThickness = Pen->FThickness;
-  FDashOffset = Pen->FDashOffset;
-  FMiterLimit = Pen->FMiterLimit;
-  FKind = Pen->FKind;
-  FDash = Pen->FDash;
-  FDashCap = Pen->FDashCap;
-  FStartCap = Pen->FStartCap;
-  FEndCap = Pen->FEndCap;
-  FJoin = Pen->FJoin;
+  FColor = Pen.FColor;
+  FThickness = Pen.FThickness;
+  FDashOffset = Pen.FDashOffset;
+  FMiterLimit = Pen.FMiterLimit;
+  FKind = Pen.FKind;
+  FDash = Pen.FDash;
+  FDashCap = Pen.FDashCap;
+  FStartCap = Pen.FStartCap;
+  FEndCap = Pen.FEndCap;
+  FJoin = Pen.FJoin;
   Update();
 }
 

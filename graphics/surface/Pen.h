@@ -19,6 +19,8 @@ class QXSVG_API TQXGPPen : public TQXGPGraphicsObject {
   ~TQXGPPen() override;
   // Takes everything but the defaults.
   void Assign(const TPersistent* Source) override;
+  // The same without asking what Pen is.
+  void Take(const TQXGPPen& Pen);
   std::unique_ptr<TQXGPGraphicsObject> Clone() const override;
 
   TQXGPBrushKind Kind() const { return FKind; }
