@@ -189,7 +189,8 @@ void TSVGElement::SetID(StringView Value) {
     } else {
       Table.Add(Name, this);
     }
-    if (Table.ContainsKey(FID)) Table.Remove(FID);
+    // There is an entry by now, so that a name which is missing does nothing.
+    Table.Remove(FID);
   }
   FID = std::move(Name);
 }

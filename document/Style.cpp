@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <functional>
+#include <limits>
+#include <new>
 
 #include "document/Selectors.h"
 #include "document/StringHashTable.h"
@@ -22,6 +25,9 @@ constexpr StringView LineEnd = u"\r\n";
 // More other names than this are searched through an index: attributes that are no properties are
 // few on honest elements, and a hostile declaration list must not cost the square of its length.
 constexpr std::size_t SearchedNames = 16;
+
+// Texts that were replaced stay where they are as long as they are no more than that.
+constexpr std::size_t LeastLostTexts = 256;
 
 constexpr TProperty Properties[] = {
     Property<&TSVGStyle::Enabled, &TSVGStyle::SetEnabled>(u"Enabled",
@@ -52,19 +58,55 @@ std::size_t TSVGStyle::RankOf(TSVGStyleProperty Property) const {
 
 std::int64_t TSVGStyle::FindOther(StringView Name) const {
   if (FIndex) {
-    const auto At = FIndex->find(String(Name));
-    return At == FIndex->end() ? -1 : std::int64_t{At->second};
+    const auto Found = FIndex->find(String(Name));
+    return Found == FIndex->end() ? -1 : std::int64_t{Found->second};
   }
   for (std::size_t I = 0; I < FOthers.size(); ++I)
-    if (FOthers[I].Name == Name) return static_cast<std::int64_t>(I);
+    if (At(FOthers[I].Name) == Name) return static_cast<std::int64_t>(I);
   return -1;
 }
 
 StringView TSVGStyle::GetText(StringView Name) const {
   if (const TSVGStyleProperty Known = GetSVGStyleProperty(Name); Known != TSVGStyleProperty::ipNone)
     return GetStyleProp(Known);
-  const std::int64_t At = FindOther(Name);
-  return At < 0 ? StringView() : StringView(FOthers[static_cast<std::size_t>(At)].Value);
+  const std::int64_t Found = FindOther(Name);
+  return Found < 0 ? StringView() : At(FOthers[static_cast<std::size_t>(Found)].Value);
+}
+
+TSVGStyle::TextPlace TSVGStyle::Put(StringView Text) {
+  if (Text.size() > std::numeric_limits<std::uint32_t>::max() - FTexts.size())
+    throw std::bad_alloc();
+  const TextPlace Place{static_cast<std::uint32_t>(FTexts.size()),
+                        static_cast<std::uint32_t>(Text.size())};
+  FTexts.append(Text.data(), Text.size());
+  return Place;
+}
+
+bool TSVGStyle::IsHeld(StringView Text) const {
+  const std::less<const char16_t*> Before;
+  return !Before(Text.data(), FTexts.data()) && Before(Text.data(), FTexts.data() + FTexts.size());
+}
+
+void TSVGStyle::Replace(TextPlace& Held, StringView Text) {
+  const std::uint32_t Lost = Held.Size;
+  Held = Put(Text);
+  FLostTexts += Lost;
+  // A property that is set again and again shall not let the texts grow without end.
+  if (FLostTexts > LeastLostTexts && FLostTexts > FTexts.size() / 2) DropLostTexts();
+}
+
+void TSVGStyle::DropLostTexts() {
+  String Kept;
+  Kept.reserve(FTexts.size() - FLostTexts);
+  const auto Move = [&](TextPlace& Place) {
+    const StringView Text = At(Place);
+    Place.Begin = static_cast<std::uint32_t>(Kept.size());
+    Kept.append(Text);
+  };
+  for (KnownEntry& Entry : FProperties) Move(Entry.Value);
+  for (OtherEntry& Entry : FOthers) Move(Entry.Name), Move(Entry.Value);
+  FTexts = std::move(Kept);
+  FLostTexts = 0;
 }
 
 // A table grows before it looks whether the name is new.
@@ -75,28 +117,29 @@ void TSVGStyle::NoteStore() {
 void TSVGStyle::StoreKnown(TSVGStyleProperty Property, StringView Value) {
   const std::size_t Rank = RankOf(Property);
   if (FPresent.Has(Property)) {
-    FProperties[Rank].Value = Value;
+    Replace(FProperties[Rank].Value, Value);
     return;
   }
   const auto Order = static_cast<std::uint32_t>(Count());
   FProperties.insert(FProperties.begin() + static_cast<std::ptrdiff_t>(Rank),
-                     KnownEntry{Order, String(Value)});
+                     KnownEntry{Order, Put(Value)});
   FPresent.Include(Property);
 }
 
 void TSVGStyle::StoreOther(StringView Name, StringView Value) {
-  if (const std::int64_t At = FindOther(Name); At >= 0) {
-    FOthers[static_cast<std::size_t>(At)].Value = Value;
-    return;
-  }
+  if (const std::int64_t Found = FindOther(Name); Found >= 0)
+    return Replace(FOthers[static_cast<std::size_t>(Found)].Value, Value);
+  // The texts move when they grow.
+  if (IsHeld(Name) || IsHeld(Value)) return StoreOther(String(Name), String(Value));
   const auto Order = static_cast<std::uint32_t>(Count());
-  FOthers.push_back({Order, String(Name), String(Value)});
+  const TextPlace NamePlace = Put(Name);
+  FOthers.push_back({Order, NamePlace, Put(Value)});
   if (FIndex) {
     FIndex->emplace(Name, static_cast<std::uint32_t>(FOthers.size() - 1));
   } else if (FOthers.size() > SearchedNames) {
     FIndex = std::make_unique<NameIndex>();
     for (std::size_t I = 0; I < FOthers.size(); ++I)
-      FIndex->emplace(FOthers[I].Name, static_cast<std::uint32_t>(I));
+      FIndex->emplace(At(FOthers[I].Name), static_cast<std::uint32_t>(I));
   }
 }
 
@@ -125,6 +168,8 @@ void TSVGStyle::RemoveAll() {
   FProperties.clear();
   FOthers.clear();
   FIndex.reset();
+  FTexts.clear();
+  FLostTexts = 0;
   FFirstSlots = FSlots;
 }
 
@@ -138,9 +183,9 @@ std::vector<TSVGStyle::EntryView> TSVGStyle::InOrder() const {
   std::size_t Rank = 0;
   for (const TSVGStyleProperty Property : FPresent) {
     const KnownEntry& Entry = FProperties[Rank++];
-    Added[Entry.Order] = {SVGStylePropertyRowOf(Property).Name, Entry.Value};
+    Added[Entry.Order] = {SVGStylePropertyRowOf(Property).Name, At(Entry.Value)};
   }
-  for (const OtherEntry& Entry : FOthers) Added[Entry.Order] = {Entry.Name, Entry.Value};
+  for (const OtherEntry& Entry : FOthers) Added[Entry.Order] = {At(Entry.Name), At(Entry.Value)};
 
   TQXDictionary<StringView, StringView, TStringComparer> Table(
       static_cast<std::int32_t>(FFirstSlots));
@@ -167,6 +212,10 @@ TSVGStyleProperties TSVGStyle::AddStyle(const IXMLNode& Node) {
       std::count_if(Attributes.begin(), Attributes.end(), [](const TXMLAttribute& Attribute) {
         return GetSVGStyleProperty(Attribute.LocalName()) != TSVGStyleProperty::ipNone;
       }));
+  std::size_t Texts = FTexts.size();
+  for (const TXMLAttribute& Attribute : Attributes)
+    Texts += Attribute.LocalName().size() + Attribute.Value.size();
+  FTexts.reserve(Texts);
   FProperties.reserve(FProperties.size() + Known);
   FOthers.reserve(FOthers.size() + Attributes.size() - Known);
   for (const TXMLAttribute& Attribute : Attributes)

@@ -58,7 +58,7 @@ class QXSVG_API TSVGStyle : public TPersistent {
 
   // The text of a property, or an empty one; valid until the style changes.
   StringView GetStyleProp(TSVGStyleProperty Property) const {
-    return FPresent.Has(Property) ? StringView(TextOf(Property)) : StringView();
+    return FPresent.Has(Property) ? At(FProperties[RankOf(Property)].Value) : StringView();
   }
   void SetStyleProp(TSVGStyleProperty Property, StringView Value);
   // The text under any name, or an empty one; valid until the style changes.
@@ -106,14 +106,18 @@ class QXSVG_API TSVGStyle : public TPersistent {
  private:
   static constexpr std::uint32_t FirstCapacity = 64;
 
+  // Where a text lies in FTexts.
+  struct TextPlace {
+    std::uint32_t Begin = 0, Size = 0;
+  };
   // Order is the place in the sequence of additions, which the visible order depends on.
   struct KnownEntry {
     std::uint32_t Order;
-    String Value;
+    TextPlace Value;
   };
   struct OtherEntry {
     std::uint32_t Order;
-    String Name, Value;
+    TextPlace Name, Value;
   };
   struct EntryView {
     StringView Name, Value;
@@ -122,9 +126,12 @@ class QXSVG_API TSVGStyle : public TPersistent {
 
   void ReadSelector() const;
   std::size_t RankOf(TSVGStyleProperty Property) const;
-  const String& TextOf(TSVGStyleProperty Property) const {
-    return FProperties[RankOf(Property)].Value;
-  }
+  StringView At(TextPlace Place) const { return {FTexts.data() + Place.Begin, Place.Size}; }
+  // Text may be a part of FTexts.
+  TextPlace Put(StringView Text);
+  bool IsHeld(StringView Text) const;
+  void Replace(TextPlace& Held, StringView Text);
+  void DropLostTexts();
   TSVGStyleProperty Store(StringView Name, StringView Value);
   void NoteStore();
   void StoreKnown(TSVGStyleProperty Property, StringView Value);
@@ -141,6 +148,10 @@ class QXSVG_API TSVGStyle : public TPersistent {
   std::vector<OtherEntry> FOthers;
   // Where in FOthers a name is; made when there are too many to search.
   std::unique_ptr<NameIndex> FIndex;
+  // The texts of all entries one behind the other, so that an element takes one piece of memory for
+  // all its attributes; FLostTexts of its characters belong to none any more.
+  String FTexts;
+  std::size_t FLostTexts = 0;
   // The slots that a table with these entries would have had when it was last emptied, and has now.
   std::uint32_t FFirstSlots = FirstCapacity;
   std::uint32_t FSlots = FirstCapacity;
