@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "raster/CellPiece.h"
 #include "raster/Kernels.h"
@@ -13,6 +14,13 @@ namespace {
 
 // From so many whole rows on a steep line is worth the wide form.
 constexpr std::int32_t SteepRowsFrom = 8;
+
+// The cells of a band, so that they and their marks stay in the second cache between the lines that
+// touch them and the sweep; boxes of some bands are worth the sorting of their lines.
+constexpr std::ptrdiff_t BandCells = 1 << 16, BandedFrom = 3 * BandCells;
+// More lines than this would push the cells out themselves.
+constexpr std::size_t MostWaiting = 1 << 16;
+constexpr std::uint32_t NoLine = ~0u;
 
 // Cover by subpixel of width. A line that is steeper than one subpixel a row crosses into another
 // cell, as the grid sees it, within one subpixel.
@@ -67,12 +75,64 @@ void TCellGrid::Begin(const TRect& Box, bool IsInside) {
   const std::ptrdiff_t Groups = (FWidth + 2) / GroupCells + 1;
   FStride = Groups * GroupCells;
   FMarkStride = (Groups + MarkBlock - 1) / MarkBlock * MarkBlock;
+  FIsBanded = IsInside && FStride * FHeight >= BandedFrom;
+  FWasSwept = false;
+  FBandTop = 0;
+  FBandRows = FHeight;
+  if (FIsBanded) {
+    FBandRows = static_cast<std::int32_t>(std::max<std::ptrdiff_t>(BandCells / FStride, 8));
+    FBand = -1;
+    FWaiting.clear();
+    FBandLists.assign(static_cast<std::size_t>((FHeight - 1) / FBandRows + 1), NoLine);
+  }
+  FBandBottom = std::min(FBandRows, FHeight);
+  Grow(FStride * FBandRows, FMarkStride * FBandRows);
+}
+
+void TCellGrid::Wait(TFixedPoint A, TFixedPoint B) {
+  if (FWaiting.size() == MostWaiting) {
+    DrawWaiting();
+    return Line(A, B);
+  }
+  const std::int32_t Row = std::min(A.Y, B.Y) >> SubpixelBits;
+  std::uint32_t& List = FBandLists[static_cast<std::size_t>(Row / FBandRows)];
+  FWaiting.push_back({A, B, List});
+  List = static_cast<std::uint32_t>(FWaiting.size() - 1);
+}
+
+// Gives bands up.
+void TCellGrid::DrawWaiting() {
   Grow(FStride * FHeight, FMarkStride * FHeight);
+  FIsBanded = false;
+  FBandRows = FBandBottom = FHeight;
+  for (const TWaiting& W : FWaiting) Line(W.A, W.B);
+}
+
+bool TCellGrid::NextBand() {
+  if (!FIsBanded) return !std::exchange(FWasSwept, true);
+  const auto Count = static_cast<std::int32_t>(FBandLists.size());
+  while (++FBand < Count && FBandLists[static_cast<std::size_t>(FBand)] == NoLine) continue;
+  if (FBand >= Count) return false;
+  FBandTop = FBand * FBandRows;
+  FBandBottom = std::min(FBandTop + FBandRows, FHeight);
+  for (std::uint32_t I = FBandLists[static_cast<std::size_t>(FBand)]; I != NoLine;) {
+    TWaiting& W = FWaiting[I];
+    Line(W.A, W.B);
+    const std::uint32_t Next = W.Next;
+    if (std::max(W.A.Y, W.B.Y) > FBandBottom * SubpixelScale) {
+      std::uint32_t& List = FBandLists[static_cast<std::size_t>(FBand) + 1];
+      W.Next = List;
+      List = I;
+    }
+    I = Next;
+  }
+  return true;
 }
 
 void TCellGrid::Abandon() {
-  std::memset(FCells.get(), 0, static_cast<std::size_t>(FStride * FHeight) * sizeof(std::int32_t));
-  std::memset(FMarks.get(), 0, static_cast<std::size_t>(FMarkStride * FHeight));
+  if (FCellRoom != 0)
+    std::memset(FCells.get(), 0, static_cast<std::size_t>(FCellRoom) * sizeof(std::int32_t));
+  if (FMarkRoom != 0) std::memset(FMarks.get(), 0, static_cast<std::size_t>(FMarkRoom));
 }
 
 // Rounds to the nearest subpixel, halves to even, and takes the box's corner away. Within the box
@@ -129,7 +189,9 @@ void TCellGrid::Consume(std::span<const TPointF> Points, std::span<const TQXPoly
       if (P[0].Y == P[1].Y) continue;
       const TFixedPoint A = Polyline.IsReversed ? P[1] : P[0];
       const TFixedPoint B = Polyline.IsReversed ? P[0] : P[1];
-      if (FIsInside)
+      if (FIsBanded)
+        Wait(A, B);
+      else if (FIsInside)
         Line(A, B);
       else
         ClippedLine(A, B);
@@ -137,6 +199,7 @@ void TCellGrid::Consume(std::span<const TPointF> Points, std::span<const TQXPoly
   }
 }
 
+// As much of the line as the band holds; what it leaves in a row does not depend on the band.
 void TCellGrid::Line(TFixedPoint A, TFixedPoint B) {
   std::int32_t Sign = 1;
   if (A.Y > B.Y) {
@@ -145,8 +208,9 @@ void TCellGrid::Line(TFixedPoint A, TFixedPoint B) {
   }
   const std::int32_t First = A.Y >> SubpixelBits, Last = (B.Y - 1) >> SubpixelBits;
   const std::int32_t DX = B.X - A.X, DY = B.Y - A.Y;
-  std::int32_t* Cells = FCells.get() + First * FStride;
-  std::uint8_t* Marks = FMarks.get() + First * FMarkStride;
+  const std::int32_t Top = std::max(First, FBandTop);
+  std::int32_t* Cells = this->Cells(Top);
+  std::uint8_t* Marks = this->Marks(Top);
   if (First == Last) {
     const std::int32_t Cover = Sign * DY, Cell = A.X >> SubpixelBits;
     if (Cell != B.X >> SubpixelBits)
@@ -162,29 +226,36 @@ void TCellGrid::Line(TFixedPoint A, TFixedPoint B) {
 
   const float Rate = RateOf(Sign * DY, DX);
   auto [At, Step] = SlopeOf(A.X, A.Y, DX, DY);
-  auto X = static_cast<std::int32_t>(At >> SlopeBits);
-  AddPiece(Cells, Marks, MakePiece(A.X, X, Sign * (SubpixelScale - (A.Y & FractionMask)), Rate));
-  const std::int32_t Cover = Sign * SubpixelScale;
   std::int32_t Row = First + 1;
-  if (Last - Row >= SteepRowsFrom && std::abs(DX) <= DY) {
-    Kernels().AddSteepRows({Cells + FStride, Marks + FMarkStride, FStride, FMarkStride, At, Step,
-                            Last - Row, Cover, Rate});
-    At += (Last - Row) * Step;
-    Cells += (Last - Row) * FStride;
-    Marks += (Last - Row) * FMarkStride;
-    X = static_cast<std::int32_t>(At >> SlopeBits);
-    Row = Last;
-  }
-  for (; Row < Last; ++Row) {
+  const std::int32_t End = std::min(Last, FBandBottom);
+  if (First == Top) {
+    const auto X = static_cast<std::int32_t>(At >> SlopeBits);
+    AddPiece(Cells, Marks, MakePiece(A.X, X, Sign * (SubpixelScale - (A.Y & FractionMask)), Rate));
     Cells += FStride;
     Marks += FMarkStride;
+  } else {
+    At += (Top - Row) * Step;
+    Row = Top;
+  }
+  const std::int32_t Cover = Sign * SubpixelScale;
+  if (End - Row >= SteepRowsFrom && std::abs(DX) <= DY) {
+    Kernels().AddSteepRows({Cells, Marks, FStride, FMarkStride, At, Step, End - Row, Cover, Rate});
+    At += (End - Row) * Step;
+    Cells += (End - Row) * FStride;
+    Marks += (End - Row) * FMarkStride;
+    Row = End;
+  }
+  auto X = static_cast<std::int32_t>(At >> SlopeBits);
+  for (; Row < End; ++Row) {
     At += Step;
     const auto Next = static_cast<std::int32_t>(At >> SlopeBits);
     AddPiece(Cells, Marks, MakePiece(X, Next, Cover, Rate));
     X = Next;
+    Cells += FStride;
+    Marks += FMarkStride;
   }
-  AddPiece(Cells + FStride, Marks + FMarkStride,
-           MakePiece(X, B.X, Sign * (B.Y - Last * SubpixelScale), Rate));
+  if (Last < FBandBottom)
+    AddPiece(Cells, Marks, MakePiece(X, B.X, Sign * (B.Y - Last * SubpixelScale), Rate));
 }
 
 // The same line, seen through the box.

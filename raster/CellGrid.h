@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <vector>
 
 #include "graphics/surface/Flatten.h"
 
@@ -39,13 +40,16 @@ class TCellGrid final : public ILineConsumer {
   void Consume(std::span<const TPointF> Points, std::span<const TQXPolyline> Lines) override;
 
   const TRect& Box() const { return FBox; }
-  // The rows of the box that lines may have touched.
-  std::int32_t TouchedTop() const { return std::max(FLowest >> SubpixelBits, 0); }
+  // After the last line the rows of the box are ready band by band, each to be swept before the
+  // next. False when there are no more.
+  bool NextBand();
+  // The rows of the band that lines may have touched, counted from the box's.
+  std::int32_t TouchedTop() const { return std::max(FLowest >> SubpixelBits, FBandTop); }
   std::int32_t TouchedBottom() const {
-    return std::min(FHighest + SubpixelScale - 1, FHeight * SubpixelScale) >> SubpixelBits;
+    return std::min((FHighest + SubpixelScale - 1) >> SubpixelBits, FBandBottom);
   }
-  std::int32_t* Cells(std::int32_t Row) { return FCells.get() + Row * FStride; }
-  std::uint8_t* Marks(std::int32_t Row) { return FMarks.get() + Row * FMarkStride; }
+  std::int32_t* Cells(std::int32_t Row) { return FCells.get() + (Row - FBandTop) * FStride; }
+  std::uint8_t* Marks(std::int32_t Row) { return FMarks.get() + (Row - FBandTop) * FMarkStride; }
   std::ptrdiff_t MarkStride() const { return FMarkStride; }
   // Zeroes what lines have left, for a drawing that is given up.
   void Abandon();
@@ -54,6 +58,13 @@ class TCellGrid final : public ILineConsumer {
   struct TFixedPoint {
     std::int32_t X, Y;
   };
+  // A line that waits for its band, in the list of that.
+  struct TWaiting {
+    TFixedPoint A, B;
+    std::uint32_t Next;
+  };
+  void Wait(TFixedPoint A, TFixedPoint B);
+  void DrawWaiting();
   void Grow(std::int64_t Cells, std::int64_t Marks);
   void Convert(std::span<const TPointF> Points);
   void Line(TFixedPoint A, TFixedPoint B);
@@ -65,7 +76,11 @@ class TCellGrid final : public ILineConsumer {
   std::ptrdiff_t FStride = 0, FMarkStride = 0;
   std::int32_t FWidth = 0, FHeight = 0;
   std::int32_t FLowest = 0, FHighest = 0;
-  bool FIsInside = false;
+  bool FIsInside = false, FIsBanded = false, FWasSwept = false;
+  // The rows that cells stand for.
+  std::int32_t FBandTop = 0, FBandBottom = 0, FBandRows = 0, FBand = -1;
+  std::vector<TWaiting> FWaiting;
+  std::vector<std::uint32_t> FBandLists;
   std::int64_t FCellRoom = 0, FMarkRoom = 0;
   std::unique_ptr<std::int32_t[]> FCells;
   std::unique_ptr<std::uint8_t[]> FMarks;

@@ -83,7 +83,7 @@ void TRasterizer::Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISp
     FGrid.Begin(Band, IsInside && IsWhole);
     try {
       Emit(Band, IsInside && IsWhole);
-      SweepRows(Mode, Sink);
+      while (FGrid.NextBand()) SweepRows(Mode, Sink);
     } catch (...) {
       // What lines have left would show in the next drawing.
       FGrid.Abandon();

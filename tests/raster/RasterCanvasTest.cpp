@@ -45,6 +45,28 @@ TEST(TRasterCanvasTest, TilesMakeTheWhole) {
   }
 }
 
+// Large figures that lie within the clip are drawn band by band, those that it cuts are not.
+TEST(TRasterCanvasTest, BandsMakeTheWhole) {
+  constexpr std::int32_t Large = 900, Strip = 70;
+  for (std::uint32_t Seed = 1; Seed <= 6; ++Seed) {
+    TRandom Random(Seed);
+    TQXPathGeometry Path = RandomPath(Random, 500, true);
+    Path.Transform(CreateTranslateQXMatrix(200, 200));
+    TTestSurface Whole(Large, Large), Strips(Large, Large);
+    const auto Draw = [&](TTestSurface& S) {
+      S.Canvas.Brush().SetColor(0xff336699);
+      S.Canvas.FillPath({Path.View(), static_cast<TQXGPFillMode>(Seed % 2), {}, nullptr}, 1);
+    };
+    Draw(Whole);
+    for (std::int32_t Y = 0; Y < Large; Y += Strip) {
+      const TQXCanvasStateLock Lock(Strips.Canvas);
+      Strips.Canvas.IntersectClip(QXRect(TRect{0, Y, Large, Y + Strip}));
+      Draw(Strips);
+    }
+    ASSERT_EQ(Difference(Whole.Bitmap, Strips.Bitmap), "") << "seed " << Seed;
+  }
+}
+
 TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
   TQXCoverageBudget Budget(1 << 20);
   for (std::uint32_t Seed = 1; Seed <= 20; ++Seed) {
