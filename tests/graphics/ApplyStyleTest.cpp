@@ -256,12 +256,25 @@ TEST(Cascade, RisingSpecificityThenTheElementItself) {
       // Ten identifiers weigh more than the element's own style.
       {"#r#r#r#r#r#r#r#r#r#r { fill: red }", "fill='blue'", Red},
       {"rect { fill: red", "", Black},
+      // No rule of the at kind and no importance is known.
+      {"@media print { rect { fill: red } } rect { fill: lime }", "", Black},
+      {"@media all {} rect { fill: red }", "", Red},
+      {"rect { fill: red !important }", "", Black},
+      {"[class=c] { fill: red } #r { fill: red !important }", "class='c'", Red},
   };
   for (const auto& Case : Cases) {
     TTree Tree("<style>" + std::string(Case.Sheet) + "</style><rect id='r' " + Case.Attributes +
                "/>");
     EXPECT_EQ(Tree["r"].GetBrush().Color(), Case.Expected) << Case.Sheet;
   }
+}
+
+TEST(Cascade, ANestedDocumentIsStyledByItsOwnSheetAndThenByTheOuterOne) {
+  TTree Tree(
+      "<style>svg { fill: red }</style><svg id='i'><style>svg { fill: blue; opacity: .5 }</style>"
+      "</svg>");
+  EXPECT_EQ(Tree["i"].GetBrush().Color(), Red);
+  EXPECT_EQ(Tree["i"].GetOpacity(), 0.5f);
 }
 
 TEST(Cascade, ARuleThatIsNotEnabledIsLeftOut) {

@@ -163,6 +163,13 @@ TEST(LinearGradient, UserSpaceGoesThroughTheShapesMatrix) {
   // A mirrored box: what was its left side is its right one, and the fractions follow.
   const auto Gradient = GradientOf(D, u"g", Box, CreateScaleQXMatrix(-1, 1));
   EXPECT_EQ(Gradient->StartPosition().GetPoint(), QXPoint(1, 0));
+  // That of fractions does not, nor does a radial one.
+  TDrawing Others(
+      "<linearGradient id='g'/><radialGradient id='r' gradientUnits='userSpaceOnUse' "
+      "cx='25'/>");
+  EXPECT_EQ(GradientOf(Others, u"g", Box, CreateScaleQXMatrix(-1, 1))->StopPosition().GetPoint(),
+            QXPoint(1, 0));
+  EXPECT_EQ(GradientOf(Others, u"r", Box, CreateScaleQXMatrix(-1, 1))->CenterPosition().X(), 0.25f);
 }
 
 TEST(RadialGradient, OffsetsCountFromTheRim) {
@@ -218,7 +225,9 @@ TEST(Gradient, SavesWhatItRead) {
 // --- Patterns
 
 std::string TileOf(TDrawing& D, const TRectF& Bounds) {
-  const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), QXIdentityMatrix, Bounds);
+  // A tile is made in user units, however large it will be shown.
+  const TMatrix Shown = CreateScaleQXMatrix(3, 3);
+  const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), Shown, Bounds);
   return std::to_string(Tile->GetWidth()) + "x" + std::to_string(Tile->GetHeight());
 }
 
@@ -235,10 +244,13 @@ TEST(Pattern, TilesHaveTheSizeToldByTheUnits) {
       {"patternUnits='userSpaceOnUse' width='10' height='4' transform='scale(2)'", "20x8"},
       {"patternUnits='userSpaceOnUse' width='10' height='4' patternTransform='scale(2)'", "10x4"},
       {"patternUnits='userSpaceOnUse' width='0' height='4'", "0x0"},
+      // Another pattern lends its content, not its size.
+      {"xlink:href='#o'", "0x0"},
       {"patternUnits='userSpaceOnUse' width='1e9' height='1e9'", "0x0"},
   };
   for (const Case& C : Cases) {
-    TDrawing D(std::string("<pattern id='p' ") + C.Attributes + "/><rect id='r'/>");
+    TDrawing D(std::string("<pattern id='o' width='1' height='1'/><pattern id='p' ") +
+               C.Attributes + "/><rect id='r'/>");
     EXPECT_EQ(TileOf(D, QXRect(0, 0, 100, 200)), C.Size) << C.Attributes;
   }
 }
@@ -246,7 +258,8 @@ TEST(Pattern, TilesHaveTheSizeToldByTheUnits) {
 TEST(Pattern, DrawsItsContentThroughItsOwnTransformation) {
   TDrawing D(
       "<pattern id='p' patternUnits='userSpaceOnUse' width='8' height='8' "
-      "patternTransform='scale(2)'><rect width='2' height='2' fill='red'/></pattern>"
+      "patternContentUnits='objectBoundingBox' patternTransform='scale(2)'><rect width='2' "
+      "height='2' fill='red'/></pattern>"
       "<rect id='r' width='20' height='20' fill='url(#p)'/>");
   const auto Tile = D.Get<TSVGPattern>(u"p").GetPattern(D.Get(u"r"), QXIdentityMatrix, Box);
   EXPECT_EQ(Tile->GetPixels().Row(3)[3], 0xffff0000u);
@@ -349,11 +362,14 @@ TEST(ClipPath, IsTheUnionOfItsVisibleChildren) {
   EXPECT_EQ(Clip("<polygon clip-rule='evenodd' points='0 0 2 0 2 2'/>"),
             " | M 50,0 L 52,0 L 52,2 Z evenodd");
   EXPECT_EQ(Clip("<g><rect width='2' height='2'/></g>"), "");
+  EXPECT_EQ(ClipsOf("<clipPath id='c' clipPathUnits='objectBoundingBox'><polygon points='0 0 2 0 "
+                    "2 2'/></clipPath><circle r='9' clip-path='url(#c)'/>"),
+            " | M 0,0 L 2,0 L 2,2 Z");
 }
 
-TEST(ClipPath, TakesTheOutlineOfAUse) {
+TEST(ClipPath, TakesTheOutlineOfAUseWhereItsTargetLies) {
   EXPECT_EQ(ClipsOf("<defs><polygon id='t' points='0 0 2 0 2 2'/></defs><clipPath id='c'>"
-                    "<use xlink:href='#t'/></clipPath><circle r='9' clip-path='url(#c)'/>"),
+                    "<use x='7' xlink:href='#t'/></clipPath><circle r='9' clip-path='url(#c)'/>"),
             " | M 0,0 L 2,0 L 2,2 Z");
 }
 

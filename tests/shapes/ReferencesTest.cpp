@@ -30,6 +30,11 @@ TEST(Use, BoundsOfAShapeAreMovedAndTheUsesOwnSizeIgnored) {
   EXPECT_EQ(D.Get(u"n").GetBoundsRect(), QXRect(0, 0, 7, 8));
 }
 
+TEST(Use, BoundsOfAViewportAreItsOwnAndTheTargetFillsTheGaps) {
+  TDrawing D("<symbol id='s' viewBox='1 2 10 10'/><use id='u' x='3' width='7' xlink:href='#s'/>");
+  EXPECT_EQ(D.Get(u"u").GetBoundsRect(), QXRect(4, 2, 11, 12));
+}
+
 TEST(Use, FitsASymbolIntoItsOwnSize) {
   TDrawing D(
       "<symbol id='s' viewBox='0 0 10 10'><rect width='10' height='10'/></symbol>"
@@ -37,6 +42,11 @@ TEST(Use, FitsASymbolIntoItsOwnSize) {
   // The symbol itself is drawn too, since it stands in no defs.
   EXPECT_THAT(D.Draw(), ElementsAre("fill M 0,0 L 10,0 L 10,10 L 0,10 Z",
                                     "fill M 0,0 L 50,0 L 50,50 L 0,50 Z"));
+  // The symbol is fitted twice: into the use, and before that into its own crossed size.
+  TDrawing Tall(
+      "<defs><symbol id='s' viewBox='0 0 10 20'><rect width='10' height='20'/></symbol></defs>"
+      "<use width='50' height='100' xlink:href='#s'/>");
+  EXPECT_THAT(Tall.Draw(), ElementsAre("fill M 37.5,0 L 62.5,0 L 62.5,50 L 37.5,50 Z"));
 }
 
 TEST(Use, LendsItsStylesToTheTarget) {
@@ -91,7 +101,9 @@ TEST(Use, ReturnsTheTargetAlsoWhenDrawingFails) {
 }
 
 TEST(Use, ForgetsATargetThatDies) {
-  TDrawing D("<g id='g'><rect id='r' width='5' height='5'/></g><use id='u'/>");
+  TDrawing D(
+      "<g id='g'><rect id='r' width='5' height='5'/></g><use id='u'/>"
+      "<use id='read' xlink:href='#r'/>");
   auto& Use = D.Get<TSVGUse>(u"u");
   Use.SetReference(u"r");
   int Changes = 0;
@@ -100,6 +112,9 @@ TEST(Use, ForgetsATargetThatDies) {
   EXPECT_GT(Changes, 0);
   D.Document.FindElement(u"g")->Items().Clear();
   EXPECT_EQ(Use.Reference(), u"");
+  // One that was read never listened, and finds nothing any more.
+  EXPECT_EQ(D.Get<TSVGUse>(u"read").Reference(), u"r");
+  EXPECT_THAT(D.Draw(), IsEmpty());
 }
 
 TEST(Use, ATargetDestroyedWhileItIsDrawnBringsNothingDown) {
@@ -225,6 +240,12 @@ TEST(Markers, StandOnTheVerticesOfTheirKind) {
       {"<polyline points='0 0 9 0 9 9 0 9' fill='none' marker-mid='url(#m)'/>", 2},
       {"<path d='M0 0C1 1 2 2 3 3L4 4' fill='none' marker-mid='url(#m)'/>", 1},
       {"<path d='M0 0L1 0C1 1 2 2 3 3L4 4' fill='none' marker-mid='url(#m)'/>", 2},
+      // Moves and ends of figures are vertices too.
+      {"<path d='M0 0L9 0M9 9L0 9' fill='none' marker-mid='url(#m)'/>", 2},
+      {"<path d='M0 0L9 0L9 9ZM20 20L30 20' fill='none' marker-mid='url(#m)'/>", 4},
+      {"<path d='M0 0C1 1 2 2 3 3M5 5C6 6 7 7 8 8L9 9' fill='none' marker-mid='url(#m)'/>", 3},
+      // The side that closes a polygon adds none.
+      {"<polygon points='0 0 9 0 9 9' fill='none' marker-mid='url(#m)'/>", 1},
       // A segment of no length has no direction to stand in.
       {"<path d='M5 5L5 5' fill='none' marker-start='url(#m)' marker-end='url(#m)'/>", 0},
       {"<path d='M0 0L0 0L9 0' fill='none' marker-start='url(#m)'/>", 1},
@@ -247,6 +268,13 @@ TEST(Markers, ScaleWithTheStrokeAndStandOnTheirReferencePoint) {
   constexpr char Line[] =
       "<line x1='20' y1='20' x2='50' y2='20' fill='none' stroke='red' stroke-width='2' "
       "marker-start='url(#m)'/>";
+  // Without a view box the width of the stroke scales nothing.
+  EXPECT_THAT(MarkersOf(MarkerOf("") + Line), ElementsAre("M 20,20 L 21,20 L 21,21 L 20,21 Z"));
+  // A share of the view box is a width like any other.
+  EXPECT_THAT(MarkersOf(MarkerOf("viewBox='0 0 10 10'") +
+                        "<line x1='20' y1='20' x2='50' y2='20' fill='none' stroke='red' "
+                        "stroke-width='10%' marker-start='url(#m)'/>"),
+              ElementsAre("M 20,20 L 23,20 L 23,23 L 20,23 Z"));
   // Ten units in three widths of two: 0.6.
   EXPECT_THAT(MarkersOf(MarkerOf("viewBox='0 0 10 10'") + Line),
               ElementsAre("M 20,20 L 20.6,20 L 20.6,20.6 L 20,20.6 Z"));
