@@ -70,7 +70,7 @@ void TSVGGraphicElement::Change(TSVGElement* Element) {
 
 void TSVGGraphicElement::TellContentChanged() {
   for (TSVGGraphicElement* E = GetGraphicParent(); E; E = E->GetGraphicParent())
-    E->ContentChanged();
+    if (!E->ContentChanged()) return;
 }
 
 std::uint8_t TSVGGraphicElement::StaleBySender(const TPersistent* Sender) {

@@ -315,7 +315,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   virtual TQXGPCompositingQuality GetCompositingQuality(TSVGColorRendering Rendering,
                                                         TSVGColorInterpolation Interpolation) const;
   // Something below the element changed that may move its box.
-  virtual void ContentChanged() {}
+  // False where what lies above was told before and has not looked at the element's box since.
+  virtual bool ContentChanged() { return true; }
   void TellContentChanged();
   // Whether the element draws with its own brush and pen, as all do but containers: where it does
   // not, they are put on the canvas for the host's handlers alone.

@@ -35,6 +35,7 @@ TRectF TSVGCustomGroup::GetBoundsRect() {
       AddBounds(Bounds, Items()[I]->GetBoundsRect());
     FBounds = Bounds;
     FBoundsChanged = false;
+    FIsChangeTold = false;
   }
   return FBounds;
 }
@@ -59,6 +60,8 @@ void TSVGCustomGroup::Change(TSVGElement* Element) {
 void TSVGCustomGroup::Reset() {
   TSVGGraphicElement::Reset();
   FBoundsChanged = true;
+  // The groups above may be others now.
+  FIsChangeTold = false;
 }
 
 void TSVGCustomGroup::ElementNotification(TSVGElement* Sender, TSVGElement* Item,

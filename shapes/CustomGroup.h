@@ -1,6 +1,8 @@
 // The base of every element that holds graphic children and reads them from XML.
 #pragma once
 
+#include <utility>
+
 #include "graphics/GraphicElement.h"
 
 namespace qxsvg {
@@ -26,7 +28,10 @@ class QXSVG_API TSVGCustomGroup : public TSVGGraphicElement {
 
  protected:
   bool PaintsItself() const override { return false; }
-  void ContentChanged() override { FBoundsChanged = true; }
+  bool ContentChanged() override {
+    FBoundsChanged = true;
+    return !std::exchange(FIsChangeTold, true);
+  }
   void ElementNotification(TSVGElement* Sender, TSVGElement* Item,
                            TCollectionNotification Action) override;
   TSVGElement* DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
@@ -39,6 +44,8 @@ class QXSVG_API TSVGCustomGroup : public TSVGGraphicElement {
 
  private:
   bool FBoundsChanged = true;
+  // The groups above know that the content changed, as long as nobody asked for the bounds.
+  bool FIsChangeTold = false;
   TRectF FBounds;
 };
 
