@@ -28,11 +28,10 @@ void TQXGPBrush::Take(const TQXGPBrush& Brush) {
   FColor = Brush.FColor;
   // What a solid brush keeps of earlier paints is not worth a copy at each draw.
   if (Brush.FGradient) {
-    const TNotifyMethod Notice = GetGradient().OnChange();
-    FGradient->SetOnChange({});
+    const TQXSilence Silence(GetGradient());
     FGradient->Assign(Brush.FGradient.get());
-    FGradient->SetOnChange(Notice);
   } else if (FGradient) {
+    const TQXSilence Silence(*FGradient);
     FGradient->Points().Clear();
   }
   if (Brush.FTile) {

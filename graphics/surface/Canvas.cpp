@@ -77,7 +77,7 @@ void TQXGPCanvas::SetBrush(const TQXGPBrush& Brush) {
 }
 
 TQXGPCanvasSaveState TQXGPCanvas::SaveState() {
-  FSaved.push_back({FMatrix, FQuality});
+  FSaved.push_back({FMatrix, FQuality, ++FLastSerial});
   try {
     DoSaveState();
   } catch (...) {
@@ -86,11 +86,14 @@ TQXGPCanvasSaveState TQXGPCanvas::SaveState() {
   }
   TQXGPCanvasSaveState State;
   State.FDepth = static_cast<std::uint32_t>(FSaved.size());
+  State.FSerial = FLastSerial;
   return State;
 }
 
 void TQXGPCanvas::RestoreState(TQXGPCanvasSaveState State) {
-  if (State.FDepth == 0) return;
+  if (State.FDepth == 0 || State.FDepth > FSaved.size() ||
+      FSaved[State.FDepth - 1].Serial != State.FSerial)
+    return;
   while (FSaved.size() >= State.FDepth) {
     FMatrix = FSaved.back().Matrix;
     FQuality = FSaved.back().Quality;

@@ -31,11 +31,8 @@ struct TQXPathSource {
 };
 
 enum class TQXDiagnostic : std::uint8_t {
-  NoFontEngine,   // text was left out
-  PathTooBig,     // a path was left out or cut at a limit
-  OutOfMemory,    // something was left out
-  InvalidMatrix,  // a matrix that is not finite was not taken
-  Unsupported     // the surface has no way to draw it
+  NoFontEngine,  // text was left out
+  InvalidMatrix  // a matrix that is not finite was not taken
 };
 using TQXDiagnosticEvent = std::function<void(TQXDiagnostic Kind, StringView Text)>;
 
@@ -174,11 +171,13 @@ class QXSVG_API TQXGPCanvas {
   struct TSavedState {
     TMatrix Matrix;
     TQXCanvasQuality Quality;
+    std::uint64_t Serial;
   };
 
   TMatrix FMatrix;
   TQXCanvasQuality FQuality;
   std::vector<TSavedState> FSaved;
+  std::uint64_t FLastSerial = 0;
   TQXGPPen FPen;
   TQXGPBrush FBrush;
   TQXGPFont FFont;

@@ -18,6 +18,8 @@ class TQXGPCanvasSaveState {
   friend class TQXGPCanvas;
   // How many states lie below and with it; 0 is no state.
   std::uint32_t FDepth = 0;
+  // Tells the state from later ones of the same depth.
+  std::uint64_t FSerial = 0;
 };
 
 }  // namespace qxsvg

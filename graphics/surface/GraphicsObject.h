@@ -24,8 +24,9 @@ class QXSVG_API TQXGPGraphicsObject : public TPersistent {
   virtual void Notification(TQXGPCanvas& Canvas);
   // A new object of the same class and state, without the change notice.
   virtual std::unique_ptr<TQXGPGraphicsObject> Clone() const = 0;
-  // Called by a surface before a paint operation, with its box in the canvas's coordinates and its
-  // opacity from 0 to 1.
+  // For a surface that keeps its own form of the object: it calls this before a paint operation,
+  // with the box in the canvas's coordinates and the opacity from 0 to 1. The built-in surface has
+  // no use for it.
   virtual void Prepare(const TRectF& Rect, float Opacity);
   // Called by every writer after a change: passes the change notice on.
   virtual void Update();
@@ -36,6 +37,22 @@ class QXSVG_API TQXGPGraphicsObject : public TPersistent {
 
  private:
   TNotifyMethod FOnChange;
+};
+
+// Keeps an object silent for a scope, whose owner tells of the change itself.
+template <class TObject>
+class TQXSilence {
+ public:
+  explicit TQXSilence(TObject& Object) : FObject(Object), FNotice(Object.OnChange()) {
+    FObject.SetOnChange({});
+  }
+  TQXSilence(const TQXSilence&) = delete;
+  TQXSilence& operator=(const TQXSilence&) = delete;
+  ~TQXSilence() { FObject.SetOnChange(FNotice); }
+
+ private:
+  TObject& FObject;
+  const TNotifyMethod FNotice;
 };
 
 }  // namespace qxsvg

@@ -13,8 +13,8 @@ namespace qxsvg {
 
 // Every operation keeps what TQXPathView promises: a segment with a coordinate that is not finite
 // is left out, a line or curve without a figure begins one at its own first point, and a segment
-// after a close begins a figure at the start of the closed one. Growing past Limits::PathPoints
-// raises ESVGException and leaves the path as it was.
+// after a close begins a figure at the start of the closed one. Growing past three
+// entries for each of Limits::PathSegments raises ESVGException and leaves the path as it was.
 class QXSVG_API TQXPathGeometry {
  public:
   TQXPathView View() const { return {FPoints, FKinds}; }
@@ -54,7 +54,7 @@ class QXSVG_API TQXPathGeometry {
   // Copies the other's figures; with Connect a line joins this path's last point with the first of
   // the other, whose first move becomes that line.
   void Append(const TQXPathView& Other, bool Connect);
-  // The other's figures after M; the other is not this path.
+  // The other's figures after M, nothing where M is not finite; the other is not this path.
   void Append(const TQXPathView& Other, const TMatrix& M);
   void Assign(const TQXPathView& Other);
 

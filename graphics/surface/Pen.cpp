@@ -1,6 +1,7 @@
 #include "graphics/surface/Pen.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace qxsvg {
 namespace {
@@ -32,14 +33,12 @@ void TQXGPPen::Take(const TQXGPPen& Pen) {
   if (&Pen == this) return;
   FCustomDash = Pen.FCustomDash;
   if (Pen.FBrush) {
-    GetBrush().SetOnChange({});
+    const TQXSilence Silence(GetBrush());
     FBrush->Take(*Pen.FBrush);
-    FBrush->SetOnChange(TNotifyMethod::Bind<&TQXGPPen::BrushChanged>(this));
   } else if (FBrush) {
-    FBrush->SetOnChange({});
+    const TQXSilence Silence(*FBrush);
     FBrush->SetKind(TQXGPBrushKind::bkNone);
     FBrush->SetBitmap(nullptr);
-    FBrush->SetOnChange(TNotifyMethod::Bind<&TQXGPPen::BrushChanged>(this));
   }
   FColor = Pen.FColor;
   FThickness = Pen.FThickness;
@@ -84,16 +83,21 @@ void TQXGPPen::SetDashOffset(float Offset) {
 }
 
 void TQXGPPen::SetCustomDash(std::span<const float> Values, std::ptrdiff_t High, float Offset) {
-  const std::ptrdiff_t Count = std::min(High + 1, static_cast<std::ptrdiff_t>(Values.size()));
-  SetCustomDash(Values.first(static_cast<std::size_t>(std::max<std::ptrdiff_t>(Count, 0))), Offset);
+  const std::size_t Count = High < 0 ? 0 : static_cast<std::size_t>(High) + 1;
+  SetCustomDash(Values.first(std::min(Count, Values.size())), Offset);
 }
 
 void TQXGPPen::SetCustomDash(std::span<const float> Values, float Offset) {
-  // The values may be this pen's own.
-  if (Values.data() == FCustomDash.data())
+  // The values may be some of this pen's own.
+  const float* const Own = FCustomDash.data();
+  const std::less_equal<const float*> IsUpTo;
+  if (!FCustomDash.empty() && IsUpTo(Own, Values.data()) &&
+      IsUpTo(Values.data(), Own + FCustomDash.size())) {
+    std::copy(Values.begin(), Values.end(), FCustomDash.begin());
     FCustomDash.resize(Values.size());
-  else
+  } else {
     FCustomDash.assign(Values.begin(), Values.end());
+  }
   FDashOffset = std::isfinite(Offset) ? Offset : 0;
   FDash = TQXGPStrokeDash::sdCustom;
   Update();

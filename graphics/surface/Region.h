@@ -30,10 +30,11 @@ class QXSVG_API TQXGPRegion {
   virtual void SetBounds(const TRectF& R);
   virtual void MakeEmpty();
   virtual void MakeInfinite();
-  // No geometry at all: made empty with nothing added. A figure without area counts as geometry.
+  // Nothing with area in it: figures whose points all lie on one line are not taken in.
   virtual bool IsEmpty() const;
   virtual void Transform(const TMatrix& M);
   virtual void Combine(const TQXGPPath& Path, TQXGPCombineMode Mode);
+  // Path is not a step of this region. Raises ESVGException past Limits::PathSegments.
   virtual void Combine(const TQXPathView& Path, TQXGPFillMode FillMode, TQXGPCombineMode Mode);
   virtual void Combine(const TRectF& R, TQXGPCombineMode Mode);
 

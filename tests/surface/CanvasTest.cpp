@@ -72,6 +72,11 @@ TEST(Canvas, StatesNest) {
   EXPECT_EQ(Canvas.GetClipBounds(), QXRect(0, 0, 100, 100));
   Canvas.RestoreState(Outer);
   Canvas.RestoreState({});
+  const TQXGPCanvasSaveState Later = Canvas.SaveState();
+  Canvas.SetMatrix(CreateScaleQXMatrix(3, 3));
+  Canvas.RestoreState(Outer);
+  EXPECT_EQ(Canvas.Matrix().m11, 3) << "an old mark of the same depth is void";
+  Canvas.RestoreState(Later);
   EXPECT_EQ(Canvas.Depth(), 0u);
 }
 
