@@ -11,8 +11,9 @@ namespace qxsvg::Limits {
 
 // --- Loading
 
-// Elements of one document. An element takes less than a kilobyte, so that the largest tree stays
-// within a few gigabytes; drawings of maps and circuits reach a few hundred thousand.
+// Elements of one document. While it loads a small element takes about a kilobyte and a half with
+// its XML, so that the largest tree peaks at about six gigabytes; drawings of maps and circuits
+// reach a few hundred thousand.
 inline constexpr std::int32_t Elements = 4'000'000;
 
 // Levels of a tree. Every walk over a tree recurses, and 512 levels of the deepest call chain fit
