@@ -3,11 +3,11 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "foundation/Color.h"
 #include "foundation/Geometry.h"
 #include "runtime/Persistent.h"
+#include "runtime/ZeroedArray.h"
 
 namespace qxsvg {
 
@@ -90,7 +90,7 @@ class QXSVG_API TQXGPBitmap : public TQXGPImage {
   TQXGPCanvas& GetCanvas();
 
  private:
-  std::vector<std::uint32_t> FPixels;
+  TZeroedArray<std::uint32_t> FPixels;
   std::int32_t FWidth = 0, FHeight = 0;
   std::unique_ptr<TQXGPCanvas> FCanvas;
 };
