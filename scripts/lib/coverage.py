@@ -7,6 +7,7 @@ call has one.
 import collections
 import concurrent.futures
 import json
+import os
 import pathlib
 import re
 import subprocess
@@ -48,11 +49,13 @@ class Counts:
 
 def counts_below(root, build):
     files = collections.defaultdict(Counts)
-    data = sorted(p for p in build.rglob("*.gcda") if "/tests/" not in str(p.relative_to(build)))
+    data = sorted(p for p in build.rglob("*.gcda") if p.relative_to(build).parts[0] != "tests")
     with concurrent.futures.ThreadPoolExecutor() as pool:
         for documents in pool.map(notes_of, data):
-            for file in (f for d in documents for f in d["files"]):
-                path = pathlib.Path(file["file"])
+            for file, below in ((f, d["current_working_directory"])
+                                for d in documents for f in d["files"]):
+                # Relative where a compiler cache made it so, and then to where the compiler ran.
+                path = pathlib.Path(os.path.normpath(os.path.join(below, file["file"])))
                 if path.is_relative_to(root) and not path.is_relative_to(build):
                     for line in file["lines"]:
                         files[path.relative_to(root)].add(line)
@@ -80,6 +83,8 @@ def print_ranges(path, missed):
 def main():
     root, build = (pathlib.Path(a).resolve() for a in sys.argv[1:3])
     files = counts_below(root, build)
+    if not files:
+        sys.exit("No counters below " + str(build) + ": were the tests built with them and run?")
     folders = collections.defaultdict(lambda: (0, 0, 0, 0))
     for path, counts in files.items():
         for name in (str(path.parent), "all"):
