@@ -260,18 +260,24 @@ std::int32_t TImagePaint::AddMean(double Scale, double Offset, std::int32_t At, 
 }
 
 void TImagePaint::BeginMeans() {
-  FMeanSpans.clear();
-  FWeights.clear();
+  FMeanFirst.clear();
+  FMeanPairs = 1;
+  // Once to see how many columns any pixel takes, then for good.
+  const auto Columns = static_cast<std::size_t>(FDevice.Width());
   for (std::int32_t X = FDevice.Left; X < FDevice.Right; ++X) {
-    const std::size_t From = FWeights.size();
-    const std::int32_t First = AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right);
-    if ((FWeights.size() - From) % 2) FWeights.push_back(0);
-    FMeanSpans.push_back({First - FPart.Left, static_cast<std::int32_t>(FWeights.size() - From) / 2,
-                          static_cast<std::int32_t>(From)});
+    FWeights.clear();
+    FMeanFirst.push_back(AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right) - FPart.Left);
+    FMeanPairs = std::max(FMeanPairs, static_cast<std::int32_t>((FWeights.size() + 1) / 2));
   }
-  FShrunk.resize(FMeanSpans.size());
-  // The second of the last pair may lie outside.
-  FMeans.assign(static_cast<std::size_t>(FPart.Width() + 1) * 4, 0);
+  FWeights.clear();
+  for (std::size_t I = 1; I <= Columns; ++I) {
+    const std::int32_t X = FDevice.Left + static_cast<std::int32_t>(I) - 1;
+    AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right);
+    FWeights.resize(I * static_cast<std::size_t>(FMeanPairs) * 2);
+  }
+  FShrunk.resize(Columns);
+  // Columns of no weight may lie outside.
+  FMeans.assign(static_cast<std::size_t>(FPart.Width() + 2 * FMeanPairs) * 4, 0);
 }
 
 void TImagePaint::ShrinkRow(std::int32_t Y) {
@@ -285,7 +291,7 @@ void TImagePaint::ShrinkRow(std::int32_t Y) {
       static_cast<std::int32_t>(FPart.Width()));
   FWeights.resize(Known);
   Kernels().MeanColumns(FShrunk.data(), static_cast<std::int32_t>(FShrunk.size()),
-                        {FMeans.data(), FMeanSpans.data(), FWeights.data()});
+                        {FMeans.data(), FMeanFirst.data(), FWeights.data(), FMeanPairs});
   FShrunkY = Y;
 }
 

@@ -77,7 +77,8 @@ class TImagePaint final : public IPaint {
   // A smaller copy, or one row of the shrunk image and what it is the mean of.
   std::vector<std::uint32_t> FSmaller, FShrunk;
   std::vector<std::uint16_t> FMeans, FWeights;
-  std::vector<TMeanSpan> FMeanSpans;
+  std::vector<std::int32_t> FMeanFirst;
+  std::int32_t FMeanPairs = 0;
   std::int32_t FShrunkY = -1;
 };
 

@@ -64,20 +64,6 @@ void StreamCopy(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t
   std::copy_n(Source, Count, Target);
 }
 
-void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
-  for (std::int32_t I = 0; I < Count; ++I) {
-    const TMeanSpan& Span = Columns.Spans[I];
-    const std::uint16_t* P = Columns.Row + 4 * Span.First;
-    std::uint32_t Sums[4] = {};
-    for (std::int32_t J = 0; J < 2 * Span.Pairs; ++J)
-      for (int C = 0; C < 4; ++C)
-        Sums[C] += std::uint32_t{P[4 * J + C]} * Columns.Weights[Span.Weights + J];
-    Out[I] = 0;
-    for (int C = 0; C < 4; ++C)
-      Out[I] |= (Sums[C] + (1 << (MeanShift - 1))) >> MeanShift << (8 * C);
-  }
-}
-
 }  // namespace
 
 void PlainBlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
@@ -167,6 +153,19 @@ void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count
   }
 }
 
+void PlainMeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
+  const std::uint16_t* W = Columns.Weights;
+  for (std::int32_t I = 0; I < Count; ++I, W += 2 * Columns.Pairs) {
+    const std::uint16_t* P = Columns.Row + 4 * Columns.First[I];
+    std::uint32_t Sums[4] = {};
+    for (std::int32_t J = 0; J < 2 * Columns.Pairs; ++J)
+      for (int C = 0; C < 4; ++C) Sums[C] += std::uint32_t{P[4 * J + C]} * W[J];
+    Out[I] = 0;
+    for (int C = 0; C < 4; ++C)
+      Out[I] |= (Sums[C] + (1 << (MeanShift - 1))) >> MeanShift << (8 * C);
+  }
+}
+
 void PlainFetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row) {
   const auto Held = [&](std::int64_t At, std::int64_t Size) {
     if (!Row.IsRepeated) return std::clamp<std::int64_t>(At, 0, Size - 1);
@@ -204,7 +203,7 @@ const TKernels PlainKernels = {Sweep<false>,     Sweep<true>,       Fill,
                                PlainBlendPixels, PlainBlendCovered, PlainMultiplyCovers,
                                PlainScaleCovers, PlainFetchLinear,  PlainFetchRadial,
                                PlainResampleRow, PlainMixRows,      PlainMeanRows,
-                               MeanColumns,      PlainFetchTurned,  PlainAddSteepRows};
+                               PlainMeanColumns, PlainFetchTurned,  PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

@@ -56,14 +56,13 @@ struct TMeanRows {
   const std::uint16_t* Weights;
   std::int32_t Count;
 };
-// The columns that one pixel is the mean of, in pairs, with the place of the first weight.
-struct TMeanSpan {
-  std::int32_t First, Pairs, Weights;
-};
+// Pixel I is the mean of as many Pairs of columns as every other, from First[I] on; the weights of
+// the pixels follow one another. Those of columns that do not belong to it are 0.
 struct TMeanColumns {
   const std::uint16_t* Row;
-  const TMeanSpan* Spans;
+  const std::int32_t* First;
   const std::uint16_t* Weights;
+  std::int32_t Pairs;
 };
 
 // A row of an image that is turned or stretched, mixed from the four pixels around each place.

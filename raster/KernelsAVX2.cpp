@@ -323,9 +323,9 @@ QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::ui
 }  // namespace
 
 const TKernels AVX2Kernels = {
-    Sweep<false>, Sweep<true>,  Fill,           StreamFill,       SSE41StreamCopy, BlendColor,
-    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers,      FetchLinear,     FetchRadial,
-    ResampleRow,  MixRows,      MeanRows,       SSE41MeanColumns, FetchTurned,     AddSteepRows};
+    Sweep<false>, Sweep<true>,  Fill,           StreamFill,  SSE41StreamCopy, BlendColor,
+    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear,     FetchRadial,
+    ResampleRow,  MixRows,      MeanRows,       MeanColumns, FetchTurned,     AddSteepRows};
 
 }  // namespace qxsvg
 

@@ -149,12 +149,43 @@ QXSVG_AVX2 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::u
   PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
 }
 
+namespace {
+
+// The sums with those of the words of each pair, times their weights.
+QXSVG_AVX2 inline __m256i AddProducts(__m256i Sums, __m256i Words, __m256i Weights) {
+  return _mm256_add_epi32(Sums, _mm256_madd_epi16(Words, Weights));
+}
+
+QXSVG_AVX2 inline __m256i MeansOfTwo(const TMeanColumns& Columns, std::int32_t I) {
+  const __m256i Parts = _mm256_broadcastsi128_si256(
+      _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
+  const std::int32_t Pairs = Columns.Pairs;
+  const std::uint16_t* A = Columns.Row + 4 * Columns.First[I];
+  const std::uint16_t* B = Columns.Row + 4 * Columns.First[I + 1];
+  const std::uint16_t* W = Columns.Weights + std::ptrdiff_t{2} * Pairs * I;
+  __m256i Sums = _mm256_set1_epi32(1 << (MeanShift - 1));
+  for (std::int32_t Pair = 0; Pair < Pairs; ++Pair, A += 8, B += 8, W += 2) {
+    std::int32_t OfA, OfB;
+    std::memcpy(&OfA, W, sizeof OfA);
+    std::memcpy(&OfB, W + 2 * Pairs, sizeof OfB);
+    const __m256i Weights =
+        _mm256_blend_epi32(_mm256_set1_epi32(OfA), _mm256_set1_epi32(OfB), 0xf0);
+    const __m256i Both = _mm256_inserti128_si256(
+        _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(A))),
+        _mm_loadu_si128(reinterpret_cast<const __m128i*>(B)), 1);
+    Sums = AddProducts(Sums, _mm256_shuffle_epi8(Both, Parts), Weights);
+  }
+  return _mm256_srli_epi32(Sums, MeanShift);
+}
+
+}  // namespace
+
 // Two rows at a time, whose bytes side by side are one product with both weights.
 QXSVG_AVX2 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
   const __m256i Zero = _mm256_setzero_si256(), Half = _mm256_set1_epi32(1 << (MeanRowShift - 1));
   std::int32_t I = 0;
   for (; I + 8 <= Count; I += 8) {
-    __m256i Sums[4] = {Half, Half, Half, Half};
+    __m256i Sum0 = Half, Sum1 = Half, Sum2 = Half, Sum3 = Half;
     const std::uint32_t* P = Rows.Pixels + I;
     for (std::int32_t Row = 0; Row < Rows.Count; Row += 2, P += 2 * Rows.Stride) {
       std::int32_t Both;
@@ -162,21 +193,38 @@ QXSVG_AVX2 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t
       const __m256i W = _mm256_set1_epi32(Both);
       const __m256i A = Load(P), B = Load(P + (Row + 1 < Rows.Count ? Rows.Stride : 0));
       const __m256i Low = _mm256_unpacklo_epi8(A, B), High = _mm256_unpackhi_epi8(A, B);
-      const __m256i Words[4] = {_mm256_unpacklo_epi8(Low, Zero), _mm256_unpackhi_epi8(Low, Zero),
-                                _mm256_unpacklo_epi8(High, Zero), _mm256_unpackhi_epi8(High, Zero)};
-      for (int K = 0; K < 4; ++K)
-        Sums[K] = _mm256_add_epi32(Sums[K], _mm256_madd_epi16(Words[K], W));
+      Sum0 = AddProducts(Sum0, _mm256_unpacklo_epi8(Low, Zero), W);
+      Sum1 = AddProducts(Sum1, _mm256_unpackhi_epi8(Low, Zero), W);
+      Sum2 = AddProducts(Sum2, _mm256_unpacklo_epi8(High, Zero), W);
+      Sum3 = AddProducts(Sum3, _mm256_unpackhi_epi8(High, Zero), W);
     }
-    for (__m256i& Sum : Sums) Sum = _mm256_srli_epi32(Sum, MeanRowShift);
     // Pixels 0, 1, 4, 5 and 2, 3, 6, 7.
-    const __m256i Left = _mm256_packus_epi32(Sums[0], Sums[1]);
-    const __m256i Right = _mm256_packus_epi32(Sums[2], Sums[3]);
+    const __m256i Left = _mm256_packus_epi32(_mm256_srli_epi32(Sum0, MeanRowShift),
+                                             _mm256_srli_epi32(Sum1, MeanRowShift));
+    const __m256i Right = _mm256_packus_epi32(_mm256_srli_epi32(Sum2, MeanRowShift),
+                                              _mm256_srli_epi32(Sum3, MeanRowShift));
     Store(Out + 4 * I, _mm256_permute2x128_si256(Left, Right, 0x20));
     Store(Out + 4 * I + 16, _mm256_permute2x128_si256(Left, Right, 0x31));
   }
   TMeanRows Rest = Rows;
   Rest.Pixels += I;
   PlainMeanRows(Out + 4 * I, Rest, Count - I);
+}
+
+// Four pixels at a time, two in a vector.
+QXSVG_AVX2 void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
+  const std::int32_t Pairs = Columns.Pairs;
+  std::int32_t I = 0;
+  for (; I + 4 <= Count; I += 4) {
+    const __m256i Words = _mm256_packus_epi32(MeansOfTwo(Columns, I), MeansOfTwo(Columns, I + 2));
+    const __m256i Bytes = _mm256_packus_epi16(Words, Words);
+    _mm_storeu_si128(
+        reinterpret_cast<__m128i*>(Out + I),
+        _mm_unpacklo_epi32(_mm256_castsi256_si128(Bytes), _mm256_extracti128_si256(Bytes, 1)));
+  }
+  PlainMeanColumns(
+      Out + I, Count - I,
+      {Columns.Row, Columns.First + I, Columns.Weights + std::ptrdiff_t{2} * Pairs * I, Pairs});
 }
 
 namespace {

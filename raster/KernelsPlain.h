@@ -85,10 +85,10 @@ void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_
 void PlainFetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
 void PlainAddSteepRows(const TSteepRows& Rows);
 void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
+void PlainMeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns);
 #if defined(__x86_64__)
-// What AVX2 has no faster form for: memory bounds one, and the other is done by the pixel.
+// What AVX2 has no faster form for, since memory bounds it.
 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count);
-void SSE41MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns);
 #endif
 
 }  // namespace qxsvg

@@ -345,12 +345,17 @@ QXSVG_SSE41 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::
   PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
 }
 
+// The sums with those of the words of each pair, times their weights.
+QXSVG_SSE41 inline __m128i AddProducts(__m128i Sums, __m128i Words, __m128i Weights) {
+  return _mm_add_epi32(Sums, _mm_madd_epi16(Words, Weights));
+}
+
 // Two rows at a time, whose bytes side by side are one product with both weights.
 QXSVG_SSE41 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
   const __m128i Zero = _mm_setzero_si128(), Half = _mm_set1_epi32(1 << (MeanRowShift - 1));
   std::int32_t I = 0;
   for (; I + 4 <= Count; I += 4) {
-    __m128i Sums[4] = {Half, Half, Half, Half};
+    __m128i Sum0 = Half, Sum1 = Half, Sum2 = Half, Sum3 = Half;
     const std::uint32_t* P = Rows.Pixels + I;
     for (std::int32_t Row = 0; Row < Rows.Count; Row += 2, P += 2 * Rows.Stride) {
       std::int32_t Both;
@@ -358,17 +363,36 @@ QXSVG_SSE41 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_
       const __m128i W = _mm_set1_epi32(Both);
       const __m128i A = Load(P), B = Load(P + (Row + 1 < Rows.Count ? Rows.Stride : 0));
       const __m128i Low = _mm_unpacklo_epi8(A, B), High = _mm_unpackhi_epi8(A, B);
-      const __m128i Words[4] = {_mm_unpacklo_epi8(Low, Zero), _mm_unpackhi_epi8(Low, Zero),
-                                _mm_unpacklo_epi8(High, Zero), _mm_unpackhi_epi8(High, Zero)};
-      for (int K = 0; K < 4; ++K) Sums[K] = _mm_add_epi32(Sums[K], _mm_madd_epi16(Words[K], W));
+      Sum0 = AddProducts(Sum0, _mm_unpacklo_epi8(Low, Zero), W);
+      Sum1 = AddProducts(Sum1, _mm_unpackhi_epi8(Low, Zero), W);
+      Sum2 = AddProducts(Sum2, _mm_unpacklo_epi8(High, Zero), W);
+      Sum3 = AddProducts(Sum3, _mm_unpackhi_epi8(High, Zero), W);
     }
-    for (__m128i& Sum : Sums) Sum = _mm_srli_epi32(Sum, MeanRowShift);
-    Store(Out + 4 * I, _mm_packus_epi32(Sums[0], Sums[1]));
-    Store(Out + 4 * I + 8, _mm_packus_epi32(Sums[2], Sums[3]));
+    Store(Out + 4 * I,
+          _mm_packus_epi32(_mm_srli_epi32(Sum0, MeanRowShift), _mm_srli_epi32(Sum1, MeanRowShift)));
+    Store(Out + 4 * I + 8,
+          _mm_packus_epi32(_mm_srli_epi32(Sum2, MeanRowShift), _mm_srli_epi32(Sum3, MeanRowShift)));
   }
   TMeanRows Rest = Rows;
   Rest.Pixels += I;
   PlainMeanRows(Out + 4 * I, Rest, Count - I);
+}
+
+QXSVG_SSE41 void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
+  const __m128i Parts = _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15);
+  const std::uint16_t* W = Columns.Weights;
+  for (std::int32_t I = 0; I < Count; ++I) {
+    const std::uint16_t* P = Columns.Row + 4 * Columns.First[I];
+    __m128i Sum = _mm_set1_epi32(1 << (MeanShift - 1));
+    for (std::int32_t Pair = 0; Pair < Columns.Pairs; ++Pair, P += 8, W += 2) {
+      std::int32_t Both;
+      std::memcpy(&Both, W, sizeof Both);
+      Sum = AddProducts(Sum, _mm_shuffle_epi8(Load(P), Parts), _mm_set1_epi32(Both));
+    }
+    Sum = _mm_srli_epi32(Sum, MeanShift);
+    Sum = _mm_packus_epi16(_mm_packus_epi32(Sum, Sum), Sum);
+    Out[I] = static_cast<std::uint32_t>(_mm_cvtsi128_si32(Sum));
+  }
 }
 
 // One axis of four places.
@@ -475,30 +499,10 @@ QXSVG_SSE41 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Sou
   std::copy_n(Source + I, Count - I, Target + I);
 }
 
-QXSVG_SSE41 void SSE41MeanColumns(std::uint32_t* Out, std::int32_t Count,
-                                  const TMeanColumns& Columns) {
-  const __m128i Pairs = _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15);
-  for (std::int32_t I = 0; I < Count; ++I) {
-    const TMeanSpan& Span = Columns.Spans[I];
-    const std::uint16_t* P = Columns.Row + 4 * Span.First;
-    const std::uint16_t* W = Columns.Weights + Span.Weights;
-    __m128i Sum = _mm_set1_epi32(1 << (MeanShift - 1));
-    for (std::int32_t Pair = 0; Pair < Span.Pairs; ++Pair, P += 8, W += 2) {
-      std::int32_t Both;
-      std::memcpy(&Both, W, sizeof Both);
-      const __m128i Two = _mm_loadu_si128(reinterpret_cast<const __m128i*>(P));
-      Sum = _mm_add_epi32(Sum, _mm_madd_epi16(_mm_shuffle_epi8(Two, Pairs), _mm_set1_epi32(Both)));
-    }
-    Sum = _mm_srli_epi32(Sum, MeanShift);
-    Sum = _mm_packus_epi16(_mm_packus_epi32(Sum, Sum), Sum);
-    Out[I] = static_cast<std::uint32_t>(_mm_cvtsi128_si32(Sum));
-  }
-}
-
 const TKernels SSE41Kernels = {
-    Sweep<false>, Sweep<true>,  Fill,           StreamFill,       SSE41StreamCopy, BlendColor,
-    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers,      FetchLinear,     FetchRadial,
-    ResampleRow,  MixRows,      MeanRows,       SSE41MeanColumns, FetchTurned,     AddSteepRows};
+    Sweep<false>, Sweep<true>,  Fill,           StreamFill,  SSE41StreamCopy, BlendColor,
+    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear,     FetchRadial,
+    ResampleRow,  MixRows,      MeanRows,       MeanColumns, FetchTurned,     AddSteepRows};
 
 #undef QXSVG_SSE41
 
