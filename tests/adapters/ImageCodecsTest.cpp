@@ -4,20 +4,25 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "foundation/Limits.h"
 #include "graphics/surface/DataURI.h"
+#include "runtime/Base64.h"
 #include "runtime/Exceptions.h"
 #include "runtime/FileResolver.h"
 #include "runtime/Services.h"
-#include "tests/adapters/ImageFixtures.h"
 #include "tests/support/Golden.h"
 
 namespace qxsvg {
 namespace {
 
 using test::Compare;
-using test::TImageFixture;
+
+// A file of those that the fuzzers begin with.
+TBytes Seed(const std::string& Name) {
+  return ReadFile(FromUtf8(QXSVG_TEST_ROOT "/tests/fuzz/seeds/" + Name), 1 << 20);
+}
 
 const IImageCodecs& Codecs() {
   static const auto Made = Services().Images.Get();
@@ -110,34 +115,40 @@ TEST(PngWriter, OddSizesAndEveryPixelValueSurvive) {
   EXPECT_TRUE(Compare(Read, Bitmap).IsNone()) << Compare(Read, Bitmap).Text();
 }
 
-TEST(Images, FixturesHaveTheirPixels) {
+TEST(Images, FilesHaveTheirPixels) {
   struct TPixel {
     std::int32_t X, Y;
     std::uint32_t Pixel;
     std::int32_t Tolerance = 0;
   };
   struct TCase {
-    const TImageFixture& Fixture;
+    const char* Name;
+    std::int32_t Width, Height;
     std::vector<TPixel> Pixels;
   };
+  // PNGs of the kinds that our own writer does not make: one bit of grey; grey with alpha; 16 bits
+  // a channel, of which one colour is transparent; a palette with alphas; interlaced grey. A frame
+  // of 2 by 2 within a GIF, and an interlaced one. JPEGs of inks and progressive.
   const TCase Cases[] = {
-      {test::PngGray1, {{0, 0, 0xFF000000}, {1, 0, 0xFFFFFFFF}, {2, 1, 0xFFFFFFFF}}},
-      {test::PngGrayAlpha, {{0, 0, 0xFFC8C8C8}, {1, 0, 0x33141414}}},
-      {test::PngDeep, {{0, 0, 0xFF12569A, 1}, {1, 0, 0}}},
-      {test::PngPalette, {{0, 0, 0xFFFF0000}, {1, 0, 0x80008000}, {2, 0, 0xFF0000FF}}},
-      {test::PngInterlaced, {{0, 0, 0xFF000000}, {3, 2, 0xFF686868}, {4, 5, 0xFFE8E8E8}}},
-      {test::GifFrame,
+      {"png/gray1", 3, 2, {{0, 0, 0xFF000000}, {1, 0, 0xFFFFFFFF}, {2, 1, 0xFFFFFFFF}}},
+      {"png/grayalpha", 2, 1, {{0, 0, 0xFFC8C8C8}, {1, 0, 0x33141414}}},
+      {"png/deep", 2, 1, {{0, 0, 0xFF12569A, 1}, {1, 0, 0}}},
+      {"png/palette", 3, 1, {{0, 0, 0xFFFF0000}, {1, 0, 0x80008000}, {2, 0, 0xFF0000FF}}},
+      {"png/interlaced", 5, 6, {{0, 0, 0xFF000000}, {3, 2, 0xFF686868}, {4, 5, 0xFFE8E8E8}}},
+      {"gif/frame",
+       4,
+       3,
        {{0, 0, 0}, {1, 1, 0xFFFF0000}, {2, 1, 0xFF00FF00}, {1, 2, 0xFF0000FF}, {2, 2, 0}}},
-      {test::GifInterlaced, {{0, 5, 0xFF00FF00}, {0, 6, 0xFF0000FF}, {0, 7, 0xFFFFFFFF}}},
-      {test::JpegInks, {{0, 0, 0xFFC86432, 6}, {7, 7, 0xFFC86432, 6}}},
-      {test::JpegProgressive, {{0, 0, 0xFFC86432, 3}, {15, 15, 0xFFC86432, 3}}},
+      {"gif/interlaced", 1, 10, {{0, 5, 0xFF00FF00}, {0, 6, 0xFF0000FF}, {0, 7, 0xFFFFFFFF}}},
+      {"jpeg/inks", 8, 8, {{0, 0, 0xFFC86432, 6}, {7, 7, 0xFFC86432, 6}}},
+      {"jpeg/progressive", 16, 16, {{0, 0, 0xFFC86432, 3}, {15, 15, 0xFFC86432, 3}}},
   };
   for (const TCase& Case : Cases) {
-    SCOPED_TRACE(Case.Fixture.Name);
+    SCOPED_TRACE(Case.Name);
     TQXGPBitmap Bitmap;
-    Codecs().Decode(Case.Fixture.Bytes(), Bitmap);
-    ASSERT_EQ(Bitmap.GetWidth(), Case.Fixture.Width);
-    ASSERT_EQ(Bitmap.GetHeight(), Case.Fixture.Height);
+    Codecs().Decode(Seed(Case.Name), Bitmap);
+    ASSERT_EQ(Bitmap.GetWidth(), Case.Width);
+    ASSERT_EQ(Bitmap.GetHeight(), Case.Height);
     for (const TPixel& Pixel : Case.Pixels) {
       TQXGPBitmap Actual(1, 1), Expected(1, 1);
       Actual.Pixels().Data[0] = Bitmap.Pixels().Row(Pixel.Y)[Pixel.X];
@@ -211,10 +222,9 @@ TEST(Images, AnAnimatedWebPGivesItsFirstFrameInPlace) {
 // A picture of each format, large enough to break off in the middle.
 std::vector<TBytes> WholePictures() {
   std::vector<TBytes> Result;
-  for (const TImageFixture* Fixture :
-       {&test::PngGray1, &test::PngDeep, &test::PngPalette, &test::PngInterlaced, &test::GifFrame,
-        &test::GifInterlaced, &test::JpegInks, &test::JpegProgressive})
-    Result.push_back(Fixture->Bytes());
+  for (const char* Name : {"png/gray1", "png/deep", "png/palette", "png/interlaced", "gif/frame",
+                           "gif/interlaced", "jpeg/inks", "jpeg/progressive"})
+    Result.push_back(Seed(Name));
   TQXGPBitmap Bitmap(24, 40);
   Paint(Bitmap, [](auto X, auto Y) { return 0x80000000u + X * 0x70301u + Y * 0x20507u; });
   for (const StringView Codec : {u"png", u"jpeg", u"webp"}) Result.push_back(Encode(Bitmap, Codec));
@@ -239,9 +249,7 @@ TEST(BrokenImages, EveryPrefixGivesAPartOrAnError) {
 }
 
 TEST(BrokenImages, ChangedBytesGiveAPictureOrAnError) {
-  const unsigned Seed = 20240617;
-  SCOPED_TRACE(Seed);
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(20240617);
   for (const TBytes& Whole : WholePictures())
     for (int Round = 0; Round < 150; ++Round) {
       TBytes Bytes = Whole;
@@ -253,8 +261,7 @@ TEST(BrokenImages, ChangedBytesGiveAPictureOrAnError) {
 
 TEST(BrokenImages, WhatCameBeforeTheBreakIsKept) {
   TQXGPBitmap Bitmap(300, 300), Read;
-  const unsigned Seed = 20240618;
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(20240618);
   Paint(Bitmap, [&Random](auto, auto) { return 0xFF000000u | Random(); });
   for (const StringView Codec : {u"png", u"jpeg", u"webp"}) {
     SCOPED_TRACE(ToUtf8(Codec));
@@ -291,7 +298,7 @@ TEST(BrokenImages, DeclaredSizesOverTheLimitAreRefused) {
   const TCase Cases[] = {
       {Encode(Bitmap, u"png"), 16, 20, 4, true, 0},
       {Jpeg, Frame + 7, Frame + 5, 2, true, 0},
-      {test::GifFrame.Bytes(), 6, 8, 2, false, 0},
+      {Seed("gif/frame"), 6, 8, 2, false, 0},
   };
   for (const TCase& Case : Cases)
     for (const auto& [Width, Height] : {std::pair{0x7FFFFFFFu, 0x7FFFFFFFu},
@@ -321,12 +328,8 @@ TEST(Images, CodecsAreFoundByNameExtensionAndMediaType) {
 }
 
 TEST(DataURI, OnlyPicturesInBase64AreLoaded) {
-  const String Png = FromUtf8(test::PngPalette.Base64);
-  struct TCase {
-    String Text;
-    int Width;
-  };
-  const TCase Cases[] = {
+  const String Png = Base64Encode(Seed("png/palette"));
+  const std::pair<String, int> Cases[] = {
       {u"data:image/png;base64," + Png, 3},
       {u"DATA:image/png;charset=utf-8;BASE64," + Png, 3},
       {u"data:image/gif;base64," + Png, 3},  // the content decides
@@ -340,10 +343,10 @@ TEST(DataURI, OnlyPicturesInBase64AreLoaded) {
       {u"picture.png", 7},
       {u"", 7},
   };
-  for (const TCase& Case : Cases) {
+  for (const auto& [Text, Width] : Cases) {
     auto Bitmap = std::make_unique<TQXGPBitmap>(7, 1);
-    LoadBitmapFromDataURI(Case.Text, Bitmap);
-    EXPECT_EQ(Bitmap->GetWidth(), Case.Width) << ToUtf8(Case.Text);
+    LoadBitmapFromDataURI(Text, Bitmap);
+    EXPECT_EQ(Bitmap->GetWidth(), Width) << ToUtf8(Text);
   }
   std::unique_ptr<TQXGPBitmap> Made;
   LoadBitmapFromDataURI(u"none", Made);
@@ -359,7 +362,7 @@ TEST(ImageFiles, AreOpenedThroughTheResolver) {
    public:
     std::unique_ptr<TStream> Open(StringView Name) override {
       if (Name != u"a.b/only") return nullptr;
-      return std::make_unique<TMemoryStream>(test::PngPalette.Bytes());
+      return std::make_unique<TMemoryStream>(Seed("png/palette"));
     }
   };
   Services().Files.Install([] { return std::make_shared<TOneFile>(); });

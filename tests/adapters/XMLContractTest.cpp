@@ -241,11 +241,7 @@ TEST_P(XMLContract, BoundsWhatADocumentMayCost) {
   for (std::size_t I = 0; I <= Limits::ElementAttributes; ++I)
     Crowd += " a" + std::to_string(I) + "='>'";
   const auto Depth = static_cast<std::size_t>(Limits::NestingDepth);
-  struct Excess {
-    std::string Text;
-    StringView Message;
-  };
-  const Excess Cases[] = {
+  const std::pair<std::string, StringView> Cases[] = {
       {Bomb + "]><svg>&e11;</svg>", SEntityLimit},
       {Bomb + "]><svg d='&e11;'/>", SEntityLimit},
       {Bomb + "<!ATTLIST g a CDATA '&e6;'>]><svg><g/><g/></svg>", SEntityLimit},
@@ -256,8 +252,8 @@ TEST_P(XMLContract, BoundsWhatADocumentMayCost) {
       {Repeated("<g>", Depth + 1) + Repeated("</g>", Depth + 1), SNestingDepthLimit},
       {Compressed(std::string(Limits::DecompressedBytes + 1, ' ')), SDecompressedSizeLimit},
   };
-  for (const Excess& C : Cases)
-    EXPECT_EQ(Refusal<ESVGException>(C.Text), ToUtf8(C.Message)) << C.Text.substr(0, 60);
+  for (const auto& [Text, Message] : Cases)
+    EXPECT_EQ(Refusal<ESVGException>(Text), ToUtf8(Message)) << Text.substr(0, 60);
   EXPECT_NO_THROW(Load(Repeated("<g>", Depth) + Repeated("</g>", Depth)));
   // Quotes that are no attributes.
   const std::string Quotes = Repeated("'\"' ", Limits::ElementAttributes * 2);

@@ -7,10 +7,13 @@
 #include "foundation/Lookups.h"
 #include "runtime/Exceptions.h"
 #include "shapes/QXSVG.BasicShapes.h"
+#include "tests/support/LoadedDocument.h"
 #include "text/QXSVG.Text.h"
 
 namespace qxsvg {
 namespace {
+
+using test::TLoaded;
 
 using testing::ElementsAre;
 
@@ -34,8 +37,7 @@ TEST(DocumentClasses, AreFoundByNameAndType) {
 }
 
 TEST(DocumentSettings, UnitFactorsFollowTheResolutionAndTheFont) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg font-size='20'><g id='g'/></svg>"));
+  TLoaded Doc("<svg font-size='20'><g id='g'/></svg>");
   int Changes = 0;
   Doc.OnChange = [&](TPersistent*) { ++Changes; };
   Doc.SetDPI(254);
@@ -52,8 +54,7 @@ TEST(DocumentSettings, UnitFactorsFollowTheResolutionAndTheFont) {
 }
 
 TEST(DocumentSettings, EachRenderingDefaultIsSetAlone) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg shape-rendering='crispEdges'/>"));
+  TLoaded Doc("<svg shape-rendering='crispEdges'/>");
   int Changes = 0;
   Doc.OnChange = [&](TPersistent* Sender) {
     EXPECT_EQ(Sender, &Doc);
@@ -89,8 +90,7 @@ TEST(DocumentSettings, OptionsResetOnlyWhereTheyDiffer) {
 }
 
 TEST(DocumentSettings, TheTransformIsReadOnly) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg transform='translate(1 2)'/>"));
+  TLoaded Doc("<svg transform='translate(1 2)'/>");
   const TProperty* Property = FindProperty(TSVGDocument::Class, u"TransformMatrix");
   ASSERT_TRUE(Property);
   EXPECT_EQ(std::get<String>(Property->Read(Doc)), u"translate(1 2)");
@@ -111,12 +111,11 @@ TEST(DocumentLanguages, ThePartBeginsTheCandidate) {
 }
 
 TEST(DocumentConditions, TheHostHasTheLastWord) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view(
+  TLoaded Doc(
       "<svg><g id='plain'/><g id='feature' requiredFeatures='http://www.w3.org/TR/SVG11/feature#"
       "BasicStructure'/><g id='unknown' requiredFeatures='urn:x'/><g id='empty' "
       "requiredFeatures=''/><g id='extension' requiredExtensions='urn:x'/><g id='hidden' "
-      "visibility='hidden'/><g id='disabled'/></svg>"));
+      "visibility='hidden'/><g id='disabled'/></svg>");
   Doc.FindElement(u"disabled")->SetEnabled(false);
   const auto Drawn = [&] {
     std::vector<String> Result;
@@ -133,11 +132,7 @@ TEST(DocumentConditions, TheHostHasTheLastWord) {
 }
 
 TEST(StyleSheets, AreRulesAndNothingElse) {
-  struct Row {
-    StringView Text;
-    std::vector<String> Selectors;
-  };
-  const Row Rows[] = {
+  const std::pair<StringView, std::vector<String>> Rows[] = {
       {u"a{} b , c{}", {u"a", u"b", u"c"}},
       {u"", {}},
       {u"a", {}},
@@ -150,12 +145,12 @@ TEST(StyleSheets, AreRulesAndNothingElse) {
       // The word of an at-rule is a selector, its first closing brace the end of the body.
       {u"@media print { a { fill: red } } b {}", {u"@media print", u"} b"}},
   };
-  for (const Row& R : Rows) {
+  for (const auto& [Text, Selectors] : Rows) {
     TSVGDocument Doc;
-    Doc.ReadStyles(R.Text);
+    Doc.ReadStyles(Text);
     std::vector<String> Found;
     Doc.Styles().ForEach([&](const auto& Entry) { Found.push_back(Entry.FKey); });
-    EXPECT_THAT(Found, testing::UnorderedElementsAreArray(R.Selectors)) << ToUtf8(R.Text);
+    EXPECT_THAT(Found, testing::UnorderedElementsAreArray(Selectors)) << ToUtf8(Text);
   }
 }
 

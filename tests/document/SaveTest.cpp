@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "document/NodeWriters.h"
 #include "document/QXSVG.h"
@@ -11,9 +12,12 @@
 #include "runtime/Exceptions.h"
 #include "runtime/Streams.h"
 #include "shapes/QXSVG.BasicShapes.h"
+#include "tests/support/LoadedDocument.h"
 
 namespace qxsvg {
 namespace {
+
+using test::TLoaded;
 
 using testing::ElementsAre;
 
@@ -40,30 +44,24 @@ std::string SavedContent(TSVGDocument& Doc) {
 // --- Node writers
 
 TEST(NodeWriters, AttributesAndChildNodesComeAndGo) {
-  struct Row {
-    bool Omit, Remove;
-    bool Written;
-    StringView Left;
-  };
-  // What stands there before is "old".
-  const Row Rows[] = {
+  const std::tuple<bool, bool, bool, StringView> Rows[] = {
       {false, false, true, u"new"},
       {false, true, true, u"new"},
       {true, false, false, u"old"},
       {true, true, false, u""},
   };
-  for (const Row& R : Rows) {
+  for (const auto& [Omit, Remove, Written, Left] : Rows) {
     const auto XML = CreateXMLDocument();
     IXMLNode& Node = *XML->CreateRoot(u"x");
     Node.SetAttribute(u"a", u"old");
-    EXPECT_EQ(SaveAttrString(Node, u"a", u"new", R.Omit, R.Remove), R.Written);
-    EXPECT_EQ(Node.GetAttribute(u"a"), R.Left);
-    EXPECT_EQ(Node.HasAttribute(u"a"), !R.Left.empty());
+    EXPECT_EQ(SaveAttrString(Node, u"a", u"new", Omit, Remove), Written);
+    EXPECT_EQ(Node.GetAttribute(u"a"), Left);
+    EXPECT_EQ(Node.HasAttribute(u"a"), !Left.empty());
     Node.AddChild(u"c")->SetText(u"old");
-    EXPECT_EQ(SaveNodeString(Node, u"c", u"new", R.Omit, R.Remove), R.Written);
-    EXPECT_EQ(Node.ChildCount(), R.Left.empty() ? 0u : 1u);
+    EXPECT_EQ(SaveNodeString(Node, u"c", u"new", Omit, Remove), Written);
+    EXPECT_EQ(Node.ChildCount(), Left.empty() ? 0u : 1u);
     if (Node.FirstChild()) {
-      EXPECT_EQ(Node.FirstChild()->Text(), R.Left);
+      EXPECT_EQ(Node.FirstChild()->Text(), Left);
     }
   }
 }
@@ -83,13 +81,7 @@ TEST(NodeWriters, ListsAreJoinedAndNewChildrenAreSVG) {
 
 TEST(NodeWriters, StylePropertiesAreWrittenWhereTheTreeDoesNotSayThem) {
   using enum TSVGStyleProperty;
-  struct Row {
-    TSVGStyleProperty Property;
-    StringView Value, Default;
-    bool Inherited, Compact;
-    StringView Attribute;
-  };
-  const Row Rows[] = {
+  const std::tuple<TSVGStyleProperty, StringView, StringView, bool, bool, StringView> Rows[] = {
       {ipFill, u"red", u"black", true, true, u""},
       {ipFill, u"red", u"black", false, true, u"red"},
       {ipFill, u"black", u"black", false, true, u"black"},
@@ -99,19 +91,18 @@ TEST(NodeWriters, StylePropertiesAreWrittenWhereTheTreeDoesNotSayThem) {
       {ipClipPath, u"", u"none", false, false, u"none"},
       {ipClipPath, u"", u"none", false, true, u""},
   };
-  for (const Row& R : Rows) {
+  for (const auto& [Property, Value, Default, Inherited, Compact, Attribute] : Rows) {
     const auto XML = CreateXMLDocument();
     IXMLNode& Node = *XML->CreateRoot(u"x");
-    const StringView Name = SVGStylePropertyRowOf(R.Property).Name;
-    const bool IsWritten = !R.Attribute.empty();
-    EXPECT_EQ(
-        SaveStyleProperty(Node, R.Property, R.Value, R.Default, false, R.Inherited, R.Compact),
-        IsWritten);
-    EXPECT_EQ(Node.GetAttribute(Name), R.Attribute) << ToUtf8(Name);
+    const StringView Name = SVGStylePropertyRowOf(Property).Name;
+    const bool IsWritten = !Attribute.empty();
+    EXPECT_EQ(SaveStyleProperty(Node, Property, Value, Default, false, Inherited, Compact),
+              IsWritten);
+    EXPECT_EQ(Node.GetAttribute(Name), Attribute) << ToUtf8(Name);
     Node.SetAttribute(u"style", u"x:y");
-    SaveStyleProperty(Node, R.Property, R.Value, R.Default, true, R.Inherited, R.Compact);
+    SaveStyleProperty(Node, Property, Value, Default, true, Inherited, Compact);
     const String Entry =
-        IsWritten ? String(u"; ").append(Name).append(u":").append(R.Attribute) : String();
+        IsWritten ? String(u"; ").append(Name).append(u":").append(Attribute) : String();
     EXPECT_EQ(Node.GetAttribute(u"style"), u"x:y" + Entry);
   }
 }
@@ -119,8 +110,7 @@ TEST(NodeWriters, StylePropertiesAreWrittenWhereTheTreeDoesNotSayThem) {
 // --- Documents
 
 TEST(Save, ADocumentSaysItsNamespacesSizeAndVersion) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg width='30' height='20'/>"));
+  TLoaded Doc("<svg width='30' height='20'/>");
   EXPECT_EQ(SavedText(Doc),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<svg xmlns=\"http://www.w3.org/2000/svg\" "
@@ -132,24 +122,21 @@ TEST(Save, ADocumentSaysItsNamespacesSizeAndVersion) {
 }
 
 TEST(Save, TheBaseWritesItsPartInOrder) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(
-      std::string_view("<svg><g systemLanguage='de, en' requiredFeatures='f g' lang='de' id='g' "
-                       "requiredExtensions='' class='a  b,c' title='t'><desc>d</desc></g></svg>"));
+  TLoaded Doc(
+      "<svg><g systemLanguage='de, en' requiredFeatures='f g' lang='de' id='g' "
+      "requiredExtensions='' class='a  b,c' title='t'><desc>d</desc></g></svg>");
   EXPECT_EQ(SavedContent(Doc),
             "<g id=\"g\" lang=\"de\" class=\"a b c\" requiredFeatures=\"f g\" "
             "requiredExtensions=\"\" systemLanguage=\"de en\"><title>t</title><desc>d</desc></g>");
 }
 
 TEST(Save, MadeUpIdentifiersAreNotWritten) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg><g/><g id='ID#5x'/><g id='own'/></svg>"));
+  TLoaded Doc("<svg><g/><g id='ID#5x'/><g id='own'/></svg>");
   EXPECT_EQ(SavedContent(Doc), "<g/><g/><g id=\"own\"/>");
 }
 
 TEST(Save, DisabledElementsLeaveAnEmptyNode) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg><g id='g'><circle r='2'/></g></svg>"));
+  TLoaded Doc("<svg><g id='g'><circle r='2'/></g></svg>");
   Doc.FindElement(u"g")->SetEnabled(false);
   EXPECT_EQ(SavedContent(Doc), "<g/>");
   Doc.SetOptions(Doc.GetOptions() + TSVGOptions{TSVGOption::soExportDisabled});
@@ -160,8 +147,7 @@ TEST(Save, DisabledElementsLeaveAnEmptyNode) {
 }
 
 TEST(Save, TheHostMayLeaveElementsOut) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg><g id='a'/><g id='b'><g id='c'/></g></svg>"));
+  TLoaded Doc("<svg><g id='a'/><g id='b'><g id='c'/></g></svg>");
   std::vector<String> Saved;
   TSVGElementState Seen;
   Doc.OnSavingElement = [&](TPersistent*, TSVGElement* Element, IXMLNode&, bool& DoSave) {
@@ -192,9 +178,9 @@ TEST(Save, KeptXMLStandsWhereItStood) {
     while (Plain.find(Declared) != std::string::npos)
       Plain.erase(Plain.find(Declared), Declared.size());
   EXPECT_EQ(Plain, Content);
-  TSVGDocument Again;
-  Again.LoadFromText(std::string_view(SavedText(Doc)));
+  TLoaded Again(SavedText(Doc));
   EXPECT_EQ(SavedContent(Again), Once);
+  EXPECT_EQ(Again.FindElement(u"f")->GetSVGType(), TSVGElementType::etFilter);
 
   auto& Metadata = static_cast<TSVGMetadata&>(*Doc.Items()[1]);
   Metadata.SetXML(u"<open>");
@@ -205,8 +191,7 @@ TEST(Save, KeptXMLStandsWhereItStood) {
 TEST(Save, ManyPlaceholdersStayCheap) {
   std::string Text = "<svg>";
   for (int I = 0; I < 20000; ++I) Text += "<filter/>";
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view(Text + "</svg>"));
+  TLoaded Doc(Text + "</svg>");
   EXPECT_GT(SavedText(Doc).size(), 20000u * 9);
 }
 
@@ -237,8 +222,7 @@ TEST(Save, WrapsTheDataOfPathsAboveThirtyTwo) {
   const std::string Wrapped = SavedText(Doc, 200);
   EXPECT_LT(LongestLine(Wrapped), 210u);
   EXPECT_GT(LongestLine(Whole), 210u);
-  TSVGDocument Again;
-  Again.LoadFromText(std::string_view(Wrapped));
+  TLoaded Again(Wrapped);
   EXPECT_EQ(SavedText(Again), Whole);
 }
 
@@ -246,8 +230,7 @@ TEST(Save, AFileIsWholeOrAsItWas) {
   const auto Folder = std::filesystem::path(QXSVG_TEST_OUTPUT) / "save";
   std::filesystem::create_directories(Folder);
   const std::string Name = (Folder / "a.svg").string();
-  TSVGDocument Doc;
-  Doc.LoadFromText(std::string_view("<svg><g id='a'/></svg>"));
+  TLoaded Doc("<svg><g id='a'/></svg>");
   Doc.SaveToFile(std::string_view(Name));
   const auto Read = [&] {
     TSVGDocument Saved;
@@ -263,9 +246,7 @@ TEST(Save, AFileIsWholeOrAsItWas) {
 }
 
 TEST(Save, AnElementIsADocumentOfItsOwnAsText) {
-  TSVGDocument Doc;
-  Doc.LoadFromText(
-      std::string_view("<svg><g id='g'><circle r='2'/></g><metadata>m</metadata></svg>"));
+  TLoaded Doc("<svg><g id='g'><circle r='2'/></g><metadata>m</metadata></svg>");
   EXPECT_EQ(Doc.FindElement(u"g")->ToString(),
             u"<?xml version=\"1.0\"?>\n<g xmlns=\"http://www.w3.org/2000/svg\" id=\"g\">\n"
             u"  <circle r=\"2\"/>\n</g>\n");

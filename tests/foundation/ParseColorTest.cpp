@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "foundation/ParseURI.h"
 #include "runtime/Exceptions.h"
 
@@ -27,10 +29,7 @@ TRead Read(StringView Text, bool IsNone = false, bool Inherit = false) {
 }
 
 TEST(ParseColor, Forms) {
-  const struct {
-    StringView Text;
-    TQXGPColor Color;
-  } Cases[] = {
+  const std::pair<StringView, TQXGPColor> Cases[] = {
       {u"#F00", 0xFFFF0000},
       {u" # f 0 0 ", 0xFFFF0000},
       {u"#1f77b4", 0xFF1F77B4},
@@ -48,8 +47,8 @@ TEST(ParseColor, Forms) {
       {u"nosuchcolor", Default},
       {u"rgb(1,2,3", Default},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(Read(Case.Text, true, true), (TRead{Case.Color, false, false})) << ToUtf8(Case.Text);
+  for (const auto& [Text, Color] : Cases)
+    EXPECT_EQ(Read(Text, true, true), (TRead{Color, false, false})) << ToUtf8(Text);
   for (const StringView Bad : {u"#ggg", u"#12\u00E9", u"rgb(1.5,0,0)", u"rgb(x%,0,0)", u"rgb(1,,2)",
                                u"rgb(99999999999,0,0)"})
     EXPECT_THROW(Read(Bad), EConvertError) << ToUtf8(Bad);
@@ -75,9 +74,7 @@ TEST(ParseColor, OpacityRoundsAndClamps) {
 }
 
 TEST(ParseURI, FragmentsColoursAndNames) {
-  const struct {
-    StringView Text, URI, Local;
-  } Cases[] = {
+  const std::tuple<StringView, StringView, StringView> Cases[] = {
       {u"#abcd", u"abcd", u"abcd"},
       {u" #gradient ", u"gradient", u"gradient"},
       // Colours are no fragments.
@@ -93,9 +90,9 @@ TEST(ParseURI, FragmentsColoursAndNames) {
       {u"#", u"", u""},
       {u"", u"", u""},
   };
-  for (const auto& Case : Cases) {
-    EXPECT_EQ(ParseURI(Case.Text), Case.URI) << ToUtf8(Case.Text);
-    EXPECT_EQ(ParseLocalURI(Case.Text), Case.Local) << ToUtf8(Case.Text);
+  for (const auto& [Text, URI, Local] : Cases) {
+    EXPECT_EQ(ParseURI(Text), URI) << ToUtf8(Text);
+    EXPECT_EQ(ParseLocalURI(Text), Local) << ToUtf8(Text);
   }
   bool Inherit = true;
   EXPECT_EQ(ParseLocalURI(u"#abc", u"old", Inherit), u"old");

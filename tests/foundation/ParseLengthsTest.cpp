@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "foundation/ParseGeometry.h"
 #include "foundation/ParseLengthObjects.h"
@@ -35,10 +36,7 @@ TRead ReadInherited(StringView Text, bool& Inherit) {
 }
 
 TEST(ParseLengths, UnitsAndWhatFails) {
-  const struct {
-    StringView Text;
-    TRead Expected;
-  } Cases[] = {
+  const std::pair<StringView, TRead> Cases[] = {
       {u" 10PX ", {10, Pixels}},
       {u"5", {5, NoUnit}},
       {u"10 mm", {37.8f, Millimetres}},
@@ -55,8 +53,7 @@ TEST(ParseLengths, UnitsAndWhatFails) {
       {u"", {2, TSVGUnit::suInches}},
       {u"3e38in", {std::numeric_limits<float>::max(), TSVGUnit::suInches}},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(ReadLength(Case.Text), Case.Expected) << ToUtf8(Case.Text);
+  for (const auto& [Text, Expected] : Cases) EXPECT_EQ(ReadLength(Text), Expected) << ToUtf8(Text);
 }
 
 TEST(ParseLengths, TheInheritingFormKnowsNoInfinity) {
@@ -91,23 +88,17 @@ TEST(ParseLengths, ObjectsKeepWhatIsWritten) {
 }
 
 TEST(ParsePercent, FloatForms) {
-  const struct {
-    StringView Text;
-    float Minimum, Maximum, Value;
-    TSVGUnit Unit;
-  } Cases[] = {
+  const std::tuple<StringView, float, float, float, TSVGUnit> Cases[] = {
       {u"50%", 0, 1, 0.5f, Percent},     {u"0.5", 0, 1, 0.5f, NoUnit},
       {u"50%", 0, 200, 100, Percent},    {u"50%", 100, 200, 150, Percent},
       {u"x%", 0, 200, 2, Percent},       {u"10mm", 0, 200, 37.8f, Millimetres},
       {u"33.3%", 0, 1, 0.333f, Percent}, {u"1e300%", 0, 1, 2, Percent},
       {u"1e38%", 0, 1e38f, 2, Percent},
   };
-  for (const auto& Case : Cases) {
+  for (const auto& [Text, Minimum, Maximum, Value, Its] : Cases) {
     TSVGUnit Unit = TSVGUnit::suInches;
-    EXPECT_EQ(ParsePercent(Case.Text, 2, Unit, SVGUnitFactors, Case.Minimum, Case.Maximum),
-              Case.Value)
-        << ToUtf8(Case.Text);
-    EXPECT_EQ(Unit, Case.Unit) << ToUtf8(Case.Text);
+    EXPECT_EQ(ParsePercent(Text, 2, Unit, SVGUnitFactors, Minimum, Maximum), Value) << ToUtf8(Text);
+    EXPECT_EQ(Unit, Its) << ToUtf8(Text);
   }
   // A unit left over from elsewhere must not make an empty text a percentage.
   TSVGUnit Unit = Percent;
@@ -169,10 +160,7 @@ TEST(ParseDashes, OnlyTheDashesAreDoubled) {
 }
 
 TEST(ParseFontSize, WordsUnitsAndTheParent) {
-  const struct {
-    StringView Text;
-    float Size;
-  } Cases[] = {
+  const std::pair<StringView, float> Cases[] = {
       {u"medium", 12},
       {u"larger", 24},
       {u"smaller", 20 / 1.2f},
@@ -186,11 +174,10 @@ TEST(ParseFontSize, WordsUnitsAndTheParent) {
       {u"xx-large", 20.736f},
       {u"3e38em", std::numeric_limits<float>::max()},
   };
-  for (const auto& Case : Cases) {
+  for (const auto& [Text, Size] : Cases) {
     bool Inherit = false;
-    EXPECT_FLOAT_EQ(ParseFontSize(Case.Text, 5, 20, Inherit, SVGUnitFactors), Case.Size)
-        << ToUtf8(Case.Text);
-    EXPECT_EQ(Inherit, Case.Text == u"inherit");
+    EXPECT_FLOAT_EQ(ParseFontSize(Text, 5, 20, Inherit, SVGUnitFactors), Size) << ToUtf8(Text);
+    EXPECT_EQ(Inherit, Text == u"inherit");
   }
 }
 
@@ -282,29 +269,6 @@ TEST(ParseRect, ClipAndEnableBackground) {
   EXPECT_EQ(Rect, Default);
   EXPECT_TRUE(ParseEnableBackground(u"NEW 1 2 3 4", false, Rect, Inherit, SVGUnitFactors));
   EXPECT_EQ(Rect, TRectF({1, 2, 4, 6}));
-}
-
-TEST(ParseAspectRatio, Words) {
-  const struct {
-    StringView Text;
-    TSVGAlign Align;
-    bool Defer, Slice;
-  } Cases[] = {
-      {u"xMidYMid slice", TSVGAlign::saXMidYMid, false, true},
-      {u" defer  xMinYMin meet", TSVGAlign::saXMinYMin, true, false},
-      {u"defer xMaxYMax slice", TSVGAlign::saXMaxYMax, true, true},
-      {u"bogus", TSVGAlign::saNone, false, false},
-      {u"defer", TSVGAlign::saNone, false, false},
-      {u"xmidymid Slice", TSVGAlign::saNone, false, false},
-  };
-  for (const auto& Case : Cases) {
-    const auto Value = ParseAspectRatioValue(Case.Text);
-    ASSERT_TRUE(Value) << ToUtf8(Case.Text);
-    EXPECT_EQ(Value->Align, Case.Align) << ToUtf8(Case.Text);
-    EXPECT_EQ(Value->Defer, Case.Defer) << ToUtf8(Case.Text);
-    EXPECT_EQ(Value->Slice, Case.Slice) << ToUtf8(Case.Text);
-  }
-  EXPECT_FALSE(ParseAspectRatioValue(u" "));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 #include <random>
+#include <tuple>
 
 #include "foundation/ParseGeometry.h"
 #include "foundation/ParseNumbers.h"
@@ -20,10 +21,7 @@ std::string Quoted(StringView Text) {
 }
 
 TEST(ParseTokens, WhereNumbersEnd) {
-  const struct {
-    StringView Text;
-    TTexts Tokens;
-  } Cases[] = {
+  const std::pair<StringView, TTexts> Cases[] = {
       {u"1,,2", {u"1", u"2"}},
       {u", 1\r\n2 ,", {u"1", u"2"}},
       {u"1-2+3", {u"1", u"-2", u"+3"}},
@@ -46,8 +44,8 @@ TEST(ParseTokens, WhereNumbersEnd) {
       {u"", {}},
       {u" ,\n", {}},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(SplitNumbers(Case.Text, SVGNumberSeparators), Case.Tokens) << Quoted(Case.Text);
+  for (const auto& [Text, Tokens] : Cases)
+    EXPECT_EQ(SplitNumbers(Text, SVGNumberSeparators), Tokens) << Quoted(Text);
   EXPECT_EQ(SplitNumbers(u"1;2 3Z4", u";Z"), (TTexts{u"1", u"2 3", u"4"}));
 }
 
@@ -59,9 +57,7 @@ TEST(ParseTokens, CleaningKeepsTheOrder) {
 
 // Reading a list in one pass must find the same tokens and the same numbers as cutting it first.
 TEST(ParseTokens, OnePassReadsWhatCuttingFinds) {
-  const unsigned Seed = 4711;
-  SCOPED_TRACE(Seed);
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(4711);
   constexpr StringView Alphabet = u"0123456789..--+eE, \n\tx%";
   for (int Round = 0; Round < 20'000; ++Round) {
     String Text;
@@ -78,12 +74,7 @@ TEST(ParseTokens, OnePassReadsWhatCuttingFinds) {
 }
 
 TEST(ParseNumbers, WordsFailuresAndInheritance) {
-  const struct {
-    StringView Text;
-    bool Before;
-    float Value;
-    bool After;
-  } Cases[] = {
+  const std::tuple<StringView, bool, float, bool> Cases[] = {
       {u" 1.5 ", false, 1.5f, false},
       {u"INFINITY", false, 1e8f, false},
       {u"-Infinity", false, -1e8f, false},
@@ -99,10 +90,10 @@ TEST(ParseNumbers, WordsFailuresAndInheritance) {
       {u"Inherit", true, 7, false},
       {u"3", true, 3, false},
   };
-  for (const auto& Case : Cases) {
-    bool Inherit = Case.Before;
-    EXPECT_EQ(ParseNumber(Case.Text, 7, Inherit), Case.Value) << Quoted(Case.Text);
-    EXPECT_EQ(Inherit, Case.After) << Quoted(Case.Text);
+  for (const auto& [Text, Before, Value, After] : Cases) {
+    bool Inherit = Before;
+    EXPECT_EQ(ParseNumber(Text, 7, Inherit), Value) << Quoted(Text);
+    EXPECT_EQ(Inherit, After) << Quoted(Text);
   }
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "foundation/ParseKeywords.h"
 #include "foundation/SplitLines.h"
 #include "runtime/Exceptions.h"
@@ -128,20 +130,16 @@ TEST(ParseText, StringLists) {
 }
 
 TEST(ParseText, SpaceOfTextContent) {
-  const struct {
-    StringView Text, Clean;
-  } Cases[] = {
+  const std::pair<StringView, StringView> Cases[] = {
       {u"", u""},           {u"  a   b  ", u" a b "}, {u"\n  a \n", u" a "},
       {u"\r\na\r\n", u"a"}, {u"a\nb", u"a\nb"},       {u"a\n b", u"a b"},
       {u"\ta", u" a"},      {u"   ", u"  "},          {u"\r\n", u""},
   };
-  for (const auto& Case : Cases) EXPECT_EQ(CleanText(Case.Text), Case.Clean) << ToUtf8(Case.Text);
+  for (const auto& [Text, Clean] : Cases) EXPECT_EQ(CleanText(Text), Clean) << ToUtf8(Text);
 }
 
 TEST(ParseText, Comments) {
-  const struct {
-    StringView Text, Rest;
-  } Cases[] = {
+  const std::pair<StringView, StringView> Cases[] = {
       {u"a/*b*/c/**/d", u"acd"},
       {u"a/*/b*/c", u"ac"},
       {u"a/*b", u"a/*b"},
@@ -150,8 +148,7 @@ TEST(ParseText, Comments) {
       {u"//*x*/*y*/z", u"z"},
       {u"//*x*/*y", u"/*y"},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(RemoveComments(Case.Text), Case.Rest) << ToUtf8(Case.Text);
+  for (const auto& [Text, Rest] : Cases) EXPECT_EQ(RemoveComments(Text), Rest) << ToUtf8(Text);
 }
 
 TEST(ParseText, Declarations) {
@@ -174,10 +171,7 @@ String Split(StringView Line, int MaxLength) {
 }
 
 TEST(SplitLines, PathsBreakInsideTheirData) {
-  const struct {
-    int MaxLength;
-    StringView Line, Pieces;
-  } Cases[] = {
+  const std::tuple<int, StringView, StringView> Cases[] = {
       {20, u"<path d=\"M1 2 L3 4\"/>", u"<path d=\"M1 2 L3 4\"/>|<path d=\"M1 2 L3 4\"/>|"},
       {14, u"<path d=\"M1 2 L3 4 L5 6\"/>", u"<path d=\"M1 2 L3| 4 L5 6\"/>|"},
       {10, u"<path d=\"M1 2,L3 4 L5 67 L8 9\"/>", u"<path d=\"M1| 2,L3 4 L5| 67 L8 9\"/>|"},
@@ -192,8 +186,8 @@ TEST(SplitLines, PathsBreakInsideTheirData) {
       {10, u"<path x=\"M1 2 L3 4 L5 67 L8 9\"/>", u"<path x=\"M1 2 L3 4 L5 67 L8 9\"/>|"},
       {10, u"<path d='M1 2 L3 4 L5 67 L8 9'/>", u"<path d='M1 2 L3 4 L5 67 L8 9'/>|"},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(ToUtf8(Split(Case.Line, Case.MaxLength)), ToUtf8(Case.Pieces)) << ToUtf8(Case.Line);
+  for (const auto& [MaxLength, Line, Pieces] : Cases)
+    EXPECT_EQ(ToUtf8(Split(Line, MaxLength)), ToUtf8(Pieces)) << ToUtf8(Line);
   EXPECT_THROW(Split(u"<path d=\"M1 2 L3 4 L5 6", 22), EAssertionFailed);
   EXPECT_THROW(Split(u"<path d=\"M1 2 L3 4 L5 6", 14), EAssertionFailed);
 }

@@ -41,10 +41,7 @@ TEST(ParseTransform, TheLastActsFirst) {
 }
 
 TEST(ParseTransform, FailuresNameWhatIsWrong) {
-  const struct {
-    StringView Text;
-    const char* Message;
-  } Cases[] = {
+  const std::pair<StringView, const char*> Cases[] = {
       {u"scale(1), foo(1)", "Invalid transformation: foo"},
       {u"Scale(1)", "Invalid transformation: Scale"},
       {u"(1)", "Invalid transformation: "},
@@ -54,12 +51,12 @@ TEST(ParseTransform, FailuresNameWhatIsWrong) {
       {u"scale(1 2 3)", "Invalid scale transformation matrix: 1 2 3"},
       {u"rotate(1,2)", "Invalid rotation transformation matrix: 1,2"},
   };
-  for (const auto& Case : Cases) {
+  for (const auto& [Text, Message] : Cases) {
     try {
-      ParseTransformation(Case.Text);
-      ADD_FAILURE() << ToUtf8(Case.Text);
+      ParseTransformation(Text);
+      ADD_FAILURE() << ToUtf8(Text);
     } catch (const ESVGException& Error) {
-      EXPECT_STREQ(Error.what(), Case.Message);
+      EXPECT_STREQ(Error.what(), Message);
     }
   }
   for (const StringView Bad : {u"translate(x1)", u"skewX(10deg)", u"matrix(1 2 3 4 5 1e39)"})

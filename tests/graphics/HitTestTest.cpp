@@ -156,13 +156,6 @@ TEST(Bounds, OfATurnedElementAreThoseOfItsBox) {
   EXPECT_NEAR(Box.Bottom, 14.1421f, 1e-3);
 }
 
-TEST(Bounds, FittingStretchesBothAxes) {
-  const TMatrix M = TSVGElement::FitToRect(QXRect(10, 10, 20, 30), QXRect(0, 0, 100, 100));
-  EXPECT_EQ(QXMatrixTransform(M, TPointF{10, 10}), (TPointF{0, 0}));
-  EXPECT_EQ(QXMatrixTransform(M, TPointF{20, 30}), (TPointF{100, 100}));
-  EXPECT_EQ(TSVGElement::FitToRect(QXRect(10, 10, 10, 30), QXRect(0, 0, 1, 1)), QXIdentityMatrix);
-}
-
 TEST(Bounds, FromTheScreenToTheViewBox) {
   TDrawing D("<rect id='r' width='1' height='1'/>");
   EXPECT_EQ(D.Get(u"r").ScreenToLocal({100, 50}, QXRect(0, 0, 200, 200)), (TPointF{50, 25}));

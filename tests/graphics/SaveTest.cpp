@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <sstream>
 
 #include "document/XML.h"
 #include "tests/graphics/ElementFixture.h"
@@ -38,70 +38,24 @@ TEST(SaveElement, LeavesOutWhatTheTreeSaysAnyway) {
 }
 
 TEST(SaveElement, WritesEachPropertyAsItWasGiven) {
-  const char* Texts[] = {"alignment-baseline=middle",
-                         "baseline-shift=super",
-                         "baseline-shift=20%",
-                         "clip=rect(1 2 3 4)",
-                         "clip-path=url(#c)",
-                         "clip-path=url(#c/1:2)",
-                         "clip-rule=evenodd",
-                         "color=red",
-                         "color-interpolation=linearRGB",
-                         "color-rendering=optimizeSpeed",
-                         "cursor=pointer",
-                         "direction=rtl",
-                         "display=none",
-                         "dominant-baseline=central",
-                         "enable-background=new 1 2 3 4",
-                         "fill=none",
-                         "fill=url(#c)",
-                         "fill=url(#c/1:2)",
-                         "fill=#123456",
-                         "fill-opacity=0.5",
-                         "fill-rule=evenodd",
-                         "filter=url(#c)",
-                         "filter=url(files/f.svg#f)",
-                         "flood-color=red",
-                         "flood-opacity=0.5",
-                         "font=12px serif",
-                         "font-family=Nosuch",
-                         "font-size=20",
-                         "font-style=italic",
-                         "font-variant=small-caps",
-                         "font-weight=600",
-                         "glyph-orientation-horizontal=90deg",
-                         "glyph-orientation-vertical=180deg",
-                         "kerning=3",
-                         "kerning=auto",
-                         "letter-spacing=2em",
-                         "letter-spacing=normal",
-                         "marker-end=url(#c)",
-                         "marker-mid=none",
-                         "opacity=0.5",
-                         "overflow=hidden",
-                         "pointer-events=all",
-                         "shape-rendering=crispEdges",
-                         "stop-color=red",
-                         "stroke=blue",
-                         "stroke-dasharray=4 2",
-                         "stroke-dashoffset=3",
-                         "stroke-dashoffset=50%",
-                         "stroke-linecap=round",
-                         "stroke-linejoin=bevel",
-                         "stroke-miterlimit=7",
-                         "stroke-opacity=0.25",
-                         "stroke-width=2",
-                         "stroke-width=10%",
-                         "stroke-width=2mm",
-                         "text-anchor=middle",
-                         "text-decoration=blink",
-                         "text-rendering=optimizeSpeed",
-                         "transform=translate(3 4)",
-                         "vector-effect=non-scaling-stroke",
-                         "visibility=hidden",
-                         "word-spacing=3",
-                         "writing-mode=tb"};
-  for (const std::string Text : Texts) {
+  std::istringstream Texts(
+      "alignment-baseline=middle|baseline-shift=super|baseline-shift=20%|clip=rect(1 2 3 4)|"
+      "clip-path=url(#c)|clip-path=url(#c/1:2)|clip-rule=evenodd|color=red|"
+      "color-interpolation=linearRGB|color-rendering=optimizeSpeed|cursor=pointer|"
+      "direction=rtl|display=none|dominant-baseline=central|enable-background=new 1 2 3 4|"
+      "fill=none|fill=url(#c)|fill=url(#c/1:2)|fill=#123456|fill-opacity=0.5|"
+      "fill-rule=evenodd|filter=url(#c)|filter=url(files/f.svg#f)|flood-color=red|"
+      "flood-opacity=0.5|font=12px serif|font-family=Nosuch|font-size=20|font-style=italic|"
+      "font-variant=small-caps|font-weight=600|glyph-orientation-horizontal=90deg|"
+      "glyph-orientation-vertical=180deg|kerning=3|kerning=auto|letter-spacing=2em|"
+      "letter-spacing=normal|marker-end=url(#c)|marker-mid=none|opacity=0.5|overflow=hidden|"
+      "pointer-events=all|shape-rendering=crispEdges|stop-color=red|stroke=blue|"
+      "stroke-dasharray=4 2|stroke-dashoffset=3|stroke-dashoffset=50%|stroke-linecap=round|"
+      "stroke-linejoin=bevel|stroke-miterlimit=7|stroke-opacity=0.25|stroke-width=2|"
+      "stroke-width=10%|stroke-width=2mm|text-anchor=middle|text-decoration=blink|"
+      "text-rendering=optimizeSpeed|transform=translate(3 4)|"
+      "vector-effect=non-scaling-stroke|visibility=hidden|word-spacing=3|writing-mode=tb|");
+  for (std::string Text; std::getline(Texts, Text, '|');) {
     SCOPED_TRACE(Text);
     const std::size_t Equals = Text.find('=');
     const std::string Name = Text.substr(0, Equals);

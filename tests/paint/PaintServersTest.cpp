@@ -1,6 +1,5 @@
 // Gradients, patterns and clip paths: what they give to the shapes that name them.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <tuple>
 
 #include "foundation/Limits.h"
 #include "graphics/surface/Bitmap.h"
@@ -9,12 +8,6 @@
 
 namespace qxsvg::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
 
 constexpr TRectF Box{0, 0, 100, 50};
 
@@ -131,23 +124,18 @@ TEST(Gradient, WhatHasNoEndIsCutAtALimit) {
 }
 
 TEST(LinearGradient, PositionsAreFractionsOfTheBox) {
-  struct Case {
-    const char* Attributes;
-    const char* Start;
-    const char* Stop;
-  };
-  const Case Cases[] = {
+  const std::tuple<const char*, const char*, const char*> Cases[] = {
       {"x2='100%'", "0,0", "1,0"},
       {"x1='0.25' y1='50%' x2='1' y2='1'", "0.25,0.5", "1,1"},
       {"gradientTransform='translate(0.5 0)'", "0.5,0", "1.5,0"},
       {"gradientUnits='userSpaceOnUse' x1='25' x2='50' y2='25'", "0.25,0", "0.5,0.5"},
       {"gradientUnits='userSpaceOnUse' gradientTransform='scale(2)' x2='50'", "0,0", "1,0"},
   };
-  for (const Case& C : Cases) {
-    TDrawing D(std::string("<linearGradient id='g' ") + C.Attributes + "/>");
+  for (const auto& [Attributes, Start, Stop] : Cases) {
+    TDrawing D(std::string("<linearGradient id='g' ") + Attributes + "/>");
     const auto Gradient = GradientOf(D, u"g");
-    EXPECT_EQ(Describe(Gradient->StartPosition().GetPoint()), C.Start) << C.Attributes;
-    EXPECT_EQ(Describe(Gradient->StopPosition().GetPoint()), C.Stop) << C.Attributes;
+    EXPECT_EQ(Describe(Gradient->StartPosition().GetPoint()), Start) << Attributes;
+    EXPECT_EQ(Describe(Gradient->StopPosition().GetPoint()), Stop) << Attributes;
   }
 }
 
@@ -182,13 +170,7 @@ TEST(RadialGradient, OffsetsCountFromTheRim) {
 }
 
 TEST(RadialGradient, CentreFocusAndRadius) {
-  struct Case {
-    const char* Attributes;
-    const char* Center;
-    const char* Focus;
-    const char* Radius;
-  };
-  const Case Cases[] = {
+  const std::tuple<const char*, const char*, const char*, const char*> Cases[] = {
       {"", "0.5,0.5", "0,0", "1,1"},
       {"r='0.25'", "0.5,0.5", "0,0", "0.5,0.5"},
       // 0 is no fraction: it is a user unit, which happens to be the box's left side.
@@ -200,12 +182,12 @@ TEST(RadialGradient, CentreFocusAndRadius) {
       {"gradientUnits='userSpaceOnUse' r='50%'", "0.5,0.5", "0,0", "1,1"},
       {"gradientUnits='userSpaceOnUse' cx='50' cy='25' r='0.5'", "0.5,0.5", "0,0", "0.01,0.02"},
   };
-  for (const Case& C : Cases) {
-    TDrawing D(std::string("<radialGradient id='g' ") + C.Attributes + "/>");
+  for (const auto& [Attributes, Center, Focus, Radius] : Cases) {
+    TDrawing D(std::string("<radialGradient id='g' ") + Attributes + "/>");
     const auto Gradient = GradientOf(D, u"g");
-    EXPECT_EQ(Describe(Gradient->CenterPosition().GetPoint()), C.Center) << C.Attributes;
-    EXPECT_EQ(Describe(Gradient->FocusOffsetPosition().GetPoint()), C.Focus) << C.Attributes;
-    EXPECT_EQ(Describe(Gradient->RadiusPosition().GetPoint()), C.Radius) << C.Attributes;
+    EXPECT_EQ(Describe(Gradient->CenterPosition().GetPoint()), Center) << Attributes;
+    EXPECT_EQ(Describe(Gradient->FocusOffsetPosition().GetPoint()), Focus) << Attributes;
+    EXPECT_EQ(Describe(Gradient->RadiusPosition().GetPoint()), Radius) << Attributes;
   }
   TDrawing Empty("<radialGradient id='g'/>");
   EXPECT_EQ(GradientOf(Empty, u"g", TRectF())->CenterPosition().GetPoint(), QXPoint(1, 1));
@@ -232,11 +214,7 @@ std::string TileOf(TDrawing& D, const TRectF& Bounds) {
 }
 
 TEST(Pattern, TilesHaveTheSizeToldByTheUnits) {
-  struct Case {
-    const char* Attributes;
-    const char* Size;
-  };
-  const Case Cases[] = {
+  const std::pair<const char*, const char*> Cases[] = {
       {"width='0.25' height='0.25'", "25x50"},
       // The position is in user units and changes no size.
       {"x='5' width='0.25' height='0.25'", "25x50"},
@@ -248,10 +226,10 @@ TEST(Pattern, TilesHaveTheSizeToldByTheUnits) {
       {"xlink:href='#o'", "0x0"},
       {"patternUnits='userSpaceOnUse' width='1e9' height='1e9'", "0x0"},
   };
-  for (const Case& C : Cases) {
-    TDrawing D(std::string("<pattern id='o' width='1' height='1'/><pattern id='p' ") +
-               C.Attributes + "/><rect id='r'/>");
-    EXPECT_EQ(TileOf(D, QXRect(0, 0, 100, 200)), C.Size) << C.Attributes;
+  for (const auto& [Attributes, Size] : Cases) {
+    TDrawing D(std::string("<pattern id='o' width='1' height='1'/><pattern id='p' ") + Attributes +
+               "/><rect id='r'/>");
+    EXPECT_EQ(TileOf(D, QXRect(0, 0, 100, 200)), Size) << Attributes;
   }
 }
 

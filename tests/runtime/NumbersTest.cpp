@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <tuple>
 
 #include "runtime/Exceptions.h"
 #include "runtime/FloatFormat.h"
@@ -15,9 +16,7 @@ namespace qxsvg {
 namespace {
 
 TEST(Numbers, EveryFloatReadsBackAsItself) {
-  const unsigned Seed = 20240612;
-  SCOPED_TRACE(Seed);
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(20240612);
   for (int Round = 0; Round < 200'000; ++Round) {
     const float Value = std::bit_cast<float>(static_cast<std::uint32_t>(Random()));
     if (!std::isfinite(Value)) continue;
@@ -27,9 +26,7 @@ TEST(Numbers, EveryFloatReadsBackAsItself) {
 }
 
 TEST(Numbers, ReadingRoundsAsTheStandardLibraryDoes) {
-  const unsigned Seed = 20240613;
-  SCOPED_TRACE(Seed);
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(20240613);
   for (int Round = 0; Round < 50'000; ++Round) {
     std::string Text;
     if (Random() % 3 == 0) Text += Random() % 2 ? '-' : '+';
@@ -111,12 +108,7 @@ TEST(Numbers, WrittenFormsCanAlwaysBeReadBack) {
 }
 
 TEST(FloatFormat, Patterns) {
-  struct TCase {
-    StringView Pattern;
-    double Value;
-    StringView Text;
-  };
-  const TCase Cases[] = {
+  const std::tuple<StringView, double, StringView> Cases[] = {
       {u"0.###", 1.5, u"1.5"},
       {u"0.###", 2, u"2"},
       {u"0.###", 0.0004, u"0"},
@@ -139,9 +131,9 @@ TEST(FloatFormat, Patterns) {
       {u"", 0.25, u"0.25"},
       {u"0.###", 1e300, u"1E300"},
   };
-  for (const TCase& Case : Cases) {
-    SCOPED_TRACE(ToUtf8(Case.Pattern));
-    EXPECT_EQ(FormatFloat(Case.Pattern, Case.Value), Case.Text);
+  for (const auto& [Pattern, Value, Text] : Cases) {
+    SCOPED_TRACE(ToUtf8(Pattern));
+    EXPECT_EQ(FormatFloat(Pattern, Value), Text);
   }
 }
 
@@ -154,9 +146,7 @@ TEST(FloatFormat, RefusesWhatIsNoPattern) {
 // The way through integers that most numbers take must write what the general way writes.
 TEST(FloatFormat, ThreePlacesAgreeWithIntegers) {
   const TFloatFormat Format(u"0.###");
-  const unsigned Seed = 20240614;
-  SCOPED_TRACE(Seed);
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(20240614);
   for (int Round = 0; Round < 100'000; ++Round) {
     const auto Thousandths = static_cast<std::int64_t>(Random() % 2'000'000'000) - 1'000'000'000;
     const String Text = Format.Format(static_cast<double>(Thousandths) / 1000);

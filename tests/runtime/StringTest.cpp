@@ -9,11 +9,7 @@ namespace qxsvg {
 namespace {
 
 TEST(String, BrokenUtf8BecomesReplacementCharacters) {
-  struct TCase {
-    std::string_view Bytes;
-    StringView Text;
-  };
-  const TCase Cases[] = {
+  const std::pair<std::string_view, StringView> Cases[] = {
       {"", u""},
       {"plain ascii, longer than eight bytes", u"plain ascii, longer than eight bytes"},
       {"\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E", u"\u00E4\u20AC\U0001D11E"},
@@ -35,7 +31,7 @@ TEST(String, BrokenUtf8BecomesReplacementCharacters) {
        u"a"},  // beyond the last code point
       {"\xFF\xFE", u"\uFFFD\uFFFD"},
   };
-  for (const TCase& Case : Cases) EXPECT_EQ(FromUtf8(Case.Bytes), Case.Text);
+  for (const auto& [Bytes, Text] : Cases) EXPECT_EQ(FromUtf8(Bytes), Text);
 }
 
 TEST(String, LoneSurrogatesBecomeReplacementCharacters) {
@@ -48,9 +44,7 @@ TEST(String, LoneSurrogatesBecomeReplacementCharacters) {
 }
 
 TEST(String, ConversionRoundTripsWhatIsValid) {
-  const unsigned Seed = 20240611;
-  SCOPED_TRACE(Seed);
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(20240611);
   for (int Round = 0; Round < 200; ++Round) {
     String Text;
     for (unsigned I = Random() % 40; I > 0; --I) {

@@ -12,11 +12,7 @@ namespace qxsvg {
 namespace {
 
 TEST(Base64, DecodesWhatPeopleWrite) {
-  struct TCase {
-    StringView Text;
-    std::string_view Bytes;
-  };
-  const TCase Cases[] = {
+  const std::pair<StringView, std::string_view> Cases[] = {
       {u"", ""},
       {u"Zm9vYmFy", "foobar"},
       {u"Zm9vYg==", "foob"},
@@ -27,18 +23,14 @@ TEST(Base64, DecodesWhatPeopleWrite) {
       {u"Z", ""},
       {u"====", ""},
   };
-  for (const TCase& Case : Cases) {
-    const TBytes Bytes = Base64Decode(Case.Text);
-    EXPECT_EQ(CharsOf(Bytes), Case.Bytes) << ToUtf8(Case.Text);
-  }
+  for (const auto& [Text, Bytes] : Cases)
+    EXPECT_EQ(CharsOf(TBytes(Base64Decode(Text))), Bytes) << ToUtf8(Text);
   const TBytes Narrow = Base64Decode(std::string_view("Zm9v\xC3\xA4"));
   EXPECT_EQ(CharsOf(Narrow), "foo");
 }
 
 TEST(Base64, ReadsBackWhatItWrites) {
-  const unsigned Seed = 20240616;
-  SCOPED_TRACE(Seed);
-  std::mt19937 Random(Seed);
+  std::mt19937 Random(20240616);
   for (std::size_t Size = 0; Size < 70; ++Size) {
     TBytes Bytes(Size);
     for (auto& Byte : Bytes) Byte = static_cast<std::uint8_t>(Random());

@@ -1,6 +1,9 @@
 // Documents of a few elements, drawn on a canvas that writes down what it is asked for.
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -9,6 +12,14 @@
 #include "tests/support/RecordingCanvas.h"
 
 namespace qxsvg::test {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+using Lines = std::vector<std::string>;
 
 inline std::string Wrapped(std::string_view Body, std::string_view Root) {
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" "
@@ -27,10 +38,10 @@ struct TDrawing {
     return dynamic_cast<T&>(*Document.FindElement(ID));
   }
   // What is painted, a line each: "fill" or "draw", and the path on the device.
-  std::vector<std::string> Draw() {
+  Lines Draw() {
     TRecordingCanvas Canvas;
     Document.Draw(Canvas, QXRect(0, 0, 100, 100));
-    std::vector<std::string> Result;
+    Lines Result;
     for (const std::string& Line : Canvas.Take()) {
       const std::size_t Colon = Line.find(": ");
       Result.push_back(Line.substr(0, Line.find(' ')) + " " + Line.substr(Colon + 2));
@@ -38,10 +49,21 @@ struct TDrawing {
     return Result;
   }
   // The whole lines, with paints and opacities.
-  std::vector<std::string> DrawInFull() {
+  Lines DrawInFull() {
     TRecordingCanvas Canvas;
     Document.Draw(Canvas, QXRect(0, 0, 100, 100));
     return Canvas.Take();
+  }
+  // One text, with saves, restores and clips too.
+  std::string DrawWithStates() {
+    TRecordingCanvas Canvas;
+    Canvas.RecordsStates = true;
+    Document.Draw(Canvas, QXRect(0, 0, 100, 100));
+    EXPECT_EQ(Canvas.Depth(), 0u);
+    return Canvas.TakeText();
+  }
+  void Exclude(TSVGOption Option) {
+    Document.SetOptions(Document.GetOptions() - TSVGOptions{Option});
   }
   // The identifier of what lies under a point; "" for nothing.
   std::string At(float X, float Y, const TSVGFindOptions& Options = {}) {
@@ -59,7 +81,5 @@ struct TDrawing {
 
   TSVGDocument Document;
 };
-
-using Lines = std::vector<std::string>;
 
 }  // namespace qxsvg::test

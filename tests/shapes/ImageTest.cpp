@@ -1,7 +1,4 @@
 // Images: where the picture comes from and where it is shown.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 
@@ -11,10 +8,6 @@
 
 namespace qxsvg::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 // One red pixel.
 constexpr char Pixel[] =

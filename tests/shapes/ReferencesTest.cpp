@@ -1,6 +1,5 @@
 // Elements that show others: use and markers, and what ends their loops.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <tuple>
 
 #include "runtime/Exceptions.h"
 #include "shapes/Reference.h"
@@ -8,11 +7,6 @@
 
 namespace qxsvg::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 TEST(Use, DrawsItsTargetAtItsPosition) {
   TDrawing D(
@@ -60,22 +54,17 @@ TEST(Use, LendsItsStylesToTheTarget) {
 }
 
 TEST(Use, VisibilityIsTheTargetsUnlessItInherits) {
-  struct Case {
-    const char* Target;
-    const char* Use;
-    bool Draws;
-  };
-  const Case Cases[] = {
+  const std::tuple<const char*, const char*, bool> Cases[] = {
       {"", "", true},
       {"display='none'", "", false},
       {"visibility='hidden'", "visibility='visible'", false},
       {"visibility='visible'", "visibility='hidden'", true},
       {"", "visibility='hidden'", false},
   };
-  for (const Case& C : Cases) {
-    TDrawing D(std::string("<defs><rect id='r' width='5' height='5' ") + C.Target +
-               "/></defs><use xlink:href='#r' " + C.Use + "/>");
-    EXPECT_EQ(!D.Draw().empty(), C.Draws) << C.Target << " / " << C.Use;
+  for (const auto& [Target, Use, Draws] : Cases) {
+    TDrawing D(std::string("<defs><rect id='r' width='5' height='5' ") + Target +
+               "/></defs><use xlink:href='#r' " + Use + "/>");
+    EXPECT_EQ(!D.Draw().empty(), Draws) << Target << " / " << Use;
   }
 }
 
@@ -230,11 +219,7 @@ Lines MarkersOf(const std::string& Body) {
 
 TEST(Markers, StandOnTheVerticesOfTheirKind) {
   const std::string Marker = MarkerOf("");
-  struct Case {
-    const char* Shape;
-    std::size_t Count;
-  };
-  const Case Cases[] = {
+  const std::pair<const char*, std::size_t> Cases[] = {
       {"<line x2='9' stroke='red' fill='none' marker-mid='url(#m)'/>", 0},
       {"<line x2='9' stroke='red' fill='none' marker-start='url(#m)' marker-end='url(#m)'/>", 2},
       {"<polyline points='0 0 9 0 9 9 0 9' fill='none' marker-mid='url(#m)'/>", 2},
@@ -252,7 +237,8 @@ TEST(Markers, StandOnTheVerticesOfTheirKind) {
       {"<rect width='9' height='9' fill='none' marker-start='url(#m)'/>", 0},
       {"<line x2='9' fill='none' marker-start='url(#nothing)'/>", 0},
   };
-  for (const Case& C : Cases) EXPECT_THAT(MarkersOf(Marker + C.Shape), SizeIs(C.Count)) << C.Shape;
+  for (const auto& [Shape, Count] : Cases)
+    EXPECT_THAT(MarkersOf(Marker + Shape), SizeIs(Count)) << Shape;
 }
 
 TEST(Markers, TurnOnlyWhenTheyTurnByThemselves) {

@@ -1,6 +1,5 @@
 // The basic shapes and the path: values, bounds, what is drawn and what is saved.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <tuple>
 
 #include "runtime/Exceptions.h"
 #include "tests/shapes/Drawing.h"
@@ -8,17 +7,8 @@
 namespace qxsvg::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-
 TEST(Rectangle, RadiiFollowEachOtherAndTheSides) {
-  struct Case {
-    const char* Attributes;
-    float RX, RY;
-  };
-  const Case Cases[] = {
+  const std::tuple<const char*, float, float> Cases[] = {
       {"width='10' height='10' rx='20'", 5, 5},
       {"width='10' height='10' ry='2'", 2, 2},
       {"width='40' height='10' rx='20' ry='20'", 20, 5},
@@ -27,10 +17,10 @@ TEST(Rectangle, RadiiFollowEachOtherAndTheSides) {
       {"width='10' height='10' rx='-3'", 0, 0},
       {"width='10' height='10'", 0, 0},
   };
-  for (const Case& C : Cases) {
-    TDrawing D(std::string("<rect id='r' ") + C.Attributes + "/>");
-    EXPECT_EQ(D.Get<TSVGRectangle>(u"r").RXValue(), C.RX) << C.Attributes;
-    EXPECT_EQ(D.Get<TSVGRectangle>(u"r").RYValue(), C.RY) << C.Attributes;
+  for (const auto& [Attributes, RX, RY] : Cases) {
+    TDrawing D(std::string("<rect id='r' ") + Attributes + "/>");
+    EXPECT_EQ(D.Get<TSVGRectangle>(u"r").RXValue(), RX) << Attributes;
+    EXPECT_EQ(D.Get<TSVGRectangle>(u"r").RYValue(), RY) << Attributes;
   }
 }
 

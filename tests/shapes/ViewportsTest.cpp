@@ -1,36 +1,28 @@
 // Aspect ratios, view boxes and the viewports that hold them.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <tuple>
 
 #include "tests/shapes/Drawing.h"
 
 namespace qxsvg::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-
 TEST(AspectRatio, ReadsAndWritesItsText) {
-  struct Case {
-    StringView Text;
-    StringView Written, Compact;
-  };
-  const Case Cases[] = {
+  const std::tuple<StringView, StringView, StringView> Cases[] = {
       {u"xMidYMid slice", u"xMidYMid slice", u"xMidYMid slice"},
       {u"  defer  xMinYMin meet ", u"defer xMinYMin meet", u"defer xMinYMin"},
       {u"none", u"none meet", u"none"},
       {u"bogus slice", u"none slice", u"none slice"},
+      {u"defer xMaxYMax slice", u"defer xMaxYMax slice", u"defer xMaxYMax slice"},
+      {u"xmidymid Slice", u"none meet", u"none"},
       // A lone word, even this one, is an alignment.
       {u"defer", u"none meet", u"none"},
       {u"", u"xMaxYMin meet", u"xMaxYMin"},
   };
-  for (const Case& C : Cases) {
+  for (const auto& [Text, Written, Compact] : Cases) {
     TSVGPreserveAspectRatio Ratio(TSVGAlign::saXMaxYMin, false, false);
-    ParseAspectRatio(C.Text, Ratio);
-    EXPECT_EQ(ToUtf8(Ratio.ToString(false)), ToUtf8(C.Written));
-    EXPECT_EQ(ToUtf8(Ratio.ToString(true)), ToUtf8(C.Compact));
+    ParseAspectRatio(Text, Ratio);
+    EXPECT_EQ(ToUtf8(Ratio.ToString(false)), ToUtf8(Written));
+    EXPECT_EQ(ToUtf8(Ratio.ToString(true)), ToUtf8(Compact));
   }
 }
 

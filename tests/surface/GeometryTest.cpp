@@ -4,6 +4,7 @@
 
 #include <numbers>
 #include <random>
+#include <tuple>
 
 #include "foundation/Color.h"
 #include "runtime/String.h"
@@ -105,10 +106,7 @@ TEST(Rectangle, HelpersOverRectangles) {
 }
 
 TEST(Rounding, IsTotal) {
-  struct {
-    float Value;
-    std::int32_t Rounded, Cut;
-  } const Cases[] = {
+  const std::tuple<float, std::int32_t, std::int32_t> Cases[] = {
       {0.5f, 1, 0},
       {-0.5f, -1, 0},
       {2.4f, 2, 2},
@@ -118,9 +116,9 @@ TEST(Rounding, IsTotal) {
       {-1e20f, INT32_MIN, INT32_MIN},
       {INFINITY, INT32_MAX, INT32_MAX},
   };
-  for (const auto& Case : Cases) {
-    EXPECT_EQ(CanvasRound(Case.Value), Case.Rounded) << Case.Value;
-    EXPECT_EQ(CanvasTrunc(Case.Value), Case.Cut) << Case.Value;
+  for (const auto& [Value, Rounded, Cut] : Cases) {
+    EXPECT_EQ(CanvasRound(Value), Rounded) << Value;
+    EXPECT_EQ(CanvasTrunc(Value), Cut) << Value;
   }
 }
 

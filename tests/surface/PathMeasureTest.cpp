@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "graphics/surface/PathData.h"
 #include "graphics/surface/PathWalk.h"
@@ -75,10 +76,7 @@ TEST(PathMeasure, BoundsAreThoseOfDenseSamples) {
 }
 
 TEST(PathMeasure, BoundsOfWhatHasNoArea) {
-  struct {
-    StringView Text;
-    TRectF Box;
-  } const Cases[] = {
+  const std::pair<StringView, TRectF> Cases[] = {
       {u"", {}},
       {u"M5 6", {5, 6, 5, 6}},
       {u"M5 6M7 8", {5, 6, 7, 8}},
@@ -91,8 +89,8 @@ TEST(PathMeasure, BoundsOfWhatHasNoArea) {
       {u"M0 0C0 4 3 4 3 0", {0, 0, 3, 3}},
       {u"M0 0H-1e30", {-1e30f, 0, 0, 0}},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(QXPathBounds(Path(Case.Text).View()), Case.Box) << ToUtf8(Case.Text);
+  for (const auto& [Text, Box] : Cases)
+    EXPECT_EQ(QXPathBounds(Path(Text).View()), Box) << ToUtf8(Text);
 }
 
 TEST(PathMeasure, FlatteningKeepsTheTolerance) {
@@ -134,10 +132,7 @@ TEST(PathMeasure, LengthsAreThoseOfFinePolygons) {
 }
 
 TEST(PathMeasure, Lengths) {
-  struct {
-    StringView Text;
-    double Without, With;
-  } const Cases[] = {
+  const std::tuple<StringView, double, double> Cases[] = {
       {u"", 0, 0},
       {u"M5 5", 0, 0},
       {u"M0 0H10", 10, 10},
@@ -151,13 +146,13 @@ TEST(PathMeasure, Lengths) {
       {u"M0 0C10 10 0 10 10 0", 18.2, 18.2},
       {u"M0 0C30 0 -20 0 10 0", 19.55, 19.55},
   };
-  for (const auto& Case : Cases) {
-    const TQXPathGeometry P = Path(Case.Text);
+  for (const auto& [Text, Without, With] : Cases) {
+    const TQXPathGeometry P = Path(Text);
     TQXPathGeometry Flat;
     QXFlattenPath(P.View(), 1e-3f, Flat);
-    if (Case.Text.find(u'C') == StringView::npos) {
-      EXPECT_NEAR(QXPathLength(P.View(), false), Case.Without, 3e-3) << ToUtf8(Case.Text);
-      EXPECT_NEAR(QXPathLength(P.View(), true), Case.With, 3e-3) << ToUtf8(Case.Text);
+    if (Text.find(u'C') == StringView::npos) {
+      EXPECT_NEAR(QXPathLength(P.View(), false), Without, 3e-3) << ToUtf8(Text);
+      EXPECT_NEAR(QXPathLength(P.View(), true), With, 3e-3) << ToUtf8(Text);
     } else {
       EXPECT_NEAR(QXPathLength(P.View(), false), QXPathLength(Flat.View(), false), 0.01);
     }

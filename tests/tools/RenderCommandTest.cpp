@@ -1,6 +1,8 @@
 // The commands that draw and ask, run as a user runs them.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "foundation/Color.h"
 #include "graphics/surface/ImageCodecs.h"
 #include "runtime/Services.h"
@@ -33,17 +35,12 @@ constexpr std::string_view Sample =
     "</svg>";
 
 TEST(Render, SizesFollowTheOptions) {
-  struct Case {
-    std::string Options;
-    std::string_view Drawing;
-    std::int32_t Width, Height;
-  };
   constexpr std::string_view Percent = "<svg width='100%' viewBox='0 0 33 11'/>";
   constexpr std::string_view Plain = "<svg width='40' height='20'/>";
   constexpr std::string_view Sizeless = "<svg><rect x='5' y='6' width='20' height='30'/></svg>";
   constexpr std::string_view Share =
       "<svg width='100%' height='100%'><rect x='5' y='6' width='20' height='30'/></svg>";
-  const Case Cases[] = {
+  const std::tuple<std::string, std::string_view, int, int> Cases[] = {
       {"", Sample, 31, 192},
       {"", Percent, 33, 11},
       {"", Plain, 40, 20},
@@ -57,13 +54,13 @@ TEST(Render, SizesFollowTheOptions) {
       {"-w 100 -h 100 -a", Plain, 100, 50},
       {"-i r", Sample, 16, 16},
   };
-  for (const Case& C : Cases) {
-    const TRunResult Drawn = Qxsvg("render - " + C.Options, C.Drawing);
-    ASSERT_EQ(Drawn.Status, 0) << C.Options << Drawn.Errors;
+  for (const auto& [Options, Drawing, Width, Height] : Cases) {
+    const TRunResult Drawn = Qxsvg("render - " + Options, Drawing);
+    ASSERT_EQ(Drawn.Status, 0) << Options << Drawn.Errors;
     TQXGPBitmap Picture;
     Decode(Drawn.Output, Picture);
-    EXPECT_EQ(Picture.GetWidth(), C.Width) << C.Options << C.Drawing;
-    EXPECT_EQ(Picture.GetHeight(), C.Height) << C.Options << C.Drawing;
+    EXPECT_EQ(Picture.GetWidth(), Width) << Options << Drawing;
+    EXPECT_EQ(Picture.GetHeight(), Height) << Options << Drawing;
   }
 }
 
