@@ -41,15 +41,8 @@ constexpr TProperty Properties[] = {
     Property<&TSVGPen::MiterLimit, &TSVGPen::SetMiterLimit>(u"MiterLimit",
                                                             StoredIf<&TSVGPen::IsMiterLimitStored>),
     Property<&TSVGPen::Dash, &TSVGPen::SetDash>(u"Dash", StoredIf<&TSVGPen::IsDashStored>),
-    TProperty{u"SVGDashOffset", TPropertyKind::Object,
-              [](const TPersistent& Self) -> TPropertyValue {
-                return const_cast<TSVGLength*>(&static_cast<const TSVGPen&>(Self).SVGDashOffset());
-              },
-              [](TPersistent& Self, const TPropertyValue& Value) {
-                static_cast<TSVGPen&>(Self).SetSVGDashOffset(
-                    detail::FromPropertyValue<TSVGLength*>(Value));
-              },
-              StoredIf<&TSVGPen::IsSVGDashOffsetStored>},
+    ObjectProperty<TSVGPen, TSVGLength, &TSVGPen::SVGDashOffset>(
+        u"SVGDashOffset", StoredIf<&TSVGPen::IsSVGDashOffsetStored>),
     // Behind the offset, which the setter takes along.
     Property<&TSVGPen::CustomDashArray, &TSVGPen::SetCustomDashArray>(
         u"CustomDashArray", StoredIf<&TSVGPen::IsCustomDashArrayStored>),

@@ -154,12 +154,5 @@ TEST(PublishedProperties, CarryAnElement) {
   EXPECT_EQ(Tree["other"].ClipRect(), Tree["g"].ClipRect());
 }
 
-TEST(PublishedProperties, AreNotStoredWhereNothingIsGiven) {
-  TTree Tree("<g id='g'/>");
-  for (const TProperty& Row : TSVGGraphicElement::Class.Properties) {
-    EXPECT_TRUE(Row.IsStored && !Row.IsStored(Tree["g"])) << ToUtf8(Row.Name);
-  }
-}
-
 }  // namespace
 }  // namespace qxsvg

@@ -188,18 +188,6 @@ TEST(Shapes, SaveTheirAttributes) {
   }
 }
 
-TEST(Shapes, ClonesHaveTheirOwnGeometry) {
-  TDrawing D(
-      "<rect id='r' width='9' height='8' rx='2'/><polygon id='p' points='1 2 3 4 5 0'/>"
-      "<path id='d' d='M0 0H4V4Z'/><circle id='c' cx='4' cy='5' r='6'/>");
-  for (const StringView ID : {u"r", u"p", u"d", u"c"}) {
-    const std::unique_ptr<TSVGElement> Clone = D.Document.FindElement(ID)->Clone(&D.Document);
-    EXPECT_EQ(Clone->GetBoundsRect(), D.Document.FindElement(ID)->GetBoundsRect());
-    D.Document.FindElement(ID)->Clear();
-    EXPECT_FALSE(Clone->GetBoundsRect().IsEmpty()) << ToUtf8(ID);
-  }
-}
-
 TEST(Shapes, AreHitByAreaOrStroke) {
   TDrawing D(
       "<circle id='c' cx='20' cy='20' r='10'/><line id='l' x1='50' y1='10' x2='90' y2='10' "
