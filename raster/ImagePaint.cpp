@@ -130,7 +130,12 @@ void TImagePaint::MakeAxis(TAxis& Axis, double Scale, double Offset, std::int32_
     const auto First = static_cast<std::int64_t>(Whole);
     Axis.A[I] = static_cast<std::int32_t>(Held(First, Low, High));
     Axis.B[I] = static_cast<std::int32_t>(Held(First + 1, Low, High));
-    Axis.Weight[I] = static_cast<std::uint16_t>(IsSmooth ? std::lround((Place - Whole) * 256) : 0);
+    long Weight = IsSmooth ? std::lround((Place - Whole) * 256) : 0;
+    if (Weight % 256 == 0) {
+      Axis.A[I] = Axis.B[I] = Weight == 0 ? Axis.A[I] : Axis.B[I];
+      Weight = 128;
+    }
+    Axis.Weight[I] = static_cast<std::uint16_t>(Weight << 8 | (256 - Weight));
   }
 }
 
@@ -231,7 +236,8 @@ void TImagePaint::FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Coun
   }
   const std::uint32_t* A = SmoothRow(FRows.A[Row], FRows.B[Row]);
   const std::uint32_t* B = SmoothRow(FRows.B[Row], FRows.A[Row]);
-  Kernels().MixRows(Out, A + Column, B + Column, FRows.Weight[Row], Count);
+  const std::uint32_t Weight = A == B ? 0 : FRows.Weight[Row] >> 8;
+  Kernels().MixRows(Out, A + Column, B + Column, Weight, Count);
 }
 
 // Appends the weights of what one place of the device covers of an axis and gives the first of it.

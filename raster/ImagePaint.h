@@ -36,7 +36,7 @@ class TImagePaint final : public IPaint {
 
  private:
   // One axis of an upright image: for each place of the device from First on, the two pixels of the
-  // image and how much of the second.
+  // image and their weights, as TResampledRow has them.
   struct TAxis {
     std::vector<std::int32_t> A, B;
     std::vector<std::uint16_t> Weight;

@@ -133,7 +133,7 @@ void PlainFetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
 
 void PlainResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row) {
   for (std::int32_t I = 0; I < Count; ++I)
-    Out[I] = MixPixels(Row.Pixels[Row.First[I]], Row.Pixels[Row.Second[I]], Row.Weight[I]);
+    Out[I] = MixPixels(Row.Pixels[Row.First[I]], Row.Pixels[Row.Second[I]], Row.Weight[I] >> 8);
 }
 
 void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,

@@ -36,8 +36,9 @@ struct TRadialRow {
   const std::uint32_t* Colors;
   float Last, X, XStep, Y, YStep, FocusX, FocusY, Free, Scale;
 };
-// A row of pixels put together from two of another row each, which has Size pixels: Weight 256ths
-// of the second.
+// A row of pixels put together from two of another row each, which has Size pixels. A weight has
+// how many 256ths of the second in its higher byte and the rest of 256 in its lower: neither may be
+// 0, for which one pixel twice is to stand.
 struct TResampledRow {
   const std::uint32_t* Pixels;
   std::int32_t Size;

@@ -19,10 +19,35 @@ QXSVG_AVX2 inline __m256i NumbersAt(const std::uint32_t* Table, __m256i Places) 
   return _mm256_i32gather_epi32(reinterpret_cast<const int*>(Table), Places, 4);
 }
 
+// A gather takes these processors longer than eight loads whose places come two at a time.
+QXSVG_AVX2 inline void PutColors(std::uint32_t* Out, const std::uint32_t* Colors, __m256i Places) {
+  const __m128i Low = _mm256_castsi256_si128(Places), High = _mm256_extracti128_si256(Places, 1);
+  const auto A = static_cast<std::uint64_t>(_mm_cvtsi128_si64(Low));
+  const auto B = static_cast<std::uint64_t>(_mm_extract_epi64(Low, 1));
+  const auto C = static_cast<std::uint64_t>(_mm_cvtsi128_si64(High));
+  const auto D = static_cast<std::uint64_t>(_mm_extract_epi64(High, 1));
+  Out[0] = Colors[static_cast<std::uint32_t>(A)];
+  Out[1] = Colors[A >> 32];
+  Out[2] = Colors[static_cast<std::uint32_t>(B)];
+  Out[3] = Colors[B >> 32];
+  Out[4] = Colors[static_cast<std::uint32_t>(C)];
+  Out[5] = Colors[C >> 32];
+  Out[6] = Colors[static_cast<std::uint32_t>(D)];
+  Out[7] = Colors[D >> 32];
+}
+// The first Count of them.
+QXSVG_AVX2 inline void PutColors(std::uint32_t* Out, const std::uint32_t* Colors, __m256i Places,
+                                 std::int32_t Count) {
+  if (Count >= 8) return PutColors(Out, Colors, Places);
+  alignas(32) std::uint32_t Each[8];
+  Store(Each, Places);
+  for (std::int32_t I = 0; I < Count; ++I) Out[I] = Colors[Each[I]];
+}
+
 }  // namespace
 
 // Where eight pixels need no more than eight colours that lie side by side, shuffling those takes a
-// fraction of a gather's time.
+// fraction of the time of eight loads.
 QXSVG_AVX2 void FetchLinear(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
                             const TLinearRow& Row) {
   constexpr float SlowStep = 0.85f;
@@ -35,55 +60,69 @@ QXSVG_AVX2 void FetchLinear(std::uint32_t* Out, std::int32_t X, std::int32_t Cou
                Zero = _mm256_setzero_ps();
   __m256 At = PlacesFrom(X);
   auto Least = static_cast<float>(By < 0 ? X + 7 : X);
-  std::int32_t I = 0;
-  for (; I + 8 <= Count; I += 8) {
+  for (std::int32_t I = 0; I < Count; I += 8) {
     const __m256 V = _mm256_add_ps(Start, _mm256_mul_ps(At, Step));
     const __m256i Places = _mm256_cvttps_epi32(_mm256_min_ps(_mm256_max_ps(V, Zero), Most));
-    if (IsSlow) {
+    if (IsSlow && I + 8 <= Count) {
       const auto First =
           static_cast<std::int32_t>(std::min(std::max(From + Least * By, 0.0f), LastEight));
       Store(Out + I, _mm256_permutevar8x32_epi32(
                          Load(Colors + First), _mm256_sub_epi32(Places, _mm256_set1_epi32(First))));
     } else {
-      Store(Out + I, NumbersAt(Colors, Places));
+      PutColors(Out + I, Colors, Places, Count - I);
     }
     At = _mm256_add_ps(At, Eight);
     Least += 8;
   }
-  PlainFetchLinear(Out + I, X + I, Count - I, Row);
 }
 
-QXSVG_AVX2 void FetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
-                            const TRadialRow& Row) {
+namespace {
+
+// Centered is a row whose focus is the centre and whose pixels all lie as far from it in Y: the
+// terms of the others are zero or the same for all, so that the bits are those of the whole sum.
+template <bool Centered>
+QXSVG_AVX2 inline void FetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                                   const TRadialRow& Row) {
   const std::uint32_t* const Colors = Row.Colors;
   const __m256 Most = _mm256_set1_ps(Row.Last + 0.5f), Free = _mm256_set1_ps(Row.Free);
   const __m256 FX = _mm256_set1_ps(Row.FocusX), FY = _mm256_set1_ps(Row.FocusY);
   const __m256 Scale = _mm256_set1_ps(Row.Scale), Zero = _mm256_setzero_ps();
   const __m256 BeginX = _mm256_set1_ps(Row.X), StepX = _mm256_set1_ps(Row.XStep);
   const __m256 BeginY = _mm256_set1_ps(Row.Y), StepY = _mm256_set1_ps(Row.YStep);
+  const __m256 SquareY = _mm256_mul_ps(BeginY, BeginY);
   __m256 At = PlacesFrom(X);
-  std::int32_t I = 0;
-  for (; I + 8 <= Count; I += 8) {
+  for (std::int32_t I = 0; I < Count; I += 8) {
     const __m256 DX = _mm256_add_ps(BeginX, _mm256_mul_ps(At, StepX));
-    const __m256 DY = _mm256_add_ps(BeginY, _mm256_mul_ps(At, StepY));
-    const __m256 A = _mm256_add_ps(_mm256_mul_ps(DX, FX), _mm256_mul_ps(DY, FY));
-    const __m256 Away = _mm256_add_ps(_mm256_mul_ps(DX, DX), _mm256_mul_ps(DY, DY));
-    const __m256 Square = _mm256_add_ps(_mm256_mul_ps(A, A), _mm256_mul_ps(Free, Away));
-    const __m256 Far = _mm256_mul_ps(_mm256_add_ps(A, _mm256_sqrt_ps(Square)), Scale);
-    const __m256 V = _mm256_min_ps(_mm256_max_ps(_mm256_sub_ps(Most, Far), Zero), Most);
-    Store(Out + I, NumbersAt(Colors, _mm256_cvttps_epi32(V)));
+    __m256 Far;
+    if constexpr (Centered) {
+      Far = _mm256_sqrt_ps(_mm256_add_ps(_mm256_mul_ps(DX, DX), SquareY));
+    } else {
+      const __m256 DY = _mm256_add_ps(BeginY, _mm256_mul_ps(At, StepY));
+      const __m256 A = _mm256_add_ps(_mm256_mul_ps(DX, FX), _mm256_mul_ps(DY, FY));
+      const __m256 Away = _mm256_add_ps(_mm256_mul_ps(DX, DX), _mm256_mul_ps(DY, DY));
+      const __m256 Square = _mm256_add_ps(_mm256_mul_ps(A, A), _mm256_mul_ps(Free, Away));
+      Far = _mm256_add_ps(A, _mm256_sqrt_ps(Square));
+    }
+    __m256 V = _mm256_max_ps(_mm256_sub_ps(Most, _mm256_mul_ps(Far, Scale)), Zero);
+    // Rounding may leave a place a little before the focus.
+    if constexpr (!Centered) V = _mm256_min_ps(V, Most);
+    PutColors(Out + I, Colors, _mm256_cvttps_epi32(V), Count - I);
     At = _mm256_add_ps(At, _mm256_set1_ps(8));
   }
-  PlainFetchRadial(Out + I, X + I, Count - I, Row);
+}
+
+}  // namespace
+
+QXSVG_AVX2 void FetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
+                            const TRadialRow& Row) {
+  if (Row.FocusX == 0 && Row.FocusY == 0 && Row.YStep == 0)
+    FetchRadial<true>(Out, X, Count, Row);
+  else
+    FetchRadial<false>(Out, X, Count, Row);
 }
 
 namespace {
 
-// The least of places that rise or fall.
-QXSVG_AVX2 inline std::int32_t LeastOf(__m256i Places) {
-  return std::min(_mm_cvtsi128_si32(_mm256_castsi256_si128(Places)),
-                  _mm_extract_epi32(_mm256_extracti128_si256(Places, 1), 3));
-}
 // A and B in 16-bit parts, with weights that add up to 256.
 QXSVG_AVX2 inline __m256i MixWords(__m256i A, __m256i B, __m256i Rest, __m256i Weight) {
   const __m256i Sum = _mm256_add_epi16(_mm256_mullo_epi16(A, Rest), _mm256_mullo_epi16(B, Weight));
@@ -100,12 +139,18 @@ QXSVG_AVX2 inline __m256i MixEight(__m256i A, __m256i B, __m256i LowWeight, __m2
 
 }  // namespace
 
+// The products are those of MixRows, with two weights for each pixel.
 QXSVG_AVX2 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row) {
+  const __m256i Sign = _mm256_set1_epi8(-128), Half = _mm256_set1_epi16(-0x8000 + 128);
+  // Of eight words, those of pixels 0 and 4, 1 and 5 four times each, and those behind.
+  const __m256i LowWords = _mm256_setr_epi8(0, 1, 0, 1, 0, 1, 0, 1, 2, 3, 2, 3, 2, 3, 2, 3, 8, 9, 8,
+                                            9, 8, 9, 8, 9, 10, 11, 10, 11, 10, 11, 10, 11);
+  const __m256i HighWords = _mm256_add_epi8(LowWords, _mm256_set1_epi8(4));
   std::int32_t I = 0;
   const std::int32_t LastEight = std::max(Row.Size - 8, 0);
   for (; I + 8 <= Count; I += 8) {
     const __m256i First = Load(Row.First + I), Second = Load(Row.Second + I);
-    const std::int32_t Begin = std::min(LeastOf(First), LastEight);
+    const std::int32_t Begin = std::min(std::min(Row.First[I], Row.First[I + 7]), LastEight);
     const __m256i NearFirst = _mm256_sub_epi32(First, _mm256_set1_epi32(Begin));
     const __m256i NearSecond = _mm256_sub_epi32(Second, _mm256_set1_epi32(Begin));
     __m256i A, B;
@@ -118,10 +163,16 @@ QXSVG_AVX2 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResam
       A = NumbersAt(Row.Pixels, First);
       B = NumbersAt(Row.Pixels, Second);
     }
-    __m256i W =
-        _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(Row.Weight + I)));
-    W = _mm256_or_si256(W, _mm256_slli_epi32(W, 16));
-    Store(Out + I, MixEight(A, B, _mm256_unpacklo_epi32(W, W), _mm256_unpackhi_epi32(W, W)));
+    A = _mm256_xor_si256(A, Sign);
+    B = _mm256_xor_si256(B, Sign);
+    const __m256i W = _mm256_broadcastsi128_si256(
+        _mm_loadu_si128(reinterpret_cast<const __m128i*>(Row.Weight + I)));
+    const __m256i Low =
+        _mm256_maddubs_epi16(_mm256_shuffle_epi8(W, LowWords), _mm256_unpacklo_epi8(A, B));
+    const __m256i High =
+        _mm256_maddubs_epi16(_mm256_shuffle_epi8(W, HighWords), _mm256_unpackhi_epi8(A, B));
+    Store(Out + I, _mm256_packus_epi16(_mm256_srli_epi16(_mm256_add_epi16(Low, Half), 8),
+                                       _mm256_srli_epi16(_mm256_add_epi16(High, Half), 8)));
   }
   PlainResampleRow(Out + I, Count - I,
                    {Row.Pixels, Row.Size, Row.First + I, Row.Second + I, Row.Weight + I});

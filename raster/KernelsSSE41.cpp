@@ -329,8 +329,8 @@ QXSVG_SSE41 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResa
   for (; I + 4 <= Count; I += 4) {
     const __m128i A = PixelsAt(Row.Pixels, Load(Row.First + I));
     const __m128i B = PixelsAt(Row.Pixels, Load(Row.Second + I));
-    const __m128i W =
-        _mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(Row.Weight + I)));
+    const __m128i W = _mm_srli_epi32(
+        _mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(Row.Weight + I))), 8);
     Store(Out + I, MixEach(A, B, _mm_or_si128(W, _mm_slli_epi32(W, 16))));
   }
   PlainResampleRow(Out + I, Count - I,
