@@ -212,25 +212,5 @@ TEST(Document, IsValidSVGNeverRaises) {
   EXPECT_FALSE(TSVGDocument::IsValidSVG(StringView(u"/nowhere.svg"), true));
 }
 
-// The walk that a memory checker should see: load, copy, change, listen, clear.
-TEST(Document, ALifeFromLoadToClear) {
-  TLoaded Doc(Drawing);
-  int Changes = 0;
-  Doc.OnChange = [&](TPersistent*) { ++Changes; };
-  TSVGElement* Top = Doc.FindElement(u"top");
-  Doc.Items().Add(Top->Clone(&Doc));
-  Top->SetTitle(u"t");
-  Top->ChangeNotification(Doc.FindElement(u"r"));
-  TSVGDocument Copy;
-  Copy.Assign(&Doc);
-  EXPECT_EQ(Dump(Copy), Dump(Doc));
-  Doc.Items().Remove(Top);
-  EXPECT_GT(Changes, 2);
-  Doc.LoadFromText(Drawing);
-  Doc.Clear();
-  EXPECT_EQ(Doc.AllItems().Count(), 0);
-  EXPECT_EQ(Doc.Items().Count(), 0);
-}
-
 }  // namespace
 }  // namespace qxsvg

@@ -149,7 +149,6 @@ TEST(Save, DisabledElementsLeaveAnEmptyNode) {
 TEST(Save, TheHostMayLeaveElementsOut) {
   TLoaded Doc("<svg><g id='a'/><g id='b'><g id='c'/></g></svg>");
   std::vector<String> Saved;
-  TSVGElementState Seen;
   Doc.OnSavingElement = [&](TPersistent*, TSVGElement* Element, IXMLNode&, bool& DoSave) {
     EXPECT_FALSE(Element->ElementState().Has(TSVGElementStateFlag::esWriting));
     DoSave = Element->ID() != u"b";

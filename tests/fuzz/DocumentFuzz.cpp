@@ -45,28 +45,16 @@ std::vector<Span> Numbers(const std::string& Text) {
   return Result;
 }
 
-const char* const Values[] = {"0",
-                              "-1",
-                              "1e9",
-                              "1e-9",
-                              "NaN",
-                              "50%",
-                              "1em",
-                              "inherit",
-                              "none",
-                              "url(#a)",
-                              "#a",
-                              "reflect",
-                              "repeat",
-                              "hidden",
-                              "userSpaceOnUse",
-                              "objectBoundingBox",
-                              "auto",
-                              "100000",
-                              "0.001",
-                              "evenodd",
-                              "nonzero",
-                              "1e38"};
+// Values that say something, a blank between them.
+constexpr std::string_view Values =
+    " 0 -1 1e9 1e-9 NaN 50% 1em inherit none url(#a) #a reflect repeat hidden userSpaceOnUse"
+    " objectBoundingBox auto 100000 0.001 evenodd nonzero 1e38 ";
+
+std::string AnyValue(std::mt19937& Random) {
+  const std::size_t At = Values.find(' ', Random() % (Values.size() - 1));
+  const std::size_t Begin = At + 1 == Values.size() ? 1 : At + 1;
+  return std::string(Values.substr(Begin, Values.find(' ', Begin) - Begin));
+}
 
 void MutateText(std::string& Text, std::mt19937& Random) {
   const auto Pick = [&Random](const auto& From) -> const auto& {
@@ -89,7 +77,7 @@ void MutateText(std::string& Text, std::mt19937& Random) {
       if (Quoted.empty()) return;
       const Span One = Pick(Quoted), Other = Pick(Quoted);
       const std::string Value = Random() % 2 ? Text.substr(Other.Begin, Other.End - Other.Begin)
-                                             : "\"" + std::string(Pick(Values)) + "\"";
+                                             : "\"" + AnyValue(Random) + "\"";
       Text.replace(One.Begin, One.End - One.Begin, Value);
       return;
     }
@@ -97,7 +85,7 @@ void MutateText(std::string& Text, std::mt19937& Random) {
       const auto Found = Numbers(Text);
       if (Found.empty()) return;
       const Span One = Pick(Found);
-      Text.replace(One.Begin, One.End - One.Begin, Pick(Values));
+      Text.replace(One.Begin, One.End - One.Begin, AnyValue(Random));
     }
   }
 }

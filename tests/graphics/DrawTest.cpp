@@ -85,18 +85,15 @@ TEST(Draw, RenderingPropertiesBecomeQualities) {
   };
   for (const auto& [Attributes, Compositing, Smoothing, TextHint] : Cases) {
     TDrawing D("<g " + std::string(Attributes) + "><path d='M0 0H1V1z'/></g>");
-    int Seen = 0;
+    std::vector<std::tuple<int, int, int>> Seen;
     D.Document.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas& Canvas,
                                const TRectF&, bool&) {
       if (Sender == &D.Document) return;
-      ++Seen;
-      EXPECT_EQ(static_cast<int>(Canvas.Quality().Compositing), Compositing);
-      EXPECT_EQ(static_cast<int>(Canvas.Quality().Smoothing), Smoothing);
-      EXPECT_EQ(static_cast<int>(Canvas.Quality().TextHint), TextHint);
+      const TQXCanvasQuality& Q = Canvas.Quality();
+      Seen.emplace_back(int(Q.Compositing), int(Q.Smoothing), int(Q.TextHint));
     };
-    SCOPED_TRACE(Attributes);
     D.Draw();
-    EXPECT_EQ(Seen, 2);
+    EXPECT_EQ(Seen, std::vector(2, std::tuple(Compositing, Smoothing, TextHint))) << Attributes;
   }
 }
 

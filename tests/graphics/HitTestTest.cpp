@@ -20,35 +20,31 @@ TEST(HitTest, FindsWhatWasPaintedOnTop) {
 }
 
 TEST(HitTest, PointerEventsDecideWhatCounts) {
-  struct {
-    const char* Attributes;
-    // At the middle of the square, and on its edge.
-    bool Inside, Edge;
-  } const Cases[] = {
-      {"", true, true},
-      {"fill='none'", false, false},
-      {"fill='none' stroke='#000'", false, true},
-      {"stroke='#000'", true, true},
-      {"fill='none' pointer-events='fill'", true, true},
-      {"fill='none' pointer-events='visibleFill'", true, true},
-      {"pointer-events='stroke'", false, true},
-      {"pointer-events='visibleStroke'", false, true},
-      {"fill='none' pointer-events='all'", true, true},
-      {"fill='none' pointer-events='visible'", true, true},
-      {"fill='none' stroke='#000' pointer-events='painted'", false, true},
-      {"stroke='#000' pointer-events='none'", false, false},
-      {"visibility='hidden'", false, false},
-      {"visibility='hidden' pointer-events='fill'", true, true},
-      {"visibility='hidden' pointer-events='painted'", true, true},
-      {"display='none' pointer-events='visible'", false, false},
+  // Whether the middle of the square is hit, and whether its edge is.
+  const std::tuple<bool, bool, std::vector<std::string>> Cases[] = {
+      {true,
+       true,
+       {"", "stroke='#000'", "fill='none' pointer-events='fill'",
+        "fill='none' pointer-events='visibleFill'", "fill='none' pointer-events='all'",
+        "fill='none' pointer-events='visible'", "visibility='hidden' pointer-events='fill'",
+        "visibility='hidden' pointer-events='painted'"}},
+      {false,
+       true,
+       {"fill='none' stroke='#000'", "pointer-events='stroke'", "pointer-events='visibleStroke'",
+        "fill='none' stroke='#000' pointer-events='painted'"}},
+      {false,
+       false,
+       {"fill='none'", "stroke='#000' pointer-events='none'", "visibility='hidden'",
+        "display='none' pointer-events='visible'"}},
   };
-  for (const auto& Case : Cases) {
-    TDrawing D("<rect id='r' x='20' y='20' width='60' height='60' stroke-width='4' " +
-               std::string(Case.Attributes) + "/>");
-    EXPECT_EQ(D.At(50, 50) == "r", Case.Inside) << Case.Attributes;
-    EXPECT_EQ(D.At(20.5f, 50) == "r", Case.Edge) << Case.Attributes;
-    EXPECT_EQ(D.At(10, 50), "") << Case.Attributes;
-  }
+  for (const auto& [Inside, Edge, Rows] : Cases)
+    for (const std::string& Attributes : Rows) {
+      TDrawing D("<rect id='r' x='20' y='20' width='60' height='60' stroke-width='4' " +
+                 Attributes + "/>");
+      EXPECT_EQ(D.At(50, 50) == "r", Inside) << Attributes;
+      EXPECT_EQ(D.At(20.5f, 50) == "r", Edge) << Attributes;
+      EXPECT_EQ(D.At(10, 50), "") << Attributes;
+    }
 }
 
 TEST(HitTest, AHairLineIsThreePixelsWide) {

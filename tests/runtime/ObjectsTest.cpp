@@ -41,24 +41,15 @@ TEST(PriorityList, EqualPrioritiesKeepTheirOrder) {
   EXPECT_EQ(List.Priority(3), 5);
 }
 
-enum class TKind : std::uint8_t { Round, Square };
-
 class TThing : public TPersistent {
  public:
   static const TClass Class;
   const TClass& ClassType() const override { return Class; }
 
-  bool Visible() const { return FVisible; }
-  void SetVisible(bool Value) { FVisible = Value; }
   float Size() const { return FSize; }
   void SetSize(float Value) { FSize = Value; }
-  bool IsSizeStored() const { return FSize != 1; }
   const String& Title() const { return FTitle; }
   void SetTitle(StringView Value) { FTitle = Value; }
-  TKind Kind() const { return FKind; }
-  void SetKind(TKind Value) { FKind = Value; }
-  TLetters Letters() const { return FLetters; }
-  void SetLetters(TLetters Value) { FLetters = Value; }
   const TStrings& Notes() const { return FNotes; }
   TStrings& Notes() { return FNotes; }
 
@@ -69,23 +60,15 @@ class TThing : public TPersistent {
   }
 
  private:
-  bool FVisible = true;
   float FSize = 1;
   String FTitle;
-  TKind FKind = TKind::Round;
-  TLetters FLetters;
   TStrings FNotes;
 };
 
 constexpr TProperty ThingProperties[] = {
-    Property<&TThing::Visible, &TThing::SetVisible>(u"Visible",
-                                                    StoredUnless<&TThing::Visible, true>),
-    Property<&TThing::Size, &TThing::SetSize>(u"Size", StoredIf<&TThing::IsSizeStored>),
+    Property<&TThing::Size, &TThing::SetSize>(u"Size"),
     Property<&TThing::Title, &TThing::SetTitle>(u"Title"),
-    Property<&TThing::Kind, &TThing::SetKind>(u"Kind", StoredUnless<&TThing::Kind, TKind::Round>),
-    Property<&TThing::Letters, &TThing::SetLetters>(u"Letters"),
     StringListProperty<TThing, &TThing::Notes, &TThing::Notes>(u"Notes"),
-    Property<&TThing::Visible, nullptr>(u"Shown", NeverStored),
 };
 const TClass TThing::Class{u"TThing", &TPersistent::Class, ThingProperties,
                            [] { return std::unique_ptr<TPersistent>(std::make_unique<TThing>()); }};
@@ -101,39 +84,6 @@ constexpr TProperty BigThingProperties[] = {
     Property<&TBigThing::Double, &TBigThing::SetDouble>(u"Size"),
 };
 const TClass TBigThing::Class{u"TBigThing", &TThing::Class, BigThingProperties, nullptr};
-
-TEST(Persistent, EachKindOfPropertyTravels) {
-  TThing Source;
-  Source.SetVisible(false);
-  Source.SetSize(2.5f);
-  Source.SetTitle(u"t");
-  Source.SetKind(TKind::Square);
-  Source.SetLetters({TLetter::B, TLetter::C});
-  Source.Notes().SetCommaText(u"a,b");
-  const auto Made = TThing::Class.New();
-  auto& Target = dynamic_cast<TThing&>(*Made);
-  for (const TProperty& Row : TThing::Class.Properties)
-    if (Row.Write) Row.Write(Target, Row.Read(Source));
-  EXPECT_FALSE(Target.Visible());
-  EXPECT_EQ(Target.Size(), 2.5f);
-  EXPECT_EQ(Target.Title(), u"t");
-  EXPECT_EQ(Target.Kind(), TKind::Square);
-  EXPECT_EQ(Target.Letters(), Source.Letters());
-  EXPECT_TRUE(Target.Notes().Equals(Source.Notes()));
-}
-
-TEST(Persistent, StoredTestsFollowTheDefaults) {
-  TThing Thing;
-  const auto Stored = [&Thing](StringView Name) {
-    return FindProperty(TThing::Class, Name)->IsStored(Thing);
-  };
-  for (const StringView Name : {u"Visible", u"Size", u"Kind", u"Notes", u"Shown"})
-    EXPECT_FALSE(Stored(Name)) << ToUtf8(Name);
-  Thing.SetSize(1.5f);
-  Thing.Notes().Add(u"x");
-  EXPECT_TRUE(Stored(u"Size"));
-  EXPECT_TRUE(Stored(u"Notes"));
-}
 
 TEST(Persistent, AClassFindsItsOwnRowsBeforeThoseOfItsBase) {
   TBigThing Thing;

@@ -8,41 +8,6 @@
 namespace qxsvg::test {
 namespace {
 
-TEST(Use, DrawsItsTargetAtItsPosition) {
-  TDrawing D(
-      "<use x='10' y='20' width='50' xlink:href='#r'/>"
-      "<defs><rect id='r' x='1' y='1' width='5' height='5'/></defs>");
-  EXPECT_THAT(D.Draw(), ElementsAre("fill M 11,21 L 16,21 L 16,26 L 11,26 Z"));
-}
-
-TEST(Use, BoundsOfAShapeAreMovedAndTheUsesOwnSizeIgnored) {
-  TDrawing D(
-      "<rect id='r' x='1' y='1' width='5' height='6'/>"
-      "<use id='u' x='10' y='20' width='50' height='50' xlink:href='#r'/><use id='n' width='7' "
-      "height='8' xlink:href='#nothing'/>");
-  EXPECT_EQ(D.Get(u"u").GetBoundsRect(), QXRect(11, 21, 16, 27));
-  EXPECT_EQ(D.Get(u"n").GetBoundsRect(), QXRect(0, 0, 7, 8));
-}
-
-TEST(Use, BoundsOfAViewportAreItsOwnAndTheTargetFillsTheGaps) {
-  TDrawing D("<symbol id='s' viewBox='1 2 10 10'/><use id='u' x='3' width='7' xlink:href='#s'/>");
-  EXPECT_EQ(D.Get(u"u").GetBoundsRect(), QXRect(4, 2, 11, 12));
-}
-
-TEST(Use, FitsASymbolIntoItsOwnSize) {
-  TDrawing D(
-      "<symbol id='s' viewBox='0 0 10 10'><rect width='10' height='10'/></symbol>"
-      "<use width='50' height='50' xlink:href='#s'/>");
-  // The symbol itself is drawn too, since it stands in no defs.
-  EXPECT_THAT(D.Draw(), ElementsAre("fill M 0,0 L 10,0 L 10,10 L 0,10 Z",
-                                    "fill M 0,0 L 50,0 L 50,50 L 0,50 Z"));
-  // The symbol is fitted twice: into the use, and before that into its own crossed size.
-  TDrawing Tall(
-      "<defs><symbol id='s' viewBox='0 0 10 20'><rect width='10' height='20'/></symbol></defs>"
-      "<use width='50' height='100' xlink:href='#s'/>");
-  EXPECT_THAT(Tall.Draw(), ElementsAre("fill M 37.5,0 L 62.5,0 L 62.5,50 L 37.5,50 Z"));
-}
-
 TEST(Use, LendsItsStylesToTheTarget) {
   TDrawing D(
       "<defs><rect id='r' width='5' height='5'/><rect id='b' width='5' height='5' "
@@ -51,29 +16,6 @@ TEST(Use, LendsItsStylesToTheTarget) {
   ASSERT_THAT(Drawn, SizeIs(2));
   EXPECT_THAT(Drawn[0], HasSubstr("0000"));  // red
   EXPECT_NE(Drawn[0].substr(0, 12), Drawn[1].substr(0, 12));
-}
-
-TEST(Use, VisibilityIsTheTargetsUnlessItInherits) {
-  const std::tuple<const char*, const char*, bool> Cases[] = {
-      {"", "", true},
-      {"display='none'", "", false},
-      {"visibility='hidden'", "visibility='visible'", false},
-      {"visibility='visible'", "visibility='hidden'", true},
-      {"", "visibility='hidden'", false},
-  };
-  for (const auto& [Target, Use, Draws] : Cases) {
-    TDrawing D(std::string("<defs><rect id='r' width='5' height='5' ") + Target +
-               "/></defs><use xlink:href='#r' " + Use + "/>");
-    EXPECT_EQ(!D.Draw().empty(), Draws) << Target << " / " << Use;
-  }
-}
-
-TEST(Use, IsWhatAHitReports) {
-  TDrawing D(
-      "<defs><g id='g'><rect id='r' width='5' height='5'/></g></defs>"
-      "<use id='u' x='50' xlink:href='#g'/>");
-  EXPECT_EQ(D.At(52, 2), "u");
-  EXPECT_EQ(D.At(2, 2), "");
 }
 
 TEST(Use, ReturnsTheTargetAlsoWhenDrawingFails) {
@@ -121,12 +63,6 @@ TEST(Use, ATargetDestroyedWhileItIsDrawnBringsNothingDown) {
   const std::unique_ptr<TSVGElement> Owner(Group);
 }
 
-TEST(Use, SharesTheShapeOfItsTarget) {
-  TDrawing D("<rect id='r' width='5' height='5'/><use id='u' xlink:href='#r'/>");
-  EXPECT_EQ(D.Get(u"u").GetShape(), D.Get(u"r").GetShape());
-  EXPECT_TRUE(D.Get(u"u").HasChild(&D.Get(u"r")));
-}
-
 TEST(Use, HasWhatItShows) {
   TDrawing D(
       "<defs id='d'><g id='g'><rect id='r'/></g></defs><g id='o'><use id='u' xlink:href='#g'/>"
@@ -147,6 +83,7 @@ TEST(Use, HasWhatItShows) {
     EXPECT_EQ(D.Document.FindElement(C.Top)->HasDescendant(&D.Get(C.Below)), C.HasDescendant)
         << Name;
   }
+  EXPECT_EQ(D.Get(u"u").GetShape(), D.Get(u"g").GetShape());
   EXPECT_EQ(D.Get(u"o").Matches(u"g r"), 11);
   EXPECT_EQ(D.Get(u"u").Matches(u"use > g"), 11);
 }
@@ -281,24 +218,6 @@ TEST(Markers, EveryOneSeesTheWidthOfItsOwnShape) {
   EXPECT_THAT(Placed,
               ElementsAre("M 20,20 L 26,20 L 26,26 L 20,26 Z", "M 50,20 L 56,20 L 56,26 L 50,26 Z",
                           "M 80,20 L 86,20 L 86,26 L 80,26 Z"));
-}
-
-TEST(Markers, AreHitAsPartOfTheirShape) {
-  TDrawing D(
-      "<marker id='m' overflow='visible' markerUnits='userSpaceOnUse' viewBox='0 0 10 10' "
-      "markerWidth='10' markerHeight='10'><rect width='10' height='10'/></marker>"
-      "<polyline id='p' points='20 20 50 20 50 50' fill='none' stroke='red' "
-      "marker-end='url(#m)'/>");
-  EXPECT_EQ(D.At(48, 48), "");
-  EXPECT_EQ(D.At(52, 48), "");
-}
-
-TEST(Markers, AreNotDrawnInPlaceNorWithinThemselves) {
-  TDrawing D(
-      "<marker id='m'><path d='M0 0L1 1L2 0' fill='none' stroke='red' marker-mid='url(#m)'/>"
-      "</marker><path d='M0 0L9 9L18 0' fill='none' stroke='red' marker-mid='url(#m)'/>");
-  EXPECT_THAT(D.Draw(), SizeIs(2));
-  EXPECT_THAT(TDrawing("<marker><rect width='9' height='9'/></marker>").Draw(), IsEmpty());
 }
 
 TEST(Markers, ReadAndWriteTheirValues) {

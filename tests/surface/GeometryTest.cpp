@@ -60,21 +60,6 @@ TEST(Matrix, InverseUndoes) {
   EXPECT_FALSE(QXMatrixEquals(QXIdentityMatrix, CreateTranslateQXMatrix(0, 2e-5f), 1e-5f));
 }
 
-TEST(Matrix, BoxOfATransformedRectangle) {
-  const TRectF R = QXRect(1, 2, 4, 6);
-  for (const TMatrix& M :
-       {CreateRotationQXMatrix(0.7f), CreateScaleQXMatrix(-2, 3), CreateTranslateQXMatrix(5, -7)}) {
-    TRectF Box{1e9f, 1e9f, -1e9f, -1e9f};
-    for (const TPointF P : {TPointF{1, 2}, {4, 2}, {4, 6}, {1, 6}}) {
-      const TPointF Q = QXMatrixTransform(M, P);
-      Box = TRectF::Hull(Box, QXRect(Q, Q));
-    }
-    const TRectF Got = QXMatrixTransform(M, R);
-    ExpectPoint(Got.TopLeft(), Box.Left, Box.Top);
-    ExpectPoint(Got.BottomRight(), Box.Right, Box.Bottom);
-  }
-}
-
 TEST(Rectangle, FitsWithItsProportions) {
   struct {
     TRectF R, Bounds;
@@ -93,18 +78,6 @@ TEST(Rectangle, FitsWithItsProportions) {
   }
 }
 
-TEST(Rectangle, HelpersOverRectangles) {
-  TRectF R = QXRect(1, 2, 3, 4);
-  OffsetQXRect(R, 1, -1);
-  EXPECT_EQ(R, QXRect(2, 1, 4, 3));
-  QXInflateRect(R, 1, 2);
-  EXPECT_EQ(R, QXRect(1, -1, 5, 5));
-  EXPECT_EQ(TRectF::Union(R, TRectF{}), R);
-  EXPECT_EQ(TRectF::Intersect(R, QXRect(5, 0, 9, 9)), TRectF{});
-  EXPECT_TRUE(QXRect(0, 0, NAN, 1).IsEmpty());
-  EXPECT_EQ(QXRect(TRect{1, 2, 3, 4}), QXRect(1, 2, 3, 4));
-}
-
 TEST(Rounding, IsTotal) {
   const std::tuple<float, std::int32_t, std::int32_t> Cases[] = {
       {0.5f, 1, 0},
@@ -120,14 +93,6 @@ TEST(Rounding, IsTotal) {
     EXPECT_EQ(CanvasRound(Value), Rounded) << Value;
     EXPECT_EQ(CanvasTrunc(Value), Cut) << Value;
   }
-}
-
-TEST(Point, Helpers) {
-  EXPECT_TRUE(PointsEqual({1, 1}, {1 + 9e-6f, 1}));
-  EXPECT_FALSE(PointsEqual({1, 1}, {1.0001f, 1}));
-  EXPECT_EQ(QXCenterPoint({0, 0}, {10, 20}, 0.25f), (TPointF{2.5f, 5}));
-  EXPECT_EQ(QXVectorNorm(QXVector(3, 4)), 25);
-  EXPECT_EQ(QXVectorLength(QXVector(3, 4)), 5);
 }
 
 TEST(Color, Conversions) {

@@ -194,19 +194,6 @@ TEST(Objects, RefuseWhatTheyDoNotKnow) {
   EXPECT_THROW(Rect.Assign(&Font), EConvertError);
 }
 
-TEST(Objects, RectangleTellsOfChanges) {
-  TQXObjectQXRect Rect;
-  TWatch Watch(Rect);
-  Rect.SetLeft(1);
-  Rect.SetRect({1, 0, 0, 0});
-  Rect.SetTop(NAN);
-  EXPECT_EQ(Watch.Take(), 1);
-  TQXObjectQXRect Other(QXRect(1, 2, 3, 4));
-  Rect.Assign(&Other);
-  EXPECT_EQ(Rect.Rect(), QXRect(1, 2, 3, 4));
-  EXPECT_EQ(Watch.Take(), 1);
-}
-
 TEST(Objects, TransformScalesTurnsAndMoves) {
   TQXTransform Transform;
   EXPECT_TRUE(Transform.IsIdentity());

@@ -115,22 +115,6 @@ TEST(PathGeometry, ArcsTakeTheWayThatTheFlagsTell) {
   }
 }
 
-// Nothing stands between the figures that were added.
-TEST(PathGeometry, FiguresFollowOneAnother) {
-  TQXPathGeometry Path;
-  const TPointF Points[] = {{0, 0}, {1, 1}};
-  for (int I = 0; I < 50; ++I) {
-    Path.AddRectangle({0, 0, 1, 1});
-    Path.AddRectangle({0, 0, 8, 8}, 1, 1, AllCorners);
-    Path.AddEllipse({0, 0, 1, 1});
-    Path.AddPolygon(Points);
-    Path.MoveTo({3, 3});
-    Path.LineTo({4, 4});
-    Path.Close();
-  }
-  EXPECT_EQ(Path.Count(), 50u * (5 + 18 + 14 + 3 + 3));
-}
-
 TEST(PathGeometry, AppendsWithAndWithoutConnection) {
   TQXPathGeometry A, B;
   QXParsePath(u"M0 0L1 0", A);
