@@ -41,5 +41,10 @@ int main(int Count, char** Arguments) {
     std::fprintf(stderr, "qxsvg: %s\n", Error.what());
     return 1;
   }
+  // What was printed may still wait here, and a full disk shows only when it goes.
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    std::fputs("qxsvg: Standard output cannot be written\n", stderr);
+    return 1;
+  }
   return Status;
 }

@@ -76,4 +76,11 @@ inline TRunResult RunLine(const std::string& Line, std::string_view Input = {}) 
   return {Status, FileText(Out), FileText(Err)};
 }
 
+// The built command, run as a user runs it.
+#ifdef QXSVG_COMMAND
+inline TRunResult RunQxsvg(const std::string& Arguments, std::string_view Input = {}) {
+  return RunLine(Quoted(QXSVG_COMMAND) + " " + Arguments, Input);
+}
+#endif
+
 }  // namespace qxsvg::test

@@ -8,17 +8,9 @@
 namespace qxsvg {
 namespace {
 
-using test::FileText;
-using test::Quoted;
-using test::RunLine;
-using test::TRunResult;
-using test::TScratchFolder;
+using namespace test;
 
 const std::filesystem::path Root = QXSVG_TEST_ROOT;
-
-TRunResult RunCommand(const std::string& Arguments, std::string_view Input = {}) {
-  return RunLine(Quoted(QXSVG_COMMAND) + " " + Arguments, Input);
-}
 
 bool Has(const std::string& Text, const std::string& Part) {
   return Text.find(Part) != std::string::npos;
@@ -43,7 +35,7 @@ TEST(Command, DocumentationShowsTheHelp) {
     if (Block == std::string::npos) break;
     const std::size_t Begin = Block + Open.size(), Line = Text.find('\n', Begin);
     const std::string Arguments = Text.substr(Begin, Line - Begin);
-    const std::string Help = RunCommand(Arguments).Output;
+    const std::string Help = RunQxsvg(Arguments).Output;
     const std::size_t End = Text.find(Close, Line);
     ASSERT_NE(End, std::string::npos);
     EXPECT_EQ(Text.substr(Line + 1, End - Line - 1), Help) << "qxsvg " << Arguments;
@@ -54,7 +46,7 @@ TEST(Command, DocumentationShowsTheHelp) {
   if (std::getenv("QXSVG_UPDATE_DOCS")) std::ofstream(Page, std::ios::binary) << Rewritten;
 
   EXPECT_TRUE(Shown.contains("--help"));
-  const std::string Help = RunCommand("--help").Output;
+  const std::string Help = RunQxsvg("--help").Output;
   std::istringstream Lines(Help.substr(Help.find("Subcommands:")));
   std::string Line;
   std::getline(Lines, Line);
@@ -74,7 +66,7 @@ constexpr std::string_view Sample = R"(<?xml version="1.0"?>
 </svg>)";
 
 TEST(Command, InfoTellsWhatADrawingIsMadeOf) {
-  const TRunResult Told = RunCommand("info --tree --computed -", Sample);
+  const TRunResult Told = RunQxsvg("info --tree --computed -", Sample);
   EXPECT_EQ(Told.Status, 0) << Told.Errors;
   for (const char* Part :
        {"size: 10cm by not given\n", "view box: 0 0 20 10\n",
@@ -97,7 +89,7 @@ TEST(Command, InfoForProgramsIsOneJsonText) {
   const TScratchFolder Folder;
   const std::string Good = Folder.Add("a \"b\".svg", Sample),
                     Bad = Folder.Add("bad.svg", "<svg>\n<");
-  const TRunResult Told = RunCommand("info --json --tree " + Quoted(Good) + " " + Quoted(Bad));
+  const TRunResult Told = RunQxsvg("info --json --tree " + Quoted(Good) + " " + Quoted(Bad));
   EXPECT_EQ(Told.Status, 1);
   EXPECT_EQ(LineCount(Told.Errors), 1u) << Told.Errors;
   for (const char* Part :
@@ -128,7 +120,7 @@ TEST(Command, ValidateGivesALineForEachBadFile) {
   for (const Case& C : Cases) {
     const std::string Name = Folder.Add("case.svg", C.Text);
     for (const bool Deep : {false, true}) {
-      const TRunResult Told = RunCommand((Deep ? "validate --deep " : "validate ") + Quoted(Name));
+      const TRunResult Told = RunQxsvg((Deep ? "validate --deep " : "validate ") + Quoted(Name));
       const std::string Expected(Deep ? C.Deep : C.Shallow);
       EXPECT_EQ(Told.Status, Expected.empty() ? 0 : 1) << C.Text << "\n" << Told.Errors;
       EXPECT_EQ(LineCount(Told.Errors), Expected.empty() ? 0u : 1u) << Told.Errors;
@@ -136,9 +128,9 @@ TEST(Command, ValidateGivesALineForEachBadFile) {
       EXPECT_EQ(Told.Output, "");
     }
   }
-  const TRunResult Several = RunCommand("validate " + Quoted(Folder.Add("1.svg", "<svg/>")) + " " +
-                                        Quoted(Folder.Add("2.svg", "<a/>")) +
-                                        " /nonexistent/3.svg " + Quoted(Folder.Path().string()));
+  const TRunResult Several = RunQxsvg("validate " + Quoted(Folder.Add("1.svg", "<svg/>")) + " " +
+                                      Quoted(Folder.Add("2.svg", "<a/>")) + " /nonexistent/3.svg " +
+                                      Quoted(Folder.Path().string()));
   EXPECT_EQ(Several.Status, 1);
   EXPECT_EQ(LineCount(Several.Errors), 3u) << Several.Errors;
 }
@@ -146,7 +138,7 @@ TEST(Command, ValidateGivesALineForEachBadFile) {
 TEST(Command, UsageErrorsHaveAStatusOfTheirOwn) {
   for (const char* Arguments :
        {"", "info", "nonsense", "info --nonsense x.svg", "info --computed -"}) {
-    const TRunResult Told = RunCommand(Arguments);
+    const TRunResult Told = RunQxsvg(Arguments);
     EXPECT_EQ(Told.Status, 2) << Arguments;
     EXPECT_NE(Told.Errors, "") << Arguments;
   }
@@ -156,7 +148,7 @@ TEST(Command, ReadsEveryFileOfTheCorpus) {
   const std::filesystem::path Corpus = Root / "../shared/corpus";
   if (!std::filesystem::exists(Corpus)) GTEST_SKIP() << "no corpus here";
   const TRunResult Told =
-      RunCommand("info " + Corpus.string() + "/*/*.svg > /dev/null; test $? -le 1");
+      RunQxsvg("info " + Corpus.string() + "/*/*.svg > /dev/null; test $? -le 1");
   EXPECT_EQ(Told.Status, 0);
   EXPECT_EQ(Told.Errors, "");
 }

@@ -11,15 +11,7 @@
 namespace qxsvg {
 namespace {
 
-using test::FileText;
-using test::Quoted;
-using test::RunLine;
-using test::TRunResult;
-using test::TScratchFolder;
-
-TRunResult Qxsvg(const std::string& Arguments, std::string_view Input = {}) {
-  return RunLine(Quoted(QXSVG_COMMAND) + " " + Arguments, Input);
-}
+using namespace test;
 
 void Decode(const std::string& Bytes, TQXGPBitmap& Picture) {
   Services().Images.Get()->Decode(BytesOf(Bytes), Picture);
@@ -55,7 +47,7 @@ TEST(Render, SizesFollowTheOptions) {
       {"-i r", Sample, 16, 16},
   };
   for (const auto& [Options, Drawing, Width, Height] : Cases) {
-    const TRunResult Drawn = Qxsvg("render - " + Options, Drawing);
+    const TRunResult Drawn = RunQxsvg("render - " + Options, Drawing);
     ASSERT_EQ(Drawn.Status, 0) << Options << Drawn.Errors;
     TQXGPBitmap Picture;
     Decode(Drawn.Output, Picture);
@@ -98,7 +90,7 @@ TEST(Render, OptionsReachThePicture) {
       {"-f webp -b white", "<svg width='8' height='8'/>", 0xFFFFFFFF},
   };
   for (const Case& C : Cases) {
-    const TRunResult Drawn = Qxsvg("render - " + C.Options, C.Drawing);
+    const TRunResult Drawn = RunQxsvg("render - " + C.Options, C.Drawing);
     ASSERT_EQ(Drawn.Status, 0) << C.Options << Drawn.Errors;
     TQXGPBitmap Picture;
     Decode(Drawn.Output, Picture);
@@ -112,8 +104,8 @@ TEST(Render, ManyFilesGoOnAfterABadOne) {
   const std::string Good = Folder.Add("good.svg", Sample), Bad = Folder.Add("bad.svg", "<svg>"),
                     More = Folder.Add("more.svg", Sample),
                     Target = (Folder.Path() / "pictures").string();
-  const TRunResult Drawn = Qxsvg("render " + Quoted(Good) + " " + Quoted(Bad) + " " + Quoted(More) +
-                                 " -o " + Quoted(Target) + " --jobs 2");
+  const TRunResult Drawn = RunQxsvg("render " + Quoted(Good) + " " + Quoted(Bad) + " " +
+                                    Quoted(More) + " -o " + Quoted(Target) + " --jobs 2");
   EXPECT_EQ(Drawn.Status, 1);
   EXPECT_EQ(Drawn.Errors.find(Bad + ": "), 0u) << Drawn.Errors;
   EXPECT_TRUE(std::filesystem::exists(Target + "/good.png"));
@@ -128,12 +120,12 @@ TEST(Render, NoFileIsOverwrittenByMistake) {
                     Target = (Folder.Path() / "out").string();
   // Pictures of one name: the first stands.
   const TRunResult Many =
-      Qxsvg("render " + Quoted(First) + " " + Quoted(Second) + " -o " + Quoted(Target));
+      RunQxsvg("render " + Quoted(First) + " " + Quoted(Second) + " -o " + Quoted(Target));
   EXPECT_EQ(Many.Status, 1);
   EXPECT_EQ(Many.Errors.find(Second + ": "), 0u) << Many.Errors;
   EXPECT_TRUE(std::filesystem::exists(Target + "/x.png"));
   // Two drawings are not a drawing and its picture.
-  EXPECT_EQ(Qxsvg("render -f png " + Quoted(First) + " " + Quoted(Second)).Status, 2);
+  EXPECT_EQ(RunQxsvg("render -f png " + Quoted(First) + " " + Quoted(Second)).Status, 2);
   EXPECT_EQ(FileText(Second), Sample);
 }
 
@@ -143,7 +135,7 @@ TEST(Render, AFailureKeepsThePictureThatWasThere) {
   for (const std::string& Arguments :
        {"render - " + Quoted(Old) + " -i nothing", "render - " + Quoted(Old) + " -w 1000000",
         "render /nowhere.svg " + Quoted(Old)}) {
-    const TRunResult Drawn = Qxsvg(Arguments, Sample);
+    const TRunResult Drawn = RunQxsvg(Arguments, Sample);
     EXPECT_EQ(Drawn.Status, 1) << Arguments;
     EXPECT_EQ(std::count(Drawn.Errors.begin(), Drawn.Errors.end(), '\n'), 1) << Drawn.Errors;
     // The file is named once, whoever names it.
@@ -152,23 +144,43 @@ TEST(Render, AFailureKeepsThePictureThatWasThere) {
   }
 }
 
+TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
+  const TScratchFolder Folder;
+  const std::string File = Quoted(Folder.Add("file", ""));
+  const std::tuple<std::string, int, std::string> Cases[] = {
+      {"render - -b nocolor", 2, "nocolor is no colour"},
+      {"render - x.tiff", 1, "tiff is no picture format"},
+      {"render - -z inf", 2, "no number above 0"},
+      {"render - -s /nowhere.css", 1, "/nowhere.css: "},
+      {"render - -o " + File + "/x", 1, "/file/x: "},
+      {"render - > /dev/full", 1, "Standard output cannot be written"},
+      {"info - > /dev/full", 1, "Standard output cannot be written"},
+      {"surface-demo /nowhere/x.png", 1, "There is no such folder"},
+  };
+  for (const auto& [Arguments, Status, Cause] : Cases) {
+    const TRunResult Told = RunQxsvg(Arguments, Sample);
+    EXPECT_EQ(Told.Status, Status) << Arguments;
+    EXPECT_NE(Told.Errors.find(Cause), std::string::npos) << Arguments << "\n" << Told.Errors;
+  }
+}
+
 TEST(HitCommand, NamesWhatLiesUnderThePixel) {
-  EXPECT_EQ(Qxsvg("hit - 2.5 4.5 -w 10 -h 20", Sample).Output, "svg/g[0]#g/rect[0]#r\n");
-  EXPECT_EQ(Qxsvg("hit - 9 19 -w 10 -h 20", Sample).Output, "nothing\n");
-  EXPECT_EQ(Qxsvg("hit - 2.5 4.5 -w 10 -h 20 --groups", Sample).Output, "svg/g[0]#g\n");
+  EXPECT_EQ(RunQxsvg("hit - 2.5 4.5 -w 10 -h 20", Sample).Output, "svg/g[0]#g/rect[0]#r\n");
+  EXPECT_EQ(RunQxsvg("hit - 9 19 -w 10 -h 20", Sample).Output, "nothing\n");
+  EXPECT_EQ(RunQxsvg("hit - 2.5 4.5 -w 10 -h 20 --groups", Sample).Output, "svg/g[0]#g\n");
 }
 
 TEST(BoundsCommand, PrintsBoxesInTheSpaceOfTheDrawing) {
-  EXPECT_EQ(Qxsvg("bounds - r", Sample).Output, "r\t2\t4\t5\t5\n");
-  EXPECT_EQ(Qxsvg("bounds -", Sample).Output, "g\t2\t4\t5\t5\nr\t2\t4\t5\t5\n");
-  EXPECT_EQ(Qxsvg("bounds - nothing", Sample).Status, 1);
+  EXPECT_EQ(RunQxsvg("bounds - r", Sample).Output, "r\t2\t4\t5\t5\n");
+  EXPECT_EQ(RunQxsvg("bounds -", Sample).Output, "g\t2\t4\t5\t5\nr\t2\t4\t5\t5\n");
+  EXPECT_EQ(RunQxsvg("bounds - nothing", Sample).Status, 1);
   constexpr std::string_view Nested =
       "<svg viewBox='0 0 99 99'><svg x='50' width='20' height='20' viewBox='0 0 10 10'>"
       "<g transform='translate(1 0)'><rect id='n' width='3' height='4'/></g></svg></svg>";
-  EXPECT_EQ(Qxsvg("bounds - l", "<svg><line id='l' x1='9' y1='9' x2='1' y2='2'/></svg>").Output,
+  EXPECT_EQ(RunQxsvg("bounds - l", "<svg><line id='l' x1='9' y1='9' x2='1' y2='2'/></svg>").Output,
             "l\t1\t2\t8\t7\n");
-  EXPECT_EQ(Qxsvg("bounds - n", Nested).Output, "n\t52\t0\t6\t8\n");
-  EXPECT_EQ(Qxsvg("bounds -", Nested).Output, "n\t52\t0\t6\t8\n");
+  EXPECT_EQ(RunQxsvg("bounds - n", Nested).Output, "n\t52\t0\t6\t8\n");
+  EXPECT_EQ(RunQxsvg("bounds -", Nested).Output, "n\t52\t0\t6\t8\n");
 }
 
 }  // namespace

@@ -12,8 +12,7 @@ namespace {
 TEST(SurfaceDemo, LooksAsItDid) {
   const test::TScratchFolder Folder;
   const std::string File = (Folder.Path() / "sheet.png").string();
-  const test::TRunResult Run =
-      test::RunLine(test::Quoted(QXSVG_COMMAND) + " surface-demo " + test::Quoted(File));
+  const test::TRunResult Run = test::RunQxsvg("surface-demo " + test::Quoted(File));
   ASSERT_EQ(Run.Status, 0) << Run.Errors;
   TQXGPBitmap Sheet;
   ASSERT_TRUE(LoadBitmapFromFile(FromUtf8(File), Sheet));
