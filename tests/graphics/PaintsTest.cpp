@@ -5,6 +5,7 @@
 #include "graphics/surface/FontEngine.h"
 #include "runtime/Services.h"
 #include "tests/graphics/ElementFixture.h"
+#include "tests/support/Watch.h"
 
 namespace qxsvg {
 namespace {
@@ -19,12 +20,10 @@ constexpr TQXGPColor Black = 0xff000000, Red = 0xffff0000, Blue = 0xff0000ff;
 
 TEST(SVGBrush, KindOpacityAndURI) {
   TSVGBrush Brush;
-  int Changes = 0;
-  const auto Count = [&](TPersistent*) { ++Changes; };
-  Brush.SetOnChange(TNotifyMethod::To(Count));
+  test::TWatch Watch(Brush);
   Brush.SetURI(u"a");
   Brush.SetURI(u"a");
-  EXPECT_EQ(Changes, 1);
+  EXPECT_EQ(Watch.Take(), 1);
   Brush.SetKind(bkGradient);
   EXPECT_EQ(Brush.URI(), u"a");
   Brush.SetKind(bkSolid);
@@ -82,11 +81,9 @@ TEST(SVGPen, TakesCustomDashes) {
 
 TEST(SVGPen, AnOffsetIsAChange) {
   TSVGPen Pen;
-  int Changes = 0;
-  const auto Count = [&](TPersistent*) { ++Changes; };
-  Pen.SetOnChange(TNotifyMethod::To(Count));
+  test::TWatch Watch(Pen);
   Pen.SVGDashOffset().SetValue(3);
-  EXPECT_EQ(Changes, 1);
+  EXPECT_EQ(Watch.Take(), 1);
   TSVGPen Copy;
   Copy.Assign(&Pen);
   EXPECT_EQ(Copy.GetDashOffsetValue(), 3);

@@ -6,6 +6,7 @@
 
 #include "runtime/Exceptions.h"
 #include "tests/graphics/ElementFixture.h"
+#include "tests/support/Watch.h"
 
 namespace qxsvg {
 namespace {
@@ -15,15 +16,13 @@ using enum TSVGStyleProperty;
 
 TEST(StylePropertiesSet, TellsOfRealChangesOnly) {
   TSVGStylePropertiesSet Set;
-  int Changes = 0;
-  const auto Count = [&](TPersistent*) { ++Changes; };
-  Set.SetOnChange(TNotifyMethod::To(Count));
+  test::TWatch Watch(Set);
   Set.Set(ipFill, true);
   Set.Set(ipFill, true);
   Set.SetSet(64, true);
   Set.SetSet(300, true);
   Set.SetValue({ipFill});
-  EXPECT_EQ(Changes, 1);
+  EXPECT_EQ(Watch.Take(), 1);
   EXPECT_FALSE(Set.GetSet(64));
   // 256 more than the ordinal of fill.
   EXPECT_FALSE(Set.GetSet(256 + static_cast<std::uint32_t>(ipFill)));

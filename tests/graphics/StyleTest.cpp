@@ -9,6 +9,7 @@
 #include "document/XML.h"
 #include "runtime/Exceptions.h"
 #include "runtime/StringList.h"
+#include "tests/support/Watch.h"
 
 namespace qxsvg {
 namespace {
@@ -131,13 +132,10 @@ TEST(Style, WritesTexts) {
 
 TEST(Style, TellsOncePerOperation) {
   TSVGStyle Style;
-  int Changes = 0;
-  const auto Count = [&](TPersistent*) { ++Changes; };
-  Style.SetOnChange(TNotifyMethod::To(Count));
+  test::TWatch Watch(Style);
   const auto Told = [&](auto Operation) {
-    Changes = 0;
     Operation();
-    return Changes;
+    return Watch.Take();
   };
   EXPECT_EQ(Told([&] { Style.AddStyle(u"fill:red;stroke:blue;opacity:1"); }), 1);
   EXPECT_EQ(Told([&] { Style.AddStyle(u"  "); }), 0);

@@ -7,6 +7,7 @@
 
 #include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
+#include "tests/support/Watch.h"
 
 namespace qxsvg {
 namespace {
@@ -85,24 +86,21 @@ TEST(StringList, NamesAndValues) {
 
 TEST(StringList, OneNoticeForALockedChange) {
   TStrings List;
-  int Notices = 0;
-  auto Count = [&Notices](TPersistent*) { ++Notices; };
-  List.SetOnChange(TNotifyMethod::To(Count));
+  test::TWatch Watch(List);
   List.Add(u"a");
-  EXPECT_EQ(Notices, 1);
+  EXPECT_EQ(Watch.Take(), 1);
   {
     const TUpdateLock Lock(List);
     List.Add(u"b");
     List.Delete(0);
-    EXPECT_EQ(Notices, 1);
+    EXPECT_EQ(Watch.Take(), 0);
   }
-  EXPECT_EQ(Notices, 2);
+  EXPECT_EQ(Watch.Take(), 1);
   { const TUpdateLock Nothing(List); }
-  EXPECT_EQ(Notices, 2);
   TStrings Source;
   Source.SetCommaText(u"x,y,z");
   List.Assign(&Source);
-  EXPECT_EQ(Notices, 3);
+  EXPECT_EQ(Watch.Take(), 1);
   EXPECT_THROW(List.EndUpdate(), EInvalidOperation);
 }
 

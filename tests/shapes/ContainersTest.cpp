@@ -103,6 +103,8 @@ TEST(Classes, EveryElementTypeHasItsOwn) {
 TEST(Memory, ElementsAreSmall) {
   // A tree of a hundred thousand shapes is to stay within a hundred megabytes.
   EXPECT_LE(sizeof(TSVGGraphicElement), 700u);
+  EXPECT_LE(sizeof(TSVGLength), 32u);
+  EXPECT_LE(sizeof(TSVGStylePropertyAutoLength), 40u);
   EXPECT_LE(sizeof(TSVGRectangle), 700u);
   EXPECT_LE(sizeof(TSVGPath), 800u);
 }

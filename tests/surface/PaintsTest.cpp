@@ -9,23 +9,12 @@
 #include "graphics/surface/Pen.h"
 #include "graphics/surface/Transform.h"
 #include "runtime/Exceptions.h"
+#include "tests/support/Watch.h"
 
 namespace qxsvg {
 namespace {
 
-// Counts the notices of one object.
-template <class T>
-class TWatch {
- public:
-  explicit TWatch(T& Target) { Target.SetOnChange(TNotifyMethod::To(FCount)); }
-  int Take() { return std::exchange(FCount.Notices, 0); }
-
- private:
-  struct TCount {
-    int Notices = 0;
-    void operator()(TPersistent*) { ++Notices; }
-  } FCount;
-};
+using test::TWatch;
 
 TEST(Brush, TellsOfChangesAndOfNothingElse) {
   TQXGPBrush Brush(nullptr, TQXGPBrushKind::bkNone, 0xff112233);

@@ -9,6 +9,7 @@
 #include "graphics/surface/PathWalk.h"
 #include "runtime/Exceptions.h"
 #include "tests/support/RecordingCanvas.h"
+#include "tests/support/Watch.h"
 
 namespace qxsvg {
 namespace {
@@ -194,26 +195,23 @@ TEST(PathData, PolygonsAndDistancesWalkTheFigures) {
 
 TEST(PathData, TellsOfEveryChangeOnce) {
   TQXPathData Data;
-  int Notices = 0;
-  auto Count = [&](TPersistent* Sender) { Notices += Sender == &Data; };
-  Data.SetOnChange(TNotifyMethod::To(Count));
+  test::TWatch Watch(Data);
   Data.SetPathString(u"M0 0L1 1");
-  EXPECT_EQ(Notices, 1);
+  EXPECT_EQ(Watch.Take(), 1);
   Data.BeginUpdate();
   Data.BeginUpdate();
   Data.MoveTo({1, 1});
   Data.LineTo({2, 2});
   Data.EndUpdate();
-  EXPECT_EQ(Notices, 1);
+  EXPECT_EQ(Watch.Take(), 0);
   Data.EndUpdate();
-  EXPECT_EQ(Notices, 2);
+  EXPECT_EQ(Watch.Take(), 1);
   Data.BeginUpdate();
   Data.EndUpdate();
-  EXPECT_EQ(Notices, 2);
   Data.ApplyMatrix(CreateScaleQXMatrix(2, 2));
   Data.Flatten();
   Data.Clear();
-  EXPECT_EQ(Notices, 5);
+  EXPECT_EQ(Watch.Take(), 3);
 }
 
 TEST(PathData, BoundsFollowEveryChange) {
