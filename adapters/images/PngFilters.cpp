@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
-#include <limits>
 
 namespace qxsvg::images {
 
@@ -13,8 +13,7 @@ namespace {
 // all.
 enum TFilter : std::uint8_t { fiNone = 0, fiSub = 1, fiUp = 2, fiPaeth = 4 };
 
-// Rows are filtered in blocks of a fixed size, which the compiler turns into vectors. The most that
-// a block costs, two a byte, fits a byte.
+// Rows are filtered in blocks of a fixed size, which the compiler turns into vectors.
 constexpr std::size_t Block = 96;
 using TBlock = std::array<std::uint8_t, Block>;
 
@@ -45,17 +44,20 @@ void FilterBlock(const std::uint8_t* Row, const std::uint8_t* Prior, std::size_t
   }
 }
 
-// How much there is to code: bytes that are not zero, and bytes that differ from those of the pixel
-// before. Drawings are made of repetition, which this finds better than the sum of the differences
-// that is usual for photographs.
-std::size_t Cost(const TBlock& Bytes, std::size_t PixelSize) {
-  TBlock Before{};
-  std::memcpy(Before.data() + PixelSize, Bytes.data(), Block - PixelSize);
-  std::memcpy(Before.data(), Bytes.data(), PixelSize);
-  std::uint8_t Sum = 0;
-  for (std::size_t I = 0; I < Block; ++I)
-    Sum = static_cast<std::uint8_t>(Sum + (Bytes[I] != 0) + (Bytes[I] != Before[I]));
-  return Sum;
+// The sum of the differences, each between -128 and 127, without its sign: what little there is to
+// code is likely to be found again.
+std::uint32_t Cost(const std::uint8_t* Bytes) {
+  // Written as a distance between bytes, which processors sum up at once.
+  constexpr TBlock Middle = [] {
+    TBlock Result{};
+    Result.fill(128);
+    return Result;
+  }();
+  TBlock Shifted;
+  for (std::size_t I = 0; I < Block; ++I) Shifted[I] = Bytes[I] ^ 128;
+  int Sum = 0;
+  for (std::size_t I = 0; I < Block; ++I) Sum += std::abs(Shifted[I] - Middle[I]);
+  return static_cast<std::uint32_t>(Sum);
 }
 
 struct TCandidate {
@@ -78,23 +80,28 @@ TPngFilters::TPngFilters(std::size_t RowSize, std::size_t PixelSize)
 }
 
 void TPngFilters::Repeat(std::uint8_t* Target) const {
-  Target[0] = fiUp;
+  // Rows of zeros go on in those below them, without another filter's number in between.
+  const std::uint8_t* Prior = FPrior.data() + Lead;
+  const bool IsBlank = *Prior == 0 && std::memcmp(Prior, Prior + 1, FRowSize - 1) == 0;
+  Target[0] = IsBlank ? fiNone : fiUp;
   std::memset(Target + 1, 0, FRowSize);
 }
 
 void TPngFilters::Filter(std::uint8_t* Target) {
   const std::uint8_t* Row = FRow.data() + Lead;
   const std::uint8_t* Prior = FPrior.data() + Lead;
-  std::array<std::size_t, std::size(Candidates)> Costs{};
+  std::array<std::uint32_t, std::size(Candidates)> Costs{};
   TBlock Out;
-  for (std::size_t At = 0; At < FRowSize; At += Block)
-    // Where nothing changes any of them does; most of a drawing is like that.
-    if (std::memcmp(Row + At, Prior + At, Block) != 0 ||
-        std::memcmp(Row + At, Row + At - FPixelSize, Block) != 0)
-      for (std::size_t I = 0; I < Costs.size(); ++I) {
-        Candidates[I].Filter(Row + At, Prior + At, FPixelSize, Out);
-        Costs[I] += Cost(Out, FPixelSize);
-      }
+  for (std::size_t At = 0; At < FRowSize; At += Block) {
+    // Where nothing changes, as in most of a drawing, differences cost nothing.
+    const bool IsQuiet = std::memcmp(Row + At, Prior + At, Block) == 0 &&
+                         std::memcmp(Row + At, Row + At - FPixelSize, Block) == 0;
+    Costs[0] += Cost(Row + At);
+    for (std::size_t I = 1; !IsQuiet && I < Costs.size(); ++I) {
+      Candidates[I].Filter(Row + At, Prior + At, FPixelSize, Out);
+      Costs[I] += Cost(Out.data());
+    }
+  }
   // Where two cost the same the simpler one, whose bytes are likelier to repeat, is taken.
   const TCandidate& Best = Candidates[std::min_element(Costs.begin(), Costs.end()) - Costs.begin()];
   *Target++ = Best.Kind;

@@ -45,6 +45,22 @@ void PackColorAlpha(const std::uint32_t* __restrict Row, std::size_t Count,
   }
 }
 
+// Four pixels are three words, but for the last ones.
+void PackColor(const std::uint32_t* __restrict Row, std::size_t Count,
+               std::uint8_t* __restrict Target) {
+  std::size_t X = 0;
+  if constexpr (std::endian::native == std::endian::little) {
+    for (; X + 4 <= Count; X += 4, Target += 12) {
+      const auto Color = [&](std::size_t I) { return InFileOrder(Row[X + I]) & 0xFFFFFF; };
+      const std::uint32_t Words[] = {Color(0) | Color(1) << 24, Color(1) >> 8 | Color(2) << 16,
+                                     Color(2) >> 16 | Color(3) << 8};
+      std::memcpy(Target, Words, sizeof Words);
+    }
+  }
+  for (; X < Count; ++X)
+    for (const int Shift : {16, 8, 0}) *Target++ = ByteOf(Row[X] >> Shift);
+}
+
 }  // namespace
 
 std::optional<std::uint8_t> TPngPalette::Add(std::uint32_t Pixel) {
@@ -145,13 +161,7 @@ void TPngPicture::Pack(std::int32_t Y, std::uint8_t* Target) {
     case ctGray:
       for (std::size_t X = 0; X < Count; ++X) Target[X] = ByteOf(Row[X]);
       return;
-    case ctColor:
-      for (std::size_t X = 0; X < Count; ++X, Target += 3) {
-        Target[0] = ByteOf(Row[X] >> 16);
-        Target[1] = ByteOf(Row[X] >> 8);
-        Target[2] = ByteOf(Row[X]);
-      }
-      return;
+    case ctColor: PackColor(Row, Count, Target); return;
     case ctColorAlpha: return PackColorAlpha(Row, Count, Target);
   }
 }

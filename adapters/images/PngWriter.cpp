@@ -11,18 +11,21 @@
 #include "adapters/images/Formats.h"
 #include "adapters/images/PngFilters.h"
 #include "adapters/images/PngPicture.h"
+#include "runtime/ZeroedArray.h"
 
 namespace qxsvg::images {
 
 namespace {
 
 // libdeflate's levels go from 1 to 12. The usual one writes files no larger than other programs do,
-// in a fraction of their time; filtered rows of which little is left repay a longer search.
+// in a fraction of their time, but for filtered rows: there it is not thorough enough, unless an
+// alpha that could be left out has saved more. Where little is left to code it costs nothing to be
+// thorough.
 constexpr int UsualLevel = 6, ThoroughLevel = 7;
 // What is little: bytes left of a thousand in the trial.
 constexpr std::size_t LittleLeft = 20;
 // What the choice between filtered and plain rows is tried with.
-constexpr int TrialLevel = 1;
+constexpr int TrialLevel = 2;
 constexpr int FirstLevel = 1, LastLevel = 12;
 
 struct TFreeCompressor {
@@ -31,61 +34,86 @@ struct TFreeCompressor {
   }
 };
 
-// Memory whose bytes are written before they are read.
-struct TRawBytes {
-  std::unique_ptr<std::uint8_t[]> Bytes;
-  std::size_t Size;
+// A stream as libdeflate makes it, of rows that may be gone by then.
+class TDeflated {
+ public:
+  TDeflated(TBytesView Source, int Level) {
+    const std::unique_ptr<libdeflate_compressor, TFreeCompressor> Compressor(
+        libdeflate_alloc_compressor(Level));
+    if (!Compressor) throw std::bad_alloc();
+    // Only what is written of it becomes memory in earnest.
+    const std::size_t Bound = libdeflate_zlib_compress_bound(Compressor.get(), Source.size());
+    FBytes = std::make_unique_for_overwrite<std::uint8_t[]>(Bound);
+    FSize = libdeflate_zlib_compress(Compressor.get(), Source.data(), Source.size(), FBytes.get(),
+                                     Bound);
+    if (FSize == 0) RaiseUnwritable(u"PNG");
+  }
+  TBytesView Bytes() const { return {FBytes.get(), FSize}; }
 
-  explicit TRawBytes(std::size_t Size)
-      : Bytes(std::make_unique_for_overwrite<std::uint8_t[]>(Size)), Size(Size) {}
+ private:
+  std::unique_ptr<std::uint8_t[]> FBytes;
+  std::size_t FSize;
 };
 
-TRawBytes Compress(const TRawBytes& Source, int Level) {
-  const std::unique_ptr<libdeflate_compressor, TFreeCompressor> Compressor(
-      libdeflate_alloc_compressor(Level));
-  if (!Compressor) throw std::bad_alloc();
-  TRawBytes Result(libdeflate_zlib_compress_bound(Compressor.get(), Source.Size));
-  Result.Size = libdeflate_zlib_compress(Compressor.get(), Source.Bytes.get(), Source.Size,
-                                         Result.Bytes.get(), Result.Size);
-  if (Result.Size == 0) RaiseUnwritable(u"PNG");
-  return Result;
-}
-
-// The rows as the file holds them, each behind the number of its filter, of Count bands of BandSize
-// rows that begin every Step rows.
+// Count bands of BandSize rows that begin every Step rows from First on.
 struct TBands {
-  std::int32_t Count, BandSize, Step;
+  std::int32_t Count, BandSize, Step, First;
 };
 
-TRawBytes Rows(TPngPicture& Picture, const TBands& Bands, bool IsFiltered) {
-  const std::size_t RowSize = Picture.RowSize();
-  TRawBytes Result((RowSize + 1) * static_cast<std::size_t>(Bands.Count) *
-                   static_cast<std::size_t>(Bands.BandSize));
-  TPngFilters Filters(RowSize, Picture.Channels());
-  std::uint8_t* Target = Result.Bytes.get();
-  for (std::int32_t Band = 0; Band < Bands.Count; ++Band) {
-    const std::int32_t First = Band * Bands.Step;
-    if (IsFiltered && First > 0) {
+// The rows of a picture as the file holds them, each behind the number of its filter.
+class TRows {
+ public:
+  TRows(TPngPicture& Picture, const TBands& Bands, bool IsFiltered)
+      : FBytes((Picture.RowSize() + 1) * static_cast<std::size_t>(Bands.Count) *
+               static_cast<std::size_t>(Bands.BandSize)) {
+    std::uint8_t* Target = FBytes.data();
+    for (std::int32_t Band = 0; Band < Bands.Count; ++Band) {
+      const std::int32_t First = Bands.First + Band * Bands.Step;
+      Target = IsFiltered ? PutFiltered(Picture, First, Bands.BandSize, Target)
+                          : PutPlain(Picture, First, Bands.BandSize, Target);
+    }
+  }
+  // All of them.
+  TRows(TPngPicture& Picture, bool IsFiltered)
+      : TRows(Picture, {1, Picture.Height(), Picture.Height(), 0}, IsFiltered) {}
+
+  TBytesView Bytes() const { return {FBytes.data(), FBytes.size()}; }
+
+ private:
+  static std::uint8_t* PutPlain(TPngPicture& Picture, std::int32_t First, std::int32_t Count,
+                                std::uint8_t* Target) {
+    const std::size_t Size = Picture.RowSize() + 1;
+    for (std::int32_t Y = First; Y < First + Count; ++Y, Target += Size) {
+      // The filter's number is 0, as is the memory.
+      if (Y > First && Picture.IsRepeated(Y))
+        std::memcpy(Target, Target - Size, Size);
+      else
+        Picture.Pack(Y, Target + 1);
+    }
+    return Target;
+  }
+
+  static std::uint8_t* PutFiltered(TPngPicture& Picture, std::int32_t First, std::int32_t Count,
+                                   std::uint8_t* Target) {
+    const std::size_t Size = Picture.RowSize() + 1;
+    TPngFilters Filters(Size - 1, Picture.Channels());
+    if (First > 0) {
       Picture.Pack(First - 1, Filters.Row());
       Filters.Skip();
     }
-    for (std::int32_t Y = First; Y < First + Bands.BandSize; ++Y, Target += RowSize + 1) {
-      const bool IsRepeated = Picture.IsRepeated(Y);
-      if (IsFiltered && IsRepeated) {
+    for (std::int32_t Y = First; Y < First + Count; ++Y, Target += Size) {
+      if (Picture.IsRepeated(Y)) {
         Filters.Repeat(Target);
-      } else if (IsFiltered) {
+      } else {
         Picture.Pack(Y, Filters.Row());
         Filters.Filter(Target);
-      } else if (IsRepeated && Y > First) {
-        std::memcpy(Target, Target - (RowSize + 1), RowSize + 1);
-      } else {
-        *Target = 0;
-        Picture.Pack(Y, Target + 1);
       }
     }
+    return Target;
   }
-  return Result;
-}
+
+  TZeroedArray<std::uint8_t> FBytes;
+};
 
 struct TPlan {
   bool IsFiltered;
@@ -95,16 +123,32 @@ struct TPlan {
 // Whether filtering makes the picture smaller, tried out on a part of it. Drawings of flat colours
 // are mostly better off without, those with gradients and photographs with it.
 TPlan PlanFor(TPngPicture& Picture) {
+  constexpr std::int32_t BandSize = 8, FarthestStep = 128, FewestBands = 8;
+  const std::int32_t Step = std::clamp(Picture.Height() / FewestBands, 1, FarthestStep);
+  const std::int32_t Size = std::min(BandSize, Step);
+  const TBands Sample{Picture.Height() / Step, Size, Step, (Step - Size) / 2};
+  const TRows Filtered(Picture, Sample, true);
+  const std::size_t Left = TDeflated(Filtered.Bytes(), TrialLevel).Bytes().size();
+  const TRows Plain(Picture, Sample, false);
+  if (Left >= TDeflated(Plain.Bytes(), TrialLevel).Bytes().size()) return {false, UsualLevel};
+  const bool IsThorough =
+      Picture.Type() == ctColorAlpha || Left < Filtered.Bytes().size() * LittleLeft / 1000;
+  return {true, IsThorough ? ThoroughLevel : UsualLevel};
+}
+
+TDeflated StreamOf(TPngPicture& Picture, std::int32_t Quality) {
+  const auto Deflated = [&](TPlan Plan) {
+    if (Quality >= 0) Plan.Level = FirstLevel + Quality * (LastLevel - FirstLevel) / 100;
+    return TDeflated(TRows(Picture, Plan.IsFiltered).Bytes(), Plan.Level);
+  };
   // Differences of indices mean nothing.
-  if (Picture.Type() == ctPalette) return {false, UsualLevel};
-  constexpr std::int32_t BandSize = 8, Step = 64;
-  const std::int32_t Height = Picture.Height();
-  const TBands Sample =
-      Height < 4 * Step ? TBands{1, Height, Height} : TBands{Height / Step, BandSize, Step};
-  const TRawBytes Filtered = Rows(Picture, Sample, true);
-  const std::size_t Size = Compress(Filtered, TrialLevel).Size;
-  if (Size >= Compress(Rows(Picture, Sample, false), TrialLevel).Size) return {false, UsualLevel};
-  return {true, Size < Filtered.Size * LittleLeft / 1000 ? ThoroughLevel : UsualLevel};
+  if (Picture.Type() == ctPalette) return Deflated({false, UsualLevel});
+  // Up to here it costs no more to make both and to know.
+  constexpr std::size_t SmallPicture = 1 << 17;
+  if (Picture.RowSize() * static_cast<std::size_t>(Picture.Height()) > SmallPicture)
+    return Deflated(PlanFor(Picture));
+  TDeflated Plain = Deflated({false, UsualLevel}), Filtered = Deflated({true, ThoroughLevel});
+  return Filtered.Bytes().size() < Plain.Bytes().size() ? std::move(Filtered) : std::move(Plain);
 }
 
 void AppendNumber(TBytes& Target, std::uint32_t Value) {
@@ -143,10 +187,7 @@ void WritePalette(TStream& Target, const std::vector<std::uint32_t>& Pixels) {
 
 void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
   TPngPicture Picture(Pixels);
-  TPlan Plan = PlanFor(Picture);
-  if (Quality >= 0) Plan.Level = FirstLevel + Quality * (LastLevel - FirstLevel) / 100;
-  const TRawBytes Stream =
-      Compress(Rows(Picture, {1, Pixels.Height, Pixels.Height}, Plan.IsFiltered), Plan.Level);
+  const TDeflated Stream = StreamOf(Picture, Quality);
 
   TBytes Header;
   AppendNumber(Header, static_cast<std::uint32_t>(Pixels.Width));
@@ -156,7 +197,7 @@ void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
   Target.WriteBytes(BytesOf("\x89PNG\r\n\x1A\n"));
   WriteChunk(Target, "IHDR", Header);
   if (Picture.Type() == ctPalette) WritePalette(Target, Picture.Colors());
-  WriteChunk(Target, "IDAT", {Stream.Bytes.get(), Stream.Size});
+  WriteChunk(Target, "IDAT", Stream.Bytes());
   WriteChunk(Target, "IEND", {});
 }
 
