@@ -1,6 +1,7 @@
 #include "graphics/surface/Bitmap.h"
 
 #include <algorithm>
+#include <array>
 
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
@@ -99,11 +100,18 @@ std::uint32_t QXPremultiply(TQXGPColor Color) {
 }
 
 TQXGPColor QXUnpremultiply(std::uint32_t Pixel) {
+  // Divisions by A as products: 2 to the 24th over A, rounded up, is exact for what is divided
+  // here, which stays below 2 to the 16th.
+  static constexpr auto Inverses = [] {
+    std::array<std::uint32_t, 256> Result{};
+    for (std::uint32_t A = 1; A < 256; ++A) Result[A] = ((1u << 24) + A - 1) / A;
+    return Result;
+  }();
   const std::uint32_t A = Pixel >> 24;
   if (A == 255) return Pixel;
   if (A == 0) return 0;
   const auto Part = [A](std::uint32_t C) {
-    return std::min<std::uint32_t>(((C & 255) * 255 + A / 2) / A, 255);
+    return (std::min(C & 255, A) * 255 + A / 2) * Inverses[A] >> 24;
   };
   return A << 24 | Part(Pixel >> 16) << 16 | Part(Pixel >> 8) << 8 | Part(Pixel);
 }
