@@ -74,21 +74,6 @@ TEST(DocumentSettings, EachRenderingDefaultIsSetAlone) {
       << "the defaults survive a clear";
 }
 
-TEST(DocumentSettings, OptionsResetOnlyWhereTheyDiffer) {
-  struct Counter : TSVGDocument {
-    void Reset() override {
-      ++Resets;
-      TSVGDocument::Reset();
-    }
-    int Resets = 0;
-  };
-  Counter Doc;
-  Doc.SetOptions(DefaultSVGOptions);
-  EXPECT_EQ(Doc.Resets, 0);
-  Doc.SetOptions(DefaultSVGOptions - TSVGOptions{TSVGOption::soApplyClipping});
-  EXPECT_EQ(Doc.Resets, 1);
-}
-
 TEST(DocumentSettings, TheTransformIsReadOnly) {
   TLoaded Doc("<svg transform='translate(1 2)'/>");
   const TProperty* Property = FindProperty(TSVGDocument::Class, u"TransformMatrix");
@@ -96,18 +81,6 @@ TEST(DocumentSettings, TheTransformIsReadOnly) {
   EXPECT_EQ(std::get<String>(Property->Read(Doc)), u"translate(1 2)");
   Property->Write(Doc, String(u"scale(2 2)"));
   EXPECT_EQ(Doc.TransformMatrix(), u"translate(1 2)");
-}
-
-TEST(DocumentLanguages, ThePartBeginsTheCandidate) {
-  TSVGDocument Doc;
-  Doc.SetOptions(Doc.GetOptions() - TSVGOptions{TSVGOption::soUseLocaleForLanguage});
-  Doc.SetPreferredLanguage(u"en-GB, de");
-  EXPECT_TRUE(Doc.SupportsLanguage(u"en"));
-  EXPECT_TRUE(Doc.SupportsLanguage(u"EN-gb"));
-  EXPECT_TRUE(Doc.SupportsLanguage(u"fr,, de"));
-  EXPECT_FALSE(Doc.SupportsLanguage(u"de-AT"));
-  EXPECT_FALSE(Doc.SupportsLanguage(u" , "));
-  EXPECT_EQ(Doc.PreferredLanguage(), u"en-GB,de");
 }
 
 TEST(DocumentConditions, TheHostHasTheLastWord) {

@@ -266,6 +266,7 @@ TEST(ElementConditions, FollowFeaturesExtensionsAndLanguages) {
       {u"en", {}, true},           {u"en-GB", {}, true},         {u"en-US", {}, false},
       {u"fr", {}, false},          {u"fr", {u"de"}, true},       {u"", {u"fr"}, false},
       {u"", {u"fr", u"DE"}, true}, {u"", {u"en-GB-oed"}, false}, {u"fr, en", {}, true},
+      {u"EN-gb", {}, true},        {u"fr,, de", {}, true},       {u" , ", {}, false},
   };
   for (const Row& R : Rows) {
     E->SetLanguage(R.Language);

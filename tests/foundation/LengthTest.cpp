@@ -242,35 +242,6 @@ TEST_F(StyleLengthTest, WritingEndsInheritance) {
   EXPECT_FALSE(Leaf.Shift.IsParentValue());
 }
 
-TEST_F(StyleLengthTest, ClearForgetsInheritanceAndKeywords) {
-  Leaf.Spacing.SetParentValue(true);
-  Leaf.Spacing.Clear();
-  EXPECT_FALSE(Leaf.Spacing.IsParentValue());
-  EXPECT_TRUE(Leaf.Spacing.IsAutomatic());
-  Leaf.Shift.SetShift(TSVGBaselineShift::bsLength);
-  Leaf.Shift.Clear();
-  EXPECT_EQ(Leaf.Shift.GetShift(), TSVGBaselineShift::bsBaseline);
-}
-
-TEST_F(StyleLengthTest, ClonesKeepClassPropertyAndMark) {
-  Leaf.Spacing.SetAutomatic(false);
-  Leaf.Spacing.SetValue(4);
-  Leaf.Spacing.SetParentValue(true);
-  const auto Clone = Leaf.Spacing.Clone();
-  const auto* Auto = dynamic_cast<const TSVGStylePropertyAutoLength*>(Clone.get());
-  ASSERT_NE(Auto, nullptr);
-  EXPECT_EQ(Auto->StyleProperty(), TSVGStyleProperty::ipLetterSpacing);
-  EXPECT_TRUE(Auto->IsParentValue());
-  EXPECT_FALSE(Auto->IsAutomatic());
-  // Inherited without a parent: the own value stands.
-  EXPECT_EQ(Auto->GetValue(), 4);
-
-  TSVGLength Plain(9, false, suPixels);
-  Leaf.Spacing.Assign(&Plain);
-  EXPECT_EQ(Leaf.Spacing.Raw(), 9);
-  EXPECT_TRUE(Leaf.Spacing.IsParentValue()) << "a plain length says nothing of inheritance";
-}
-
 TEST_F(StyleLengthTest, AParentOfAnotherClassIsRefused) {
   Leaf.IsMiswired = true;
   Leaf.Spacing.SetParentValue(true);
