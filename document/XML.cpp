@@ -1,5 +1,7 @@
 #include "document/XML.h"
 
+#include <algorithm>
+
 #include <array>
 
 #include "document/XMLTree.h"
@@ -30,10 +32,11 @@ std::unique_ptr<IXMLDocument> IXMLVendor::LoadFromStream(TStream& Stream) {
     Stream.Seek(0, TSeekOrigin::soEnd);
     return Document;
   }
-  // Read in steps: the size that a stream tells is not to be trusted with memory.
-  constexpr std::size_t Step = std::size_t{1} << 18;
+  // Read in steps, as the size that a stream tells is not to be trusted with memory; in small ones
+  // first, as most drawings are.
+  constexpr std::size_t FirstStep = std::size_t{1} << 13, LargestStep = std::size_t{1} << 18;
   std::string Bytes;
-  while (true) {
+  for (std::size_t Step = FirstStep; true; Step = std::min(Step * 2, LargestStep)) {
     const std::size_t Old = Bytes.size();
     Bytes.resize(Old + Step);
     const std::size_t Count = Stream.Read(Bytes.data() + Old, Step);

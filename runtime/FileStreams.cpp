@@ -30,9 +30,12 @@ fs::file_status StatusOf(const fs::path& Path) {
 }
 
 String RandomSuffix() {
+  // Each call may ask the processor for entropy, which takes longer than all the rest here.
   std::random_device Device;
   String Result = u".";
-  for (int I = 0; I < 12; ++I) Result += u"abcdefghijklmnopqrstuvwxyz012345"[Device() % 32];
+  for (int Call = 0; Call < 2; ++Call)
+    for (std::uint32_t Bits = Device(), I = 0; I < 6; ++I, Bits >>= 5)
+      Result += u"abcdefghijklmnopqrstuvwxyz012345"[Bits % 32];
   return Result + u".tmp";
 }
 
@@ -131,7 +134,8 @@ TAtomicFile::~TAtomicFile() {
 
 void TAtomicFile::Open() {
   std::error_code Error;
-  if (const fs::path Pointed = fs::canonical(FTarget, Error); !Error) FTarget = Pointed;
+  if (fs::is_symlink(fs::symlink_status(FTarget, Error)))
+    if (const fs::path Pointed = fs::canonical(FTarget, Error); !Error) FTarget = Pointed;
   const fs::file_status Status = StatusOf(FTarget);
   const bool IsDirect = fs::exists(Status) && !fs::is_regular_file(Status);
   if (!IsDirect) {
