@@ -57,7 +57,7 @@ bool TSVGElement::HasPreceding(const TSVGElement* Element) const {
 // --- Conditional processing
 
 bool TSVGElement::HasFeatures() const {
-  if (!FOwner) return true;
+  if (!FOwner || !FTexts) return true;
   const TStrings& Features = RequiredFeatures();
   for (std::int32_t I = 0; I < Features.Count(); ++I)
     if (!FOwner->SupportsFeature(Features[I])) return false;
@@ -65,12 +65,12 @@ bool TSVGElement::HasFeatures() const {
 }
 
 bool TSVGElement::HasExtensions() const {
-  return RequiredExtensions().Count() == 0;
+  return !FTexts || RequiredExtensions().Count() == 0;
 }
 
 bool TSVGElement::HasLanguages() const {
   bool Result = true;
-  if (!FOwner) return Result;
+  if (!FOwner || !FTexts) return Result;
   if (!Language().empty()) {
     Result = FOwner->SupportsLanguage(Language());
     if (Result) return true;

@@ -88,6 +88,10 @@ inline constexpr std::int64_t PatternPixels = std::int64_t{1} << 24;
 // Bytes that the coverage kept for redrawing may take, of all documents together. The tiger at the
 // size of a large screen takes about two megabytes.
 inline constexpr std::size_t CoverageBytes = std::size_t{64} << 20;
+// What is kept of one path that is shown in many places through references: 64 by 64 positions
+// within a pixel, and as many bytes as those of a few pixels take.
+inline constexpr std::size_t StampsOfPath = 4096;
+inline constexpr std::size_t StampBytesOfPath = std::size_t{2} << 20;
 // Bytes of an image after decoding, asked of the header before memory is taken. Four bytes a pixel,
 // so that the pictures of the largest phone cameras (108 million pixels) fit.
 inline constexpr std::size_t ImageBytes = std::size_t{440} << 20;

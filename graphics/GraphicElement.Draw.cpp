@@ -83,7 +83,7 @@ bool TSVGGraphicElement::DoShouldDraw() {
 
 void TSVGGraphicElement::InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                       const TRectF& Rect) {
-  const TMatrix M = QXMatrixMultiply(FMatrix, Matrix);
+  const TMatrix M = IsIdentityMatrix(FMatrix) ? Matrix : QXMatrixMultiply(FMatrix, Matrix);
   const Scope InForce(*this);
   const bool Drawing = BeginDraw(M, Canvas, Rect);
   // A reference may bring the walk to this element again below itself.
@@ -309,10 +309,15 @@ void TSVGGraphicElement::DrawPath(const TQXPathData& Data, const TMatrix& Matrix
 
 void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode, Coverage* Kept,
                                   const TMatrix& Matrix, TQXGPCanvas& Canvas) {
-  TQXPathSource Source{View, FillModeOf(GetFillRule(), Mode), Matrix, Kept ? &Kept->Fill : nullptr};
+  TQXPathSource Source{View, FillModeOf(GetFillRule(), Mode), Matrix};
+  if (Kept) Source.Coverage = &Kept->Fill;
   const bool Fills = Canvas.Brush().Kind() != TQXGPBrushKind::bkNone;
   const bool Strokes = Canvas.Pen().Kind() != TQXGPBrushKind::bkNone;
   if (!Fills && !Strokes) return;
+  if (const Scope* const InForce = ScopeInForce(); InForce && InForce->IsBorrowed()) {
+    Source.IsRepeated = true;
+    if (Kept) Source.Stamps = &Kept->Stamps;
+  }
   const double Opacity = GetAbsoluteOpacity();
   if (Fills) Canvas.FillPath(Source, static_cast<float>(FillOpacity() * Opacity));
   if (Kept) Source.Coverage = &Kept->Stroke;

@@ -4,10 +4,34 @@
 
 namespace qxsvg {
 
+namespace {
+
+class TLending {
+ public:
+  explicit TLending(bool& Flag) : FFlag(Flag), FWas(Flag) { FFlag = true; }
+  TLending(const TLending&) = delete;
+  TLending& operator=(const TLending&) = delete;
+  ~TLending() { FFlag = FWas; }
+
+ private:
+  bool& FFlag;
+  bool FWas;
+};
+
+}  // namespace
+
 TSVGGraphicElement::Scope::Scope(TSVGGraphicElement& Element)
     : FThread(Thread()), FElement(Element), FPrevious(FThread.Top), FOuter(Element.FScope) {
   FIsStraight =
       !FPrevious || (FPrevious->FIsStraight && &FPrevious->FElement == Element.GetGraphicParent());
+  switch (Element.SVGType()) {
+    case TSVGElementType::etMarker: FIsBorrowed = true; break;
+    // The tile is drawn once for all who are painted with it.
+    case TSVGElementType::etPattern: FIsBorrowed = false; break;
+    default: FIsBorrowed = FPrevious && (FPrevious->FIsBorrowed || FPrevious->FIsUse); break;
+  }
+  FIsRooted = FIsStraight && (FPrevious ? FPrevious->FIsRooted : !Element.Parent());
+  FIsUse = Element.SVGType() == TSVGElementType::etUse;
   Build();
   FThread.Top = this;
   Element.FScope = this;
@@ -35,13 +59,13 @@ void TSVGGraphicElement::Scope::Build() {
 
 void TSVGGraphicElement::Scope::BuildBelow(const TSVGGraphicElement& Parent, const Scope* Above) {
   const TSVGGraphicElement& E = FElement;
+  const TSVGStyleProperties Marks = E.FInherits.Value();
   if (Above)
-    FSources = Above->FSources;
+    for (std::size_t I = 0; I < Looked.size(); ++I)
+      FSources[I] = Marks.Has(Looked[I]) ? Above->FSources[I] : &E;
   else
-    for (const TSVGStyleProperty Property : E.FInherits.Value() * LookedSet)
-      FSources[Slots[Ordinal(Property)]] = &Parent.SourceOf(Property);
-  for (const TSVGStyleProperty Property : LookedSet - E.FInherits.Value())
-    FSources[Slots[Ordinal(Property)]] = &E;
+    for (std::size_t I = 0; I < Looked.size(); ++I)
+      FSources[I] = Marks.Has(Looked[I]) ? &Parent.SourceOf(Looked[I]) : &E;
   FAbsoluteOpacity = SourceOf(TSVGStyleProperty::ipOpacity)->FOpacity * Parent.GetAbsoluteOpacity();
   if (E.IsMarked(TSVGStyleProperty::ipDisplay) && E.IsMarked(TSVGStyleProperty::ipVisibility))
     FVisible = &Parent.SourceOfVisible();
@@ -56,12 +80,25 @@ void TSVGGraphicElement::Scope::Lend(TSVGElement& Child, TSVGElement* To,
                                      const TSVGElement& Borrower) {
   TThread& State = Thread();
   const Scope* const Top = State.Top;
-  const bool Keeps = Top && Top->FIsStraight && &Top->FElement == &Borrower &&
-                     Top->FGeneration == State.Generation;
+  const bool Keeps = Top && Top->FIsStraight && Top->IsFor(Borrower);
   const std::uint64_t Generation = State.Generation;
-  Child.SetParent(To);
+  {
+    const TLending Lending(State.IsLending);
+    Child.SetParent(To);
+  }
   // Anything else that changed on the way counts.
   if (Keeps && State.Generation == Generation + 1) State.Generation = Generation;
+}
+
+bool TSVGGraphicElement::IsAbove(TSVGElement& Candidate, const TSVGElement& Element) {
+  // Where the drawing came straight down from the root, those above are those that are drawn.
+  if (const Scope* const Top = Scope::Innermost(); Top && Top->IsRooted() && Top->IsFor(Element)) {
+    const TSVGGraphicElement* const Graphic = Candidate.AsGraphicElement();
+    return Graphic && Graphic->FScope;
+  }
+  for (const TSVGElement* E = &Element; E; E = E->Parent())
+    if (E == &Candidate) return true;
+  return false;
 }
 
 void TSVGGraphicElement::Lend(TSVGElement& Child, TSVGElement* To, const TSVGElement& Borrower) {

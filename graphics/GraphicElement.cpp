@@ -52,7 +52,8 @@ void TSVGGraphicElement::Reset() {
   MarkPaintsChanged();
   FClippingChanged = true;
   FShapeCacheChanged = true;
-  DropCoverage();
+  // With another parent the outline may come out otherwise, and will tell if it does.
+  if (!Scope::IsLending()) DropCoverage();
   TSVGElement::Reset();
 }
 

@@ -66,6 +66,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   bool IsEnabled() const override;
   // Sets the parent of Child, which Borrower shows as its own for a moment or gives back.
   static void Lend(TSVGElement& Child, TSVGElement* To, const TSVGElement& Borrower);
+  // Whether Candidate is Element or one of its ancestors.
+  static bool IsAbove(TSVGElement& Candidate, const TSVGElement& Element);
   void AssignProperties(const TSVGElement* Source) override;
   void Clear() override;
   void Reset() override;

@@ -8,6 +8,7 @@
 #include "graphics/SVGFont.h"
 #include "graphics/SVGPen.h"
 #include "graphics/surface/CoverageCache.h"
+#include "graphics/surface/CoverageStamps.h"
 
 namespace qxsvg {
 
@@ -36,6 +37,8 @@ struct TSVGGraphicElement::Coverage {
   // Made at the second drawing.
   TQXCoverageCache Fill{QXSharedCoverageBudget(), true};
   TQXCoverageCache Stroke{QXSharedCoverageBudget(), true};
+  // For what is shown through references.
+  TQXCoverageStamps Stamps{QXSharedCoverageBudget()};
 };
 
 // Switches the change notice of a paint object off while inherited parts are copied into it, so

@@ -43,6 +43,19 @@ class TSVGGraphicElement::Scope {
   double AbsoluteOpacity() const { return FAbsoluteOpacity; }
   bool IsEnabled() const { return FIsEnabled; }
 
+  // The drawing came here through a reference, so that there may be others.
+  bool IsBorrowed() const { return FIsBorrowed; }
+  // An element of this thread is being lent or given back.
+  static bool IsLending() { return Thread().IsLending; }
+
+  // The last that was made in this thread, or null.
+  static const Scope* Innermost() { return Thread().Top; }
+  bool IsRooted() const { return FIsRooted; }
+  // Whether it is up to date and that of Element.
+  bool IsFor(const TSVGElement& Element) const {
+    return &FElement == &Element && FGeneration == FThread.Generation;
+  }
+
   const Scope& Renewed() {
     if (FGeneration != FThread.Generation) Build();
     return *this;
@@ -52,6 +65,7 @@ class TSVGGraphicElement::Scope {
   struct TThread {
     std::uint64_t Generation = 0;
     Scope* Top = nullptr;
+    bool IsLending = false;
   };
   static constexpr std::uint8_t NoSlot = 0xff;
   static constexpr std::array Looked{TSVGStyleProperty::ipColorInterpolation,
@@ -73,11 +87,6 @@ class TSVGGraphicElement::Scope {
                                      TSVGStyleProperty::ipStrokeWidth,
                                      TSVGStyleProperty::ipTextRendering,
                                      TSVGStyleProperty::ipVectorEffect};
-  static constexpr TSVGStyleProperties LookedSet = [] {
-    TSVGStyleProperties Result;
-    for (const TSVGStyleProperty Property : Looked) Result.Include(Property);
-    return Result;
-  }();
   static constexpr std::array<std::uint8_t, 64> Slots = [] {
     std::array<std::uint8_t, 64> Result{};
     Result.fill(NoSlot);
@@ -109,6 +118,9 @@ class TSVGGraphicElement::Scope {
   bool FIsEnabled = true;
   // The scopes before are those of the ancestors, and none else.
   bool FIsStraight;
+  bool FIsBorrowed, FIsUse;
+  // They reach up to the root of the tree.
+  bool FIsRooted;
 };
 
 inline const TSVGGraphicElement::Scope* TSVGGraphicElement::ScopeInForce() const {

@@ -7,6 +7,7 @@
 #include "graphics/surface/PathMeasure.h"
 #include "raster/Kernels.h"
 #include "raster/RegionCover.h"
+#include "raster/StampSink.h"
 
 namespace qxsvg {
 
@@ -90,6 +91,8 @@ struct TQXRasterCanvas::TScratch {
   TRasterizer Rasterizer;
   TClipSink ClipSink;
   TSpanStore Kept;
+  TStampSink StampSink;
+  std::vector<std::uint8_t> StampBytes;
   std::vector<std::shared_ptr<TSpanStore>> SpareMasks;
   std::vector<std::uint64_t> Packed;
   TGradientPaint Gradient;
@@ -148,9 +151,55 @@ void TQXRasterCanvas::Cover(ISpanSink& Sink, const Drawing& Draw) {
   Draw(FClip.Box(), FScratch->ClipSink);
 }
 
+TMatrix TQXRasterCanvas::PlaceOf(const TQXPathSource& Source) const {
+  if (!Source.IsRepeated || !IsIdentityMatrix(Matrix())) return Source.Matrix;
+  return TStampPlace::Rounded(Source.Matrix);
+}
+
+// A small shape is drawn by its stamp in every place, also where none is kept: so it looks the same
+// however often it was drawn.
 template <class Drawing>
-void TQXRasterCanvas::CoverKept(TQXCoverageCache* Cache, const TQXCoverageKey& Key, ISpanSink& Sink,
-                                const Drawing& Draw) {
+bool TQXRasterCanvas::CoverStamped(const TQXPathSource& Source, const TQXCoverageKey& Key,
+                                   float Reach, ISpanSink& Sink, const Drawing& Draw) {
+  TStampPlace Place;
+  if (!Place.Begin(Key.PathMatrix)) return false;
+  Place.Key.Mode = Key.Mode;
+  Place.Key.Stroke = Key.Stroke;
+  const auto Replay = [&](const TQXStamp& Stamp, const std::uint8_t* Bytes) {
+    Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
+      TStampSink::Replay(Stamp, Bytes, Place.X, Place.Y, Clip, Next);
+    });
+  };
+  if (Source.Stamps)
+    if (const TQXStamp* const Stamp = Source.Stamps->Find(Place.Key)) {
+      Replay(*Stamp, Source.Stamps->Bytes(*Stamp));
+      return true;
+    }
+  TQXStamp Box;
+  if (!Place.Enclose(Source.Path, Reach, Box)) return false;
+  TStampSink& Stamps = FScratch->StampSink;
+  Stamps.Begin(Box);
+  Draw(Place.Local, TRect{0, 0, Box.Width, Box.Height}, Stamps);
+  const TQXStamp Stamp = Stamps.Result();
+  std::uint8_t* Bytes = Source.Stamps ? Source.Stamps->Add(Place.Key, Stamp) : nullptr;
+  if (!Bytes) {
+    FScratch->StampBytes.resize(std::size_t{Stamp.Width} * Stamp.Height +
+                                TQXCoverageStamps::Padding);
+    Bytes = FScratch->StampBytes.data();
+  }
+  Stamps.CopyTo(Stamp, Bytes);
+  Replay(Stamp, Bytes);
+  return true;
+}
+
+template <class Drawing>
+void TQXRasterCanvas::CoverKept(const TQXPathSource& Source, const TQXCoverageKey& Key, float Reach,
+                                ISpanSink& Sink, const Drawing& Drawn) {
+  if (Source.IsRepeated && IsIdentityMatrix(Matrix()) &&
+      CoverStamped(Source, Key, Reach, Sink, Drawn))
+    return;
+  TQXCoverageCache* const Cache = Source.Coverage;
+  const auto Draw = [&](const TRect& Clip, ISpanSink& Next) { Drawn(Key.PathMatrix, Clip, Next); };
   switch (Cache ? Cache->Ask(Key) : TQXCoverageCache::TUse::Draw) {
     case TQXCoverageCache::TUse::Draw: return Cover(Sink, Draw);
     case TQXCoverageCache::TUse::Replay: return TSpanStore::Replay(Cache->Data(), Sink);
@@ -241,8 +290,12 @@ void TQXRasterCanvas::DoFillPath(const TQXPathSource& Source, const TQXGPBrush& 
                                  float Opacity) {
   if (FClip.IsEmpty()) return;
   TRectF R;
-  const TMatrix ToDevice =
-      IsIdentityMatrix(Source.Matrix) ? Matrix() : QXMatrixMultiply(Source.Matrix, Matrix());
+  const auto Through = [this](const TMatrix& M) {
+    return IsIdentityMatrix(M) ? Matrix() : QXMatrixMultiply(M, Matrix());
+  };
+  TQXCoverageKey Key;
+  Key.PathMatrix = PlaceOf(Source);
+  const TMatrix ToDevice = Through(Key.PathMatrix);
   if (!IsFinite(ToDevice)) return;
   const TRectF Box = Brush.Kind() == TQXGPBrushKind::bkGradient
                          ? QXPathBounds(Source.Path, Source.Matrix)
@@ -255,36 +308,35 @@ void TQXRasterCanvas::DoFillPath(const TQXPathSource& Source, const TQXGPBrush& 
       });
     });
   }
-  TQXCoverageKey Key;
   if (Source.Coverage) {
     Key.Matrix = Matrix();
-    Key.PathMatrix = Source.Matrix;
     Key.Clip = FClip.Hash();
     Key.Mode = static_cast<std::uint32_t>(Source.FillMode) | (IsAliased() ? 2u : 0u);
   }
-  Paint(Brush.Kind(), Brush, Box, Opacity, [&](ISpanSink& Sink) {
-    CoverKept(Source.Coverage, Key, Sink, [&](const TRect& Clip, ISpanSink& Next) {
-      FScratch->Rasterizer.Fill(Source.Path, ToDevice, Clip, {Source.FillMode, IsAliased()}, Next);
-    });
-  });
+  const auto Draw = [&](const TMatrix& M, const TRect& Clip, ISpanSink& Next) {
+    FScratch->Rasterizer.Fill(Source.Path, Through(M), Clip, {Source.FillMode, IsAliased()}, Next);
+  };
+  Paint(Brush.Kind(), Brush, Box, Opacity,
+        [&](ISpanSink& Sink) { CoverKept(Source, Key, 0, Sink, Draw); });
 }
 
 void TQXRasterCanvas::DoDrawPath(const TQXPathSource& Source, const TQXGPPen& Pen, float Opacity) {
   if (FClip.IsEmpty() || !IsFinite(QXMatrixMultiply(Source.Matrix, Matrix()))) return;
   const TQXStrokeStyle Style = TQXStrokeStyle::FromPen(Pen);
   TQXCoverageKey Key;
+  Key.PathMatrix = PlaceOf(Source);
   if (Source.Coverage) {
     Key.Matrix = Matrix();
-    Key.PathMatrix = Source.Matrix;
     Key.Stroke = HashOf(Style);
     Key.Clip = FClip.Hash();
     Key.Mode = IsAliased() ? 2u : 0u;
   }
   const auto Draw = [&](ISpanSink& Sink) {
-    CoverKept(Source.Coverage, Key, Sink, [&](const TRect& Clip, ISpanSink& Next) {
-      FScratch->Rasterizer.Stroke(Source.Path, Source.Matrix, Style, Matrix(), Clip, IsAliased(),
-                                  Next);
-    });
+    CoverKept(Source, Key, Style.Reach(), Sink,
+              [&](const TMatrix& M, const TRect& Clip, ISpanSink& Next) {
+                FScratch->Rasterizer.Stroke(Source.Path, M, Style, Matrix(), Clip, IsAliased(),
+                                            Next);
+              });
   };
   if (Pen.Kind() == TQXGPBrushKind::bkSolid) return PaintColor(Pen.Color(), Opacity, Draw);
   if (!Pen.InnerBrush()) return;

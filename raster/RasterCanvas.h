@@ -45,9 +45,16 @@ class QXSVG_API TQXRasterCanvas final : public TQXGPCanvas {
   std::shared_ptr<TSpanStore> NewMask();
   template <class Drawing>
   void Cover(ISpanSink& Sink, const Drawing& Draw);
+  // The matrix of a path, which is moved a little where the path is drawn in many places.
+  TMatrix PlaceOf(const TQXPathSource& Source) const;
+  // Draw takes the matrix to draw with, the pixels to draw to and a sink. Reach is how much is
+  // covered around the path's points.
   template <class Drawing>
-  void CoverKept(TQXCoverageCache* Cache, const TQXCoverageKey& Key, ISpanSink& Sink,
-                 const Drawing& Draw);
+  void CoverKept(const TQXPathSource& Source, const TQXCoverageKey& Key, float Reach,
+                 ISpanSink& Sink, const Drawing& Draw);
+  template <class Drawing>
+  bool CoverStamped(const TQXPathSource& Source, const TQXCoverageKey& Key, float Reach,
+                    ISpanSink& Sink, const Drawing& Draw);
   template <class Covering>
   void Paint(TQXGPBrushKind Kind, const TQXGPBrush& Brush, const TRectF& Box, float Opacity,
              const Covering& Draw);

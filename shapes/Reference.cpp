@@ -57,12 +57,6 @@ void Tell(const TSVGElement& User, StringView Text) {
     User.Document()->Diagnose(TSVGDiagnosticKind::dkLimit, const_cast<TSVGElement*>(&User), Text);
 }
 
-bool IsAncestor(const TSVGElement& Candidate, const TSVGElement& Element) {
-  for (const TSVGElement* E = Element.Parent(); E; E = E->Parent())
-    if (E == &Candidate) return true;
-  return false;
-}
-
 // Whether Element, which had that identifier, is still in the document.
 bool IsAlive(TSVGDocument& Document, StringView ID, const TSVGElement* Element) {
   if (Document.FindElement(ID) == Element) return true;
@@ -153,7 +147,7 @@ TAdoption::TAdoption(TSVGElement& Child, TSVGElement& Parent)
   // Within a larger walk an element that names itself is left out like any other loop; asked for by
   // itself it is refused by SetParent.
   const bool NamesItself = &Child == &Parent && Work.Scopes > 1;
-  if (NamesItself || (&Child != &Parent && IsAncestor(Child, Parent))) {
+  if (NamesItself || (&Child != &Parent && TSVGGraphicElement::IsAbove(Child, Parent))) {
     // The child would come to stand above itself, and every question to a parent would never end.
     if (FDocument)
       FDocument->Diagnose(TSVGDiagnosticKind::dkReference, &Parent, SCircularReference);

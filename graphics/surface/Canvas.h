@@ -18,6 +18,7 @@
 namespace qxsvg {
 
 class TQXCoverageCache;
+class TQXCoverageStamps;
 
 // What is filled or stroked: points that stay the caller's for the length of the call.
 struct TQXPathSource {
@@ -28,6 +29,12 @@ struct TQXPathSource {
   TMatrix Matrix;
   // Where coverage may be kept from drawing to drawing, or null.
   TQXCoverageCache* Coverage = nullptr;
+  // The path is drawn in many places: a surface of pixels may move it to the nearest 1/256 of one,
+  // so that places a whole number of pixels apart get the same coverage. In any case, whether or
+  // not there is something to keep it in.
+  bool IsRepeated = false;
+  // Where that is kept, or null.
+  TQXCoverageStamps* Stamps = nullptr;
 };
 
 enum class TQXDiagnostic : std::uint8_t {
