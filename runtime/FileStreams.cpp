@@ -30,8 +30,8 @@ fs::file_status StatusOf(const fs::path& Path) {
 }
 
 String RandomSuffix() {
-  // Each call may ask the processor for entropy, which takes longer than all the rest here.
-  std::random_device Device;
+  // Making one, and each call, may ask the processor, which takes longer than all the rest here.
+  thread_local std::random_device Device;
   String Result = u".";
   for (int Call = 0; Call < 2; ++Call)
     for (std::uint32_t Bits = Device(), I = 0; I < 6; ++I, Bits >>= 5)
