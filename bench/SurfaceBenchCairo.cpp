@@ -88,10 +88,7 @@ class TCairoEngine final : public IBenchEngine {
     cairo_pattern_add_color_stop_rgb(Pattern, 0.4, 1, 1, 0);
     cairo_pattern_add_color_stop_rgb(Pattern, 1, 0, 0, 1);
     cairo_pattern_set_extend(Pattern, CAIRO_EXTEND_PAD);
-    cairo_set_source(FContext, Pattern);
-    cairo_rectangle(FContext, 0, 0, FSize, FSize);
-    cairo_fill(FContext);
-    cairo_pattern_destroy(Pattern);
+    FillAllWith(Pattern);
   }
 
   void FillTiled(const TMatrix& M) override {
@@ -102,10 +99,7 @@ class TCairoEngine final : public IBenchEngine {
     cairo_pattern_set_matrix(Pattern, &Matrix);
     cairo_pattern_set_extend(Pattern, CAIRO_EXTEND_REPEAT);
     cairo_pattern_set_filter(Pattern, CAIRO_FILTER_BILINEAR);
-    cairo_set_source(FContext, Pattern);
-    cairo_rectangle(FContext, 0, 0, FSize, FSize);
-    cairo_fill(FContext);
-    cairo_pattern_destroy(Pattern);
+    FillAllWith(Pattern);
   }
 
   void DrawImage(const TRectF& Dest) override {
@@ -136,6 +130,13 @@ class TCairoEngine final : public IBenchEngine {
   }
 
  private:
+  // Takes the pattern.
+  void FillAllWith(cairo_pattern_t* Pattern) {
+    cairo_set_source(FContext, Pattern);
+    cairo_rectangle(FContext, 0, 0, FSize, FSize);
+    cairo_fill(FContext);
+    cairo_pattern_destroy(Pattern);
+  }
   void End() {
     if (FContext) cairo_destroy(FContext);
     if (FSurface) cairo_surface_destroy(FSurface);
