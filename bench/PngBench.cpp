@@ -1,5 +1,6 @@
-// PNG writing, beside libpng with its defaults. The pictures are drawings of the measured sets at
-// 1024 pixels, alone and on white. The counter "bytes" is the size of the file.
+// PNG writing, beside libpng with its defaults. The pictures are the first drawings of the measured
+// sets and of the kinds of drawings in the corpus at 1024 pixels, alone and on white. The counter
+// "bytes" is the size of the file.
 #include <benchmark/benchmark.h>
 #if defined(QXSVG_BENCH_LIBPNG)
 #include <png.h>
@@ -89,15 +90,25 @@ void WriteTheirs(benchmark::State& State, const TPicture& Picture) {
 }
 #endif
 
-// The first drawing of each set of the measured ones.
+struct TSet {
+  const char* Folder;
+  std::size_t Count;
+};
+constexpr TSet Sets[] = {{"perf/tiger", 1},      {"perf/mapworld", 1},   {"perf/gradgen", 1},
+                         {"perf/icons200", 1},   {"perf/emoji100", 1},   {"perf/flags50", 1},
+                         {"corpus/drawings", 8}, {"corpus/emoji", 8},    {"corpus/flags", 4},
+                         {"corpus/icons", 4},    {"corpus/features", 4}, {"corpus/maps", 2}};
+
 std::vector<fs::path> Drawings() {
   std::vector<fs::path> Result;
-  for (const char* Set : {"tiger", "mapworld", "gradgen", "icons200", "emoji100", "flags50"}) {
+  for (const TSet& Set : Sets) {
     std::vector<fs::path> Files;
     std::error_code Error;
-    for (const auto& Entry : fs::recursive_directory_iterator(Data() / "perf" / Set, Error))
+    for (const auto& Entry : fs::recursive_directory_iterator(Data() / Set.Folder, Error))
       if (Entry.path().extension() == ".svg") Files.push_back(Entry.path());
-    if (!Files.empty()) Result.push_back(*std::min_element(Files.begin(), Files.end()));
+    std::sort(Files.begin(), Files.end());
+    Files.resize(std::min(Files.size(), Set.Count));
+    Result.insert(Result.end(), Files.begin(), Files.end());
   }
   return Result;
 }
