@@ -45,20 +45,21 @@ void PackColorAlpha(const std::uint32_t* __restrict Row, std::size_t Count,
   }
 }
 
-// Four pixels are three words, but for the last ones.
-void PackColor(const std::uint32_t* __restrict Row, std::size_t Count,
+// Four pixels are three words, but for the last ones. Those that are clear become Clear.
+void PackColor(const std::uint32_t* __restrict Row, std::size_t Count, std::uint32_t Clear,
                std::uint8_t* __restrict Target) {
+  const auto Solid = [=](std::size_t I) { return Row[I] >> 24 == 0 ? Clear : Row[I]; };
   std::size_t X = 0;
   if constexpr (std::endian::native == std::endian::little) {
     for (; X + 4 <= Count; X += 4, Target += 12) {
-      const auto Color = [&](std::size_t I) { return InFileOrder(Row[X + I]) & 0xFFFFFF; };
+      const auto Color = [&](std::size_t I) { return InFileOrder(Solid(X + I)) & 0xFFFFFF; };
       const std::uint32_t Words[] = {Color(0) | Color(1) << 24, Color(1) >> 8 | Color(2) << 16,
                                      Color(2) >> 16 | Color(3) << 8};
       std::memcpy(Target, Words, sizeof Words);
     }
   }
   for (; X < Count; ++X)
-    for (const int Shift : {16, 8, 0}) *Target++ = ByteOf(Row[X] >> Shift);
+    for (const int Shift : {16, 8, 0}) *Target++ = ByteOf(Solid(X) >> Shift);
 }
 
 }  // namespace
@@ -88,20 +89,22 @@ bool TPngPicture::IsRepeated(std::int32_t Y) const {
 }
 
 void TPngPicture::Analyse() {
-  std::uint32_t AllAlpha = 0xFF;
+  // Of the alpha 0 and 255 alone the sum with 1 has none of these bits.
+  constexpr std::uint32_t Mixed = 0xFE000000, Opaque = 0xFF000000;
+  std::uint32_t Alphas = Opaque, Mixtures = 0;
   bool IsGray = true, IsIndexed = true;
   for (std::int32_t Y = 0; Y < Height(); ++Y) {
     if (IsRepeated(Y)) continue;
     const std::uint32_t* Row = FPixels.Row(Y);
-    std::uint32_t Alphas = 0xFF000000, Differences = 0;
+    std::uint32_t Differences = 0;
     for (std::int32_t X = 0; X < Width(); ++X) {
       Alphas &= Row[X];
+      Mixtures |= ((Row[X] >> 24) + 1) << 24;
       Differences |= (Row[X] ^ Row[X] >> 8) & 0xFFFF;
     }
-    AllAlpha &= Alphas >> 24;
     IsGray = IsGray && Differences == 0;
     if (!IsIndexed) {
-      if (AllAlpha != 0xFF) break;  // nothing is left to find out
+      if ((Mixtures & Mixed) != 0) break;  // nothing is left to find out
       continue;
     }
     std::uint32_t Last = ~Row[0];
@@ -111,7 +114,7 @@ void TPngPicture::Analyse() {
       IsIndexed = FPalette.Add(Last).has_value();
     }
   }
-  const bool IsOpaque = AllAlpha == 0xFF;
+  const bool IsOpaque = Alphas >= Opaque;
   const std::size_t Count = Colors().size();
   if (IsIndexed && Count <= 16) {
     FType = ctPalette;
@@ -121,8 +124,22 @@ void TPngPicture::Analyse() {
   } else if (IsIndexed) {
     FType = ctPalette;
   } else {
-    FType = IsOpaque ? ctColor : ctColorAlpha;
+    if (!IsOpaque && (Mixtures & Mixed) == 0) FKey = UnusedGray();
+    FType = IsOpaque || FKey ? ctColor : ctColorAlpha;
   }
+}
+
+std::optional<std::uint8_t> TPngPicture::UnusedGray() const {
+  std::array<bool, 256> IsUsed{};
+  for (std::int32_t Y = 0; Y < Height(); ++Y) {
+    if (IsRepeated(Y)) continue;
+    const std::uint32_t* Row = FPixels.Row(Y);
+    for (std::int32_t X = 0; X < Width(); ++X)
+      if (Row[X] >> 24 != 0 && ((Row[X] ^ Row[X] >> 8) & 0xFFFF) == 0) IsUsed[Row[X] & 0xFF] = true;
+  }
+  const auto Found = std::find(IsUsed.begin(), IsUsed.end(), false);
+  if (Found == IsUsed.end()) return std::nullopt;
+  return static_cast<std::uint8_t>(Found - IsUsed.begin());
 }
 
 void TPngPicture::PackIndices(const std::uint32_t* Row, std::uint8_t* Target) {
@@ -161,7 +178,7 @@ void TPngPicture::Pack(std::int32_t Y, std::uint8_t* Target) {
     case ctGray:
       for (std::size_t X = 0; X < Count; ++X) Target[X] = ByteOf(Row[X]);
       return;
-    case ctColor: PackColor(Row, Count, Target); return;
+    case ctColor: PackColor(Row, Count, FKey.value_or(0) * 0x010101u, Target); return;
     case ctColorAlpha: return PackColorAlpha(Row, Count, Target);
   }
 }

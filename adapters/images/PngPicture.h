@@ -44,6 +44,8 @@ class TPngPicture {
   // In bytes.
   std::size_t RowSize() const;
   const std::vector<std::uint32_t>& Colors() const { return FPalette.Colors(); }
+  // The gray that stands for clear pixels among colours without alpha, where there are such.
+  std::optional<std::uint8_t> Key() const { return FKey; }
 
   // Whether the row is the same as the one above it.
   bool IsRepeated(std::int32_t Y) const;
@@ -52,11 +54,13 @@ class TPngPicture {
 
  private:
   void Analyse();
+  std::optional<std::uint8_t> UnusedGray() const;
   void PackIndices(const std::uint32_t* Row, std::uint8_t* Target);
 
   TQXConstPixels FPixels;
   TColorType FType = ctColorAlpha;
   int FDepth = 8;
+  std::optional<std::uint8_t> FKey;
   TPngPalette FPalette;
 };
 

@@ -197,6 +197,10 @@ void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
   Target.WriteBytes(BytesOf("\x89PNG\r\n\x1A\n"));
   WriteChunk(Target, "IHDR", Header);
   if (Picture.Type() == ctPalette) WritePalette(Target, Picture.Colors());
+  if (const auto Key = Picture.Key()) {
+    const std::uint8_t Channels[] = {0, *Key, 0, *Key, 0, *Key};
+    WriteChunk(Target, "tRNS", Channels);
+  }
   WriteChunk(Target, "IDAT", Stream.Bytes());
   WriteChunk(Target, "IEND", {});
 }

@@ -79,7 +79,13 @@ TEST(PngWriter, KeepsEveryPixelInTheSmallestKindOfFile) {
       {"repeated rows",
        [](auto X, auto Y) { return 0xFF000000u + X * 0x010305u + Y / 10 * 0x1000u; }, 8, 2},
       {"one clear corner",
-       [](auto X, auto Y) { return X + Y == 0 ? 0 : 0xFF000000u | (X * 771 + Y * 17); }, 8, 6},
+       [](auto X, auto Y) { return X + Y == 0 ? 0 : 0xFF000000u | (X * 771 + Y * 17); }, 8, 2},
+      {"every grey and a clear corner",
+       [](auto X, auto Y) {
+         const auto I = static_cast<std::uint32_t>(X + Y * 77);
+         return I == 0 ? 0 : 0xFF000000u | (I % 2 ? I / 2 % 256 * 0x10101 : I * 771);
+       },
+       8, 6},
   };
   constexpr std::int32_t Sizes[][2] = {{200, 300}, {77, 90}};
   for (const TCase& Case : Cases)
