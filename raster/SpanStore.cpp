@@ -53,13 +53,6 @@ std::span<const TCoverSpan> TSpanStore::RowAt(std::int32_t Y) const {
   const auto Place = static_cast<std::size_t>(Y - FRows.front().Y);
   if (Place < FRows.size() && FRows[Place].Y == Y)
     return {FSpans.data() + FRows[Place].First, FRows[Place].Count};
-  // Mostly no row is missing.
-  const std::int64_t Guess = FRows.empty() ? 0 : std::int64_t{Y} - FRows.front().Y;
-  if (Guess >= 0 && Guess < static_cast<std::int64_t>(FRows.size()) &&
-      FRows[static_cast<std::size_t>(Guess)].Y == Y) {
-    const TRow& Row = FRows[static_cast<std::size_t>(Guess)];
-    return {FSpans.data() + Row.First, Row.Count};
-  }
   const auto Found =
       std::lower_bound(FRows.begin(), FRows.end(), Y,
                        [](const TRow& Row, std::int32_t Wanted) { return Row.Y < Wanted; });
