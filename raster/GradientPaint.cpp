@@ -163,9 +163,28 @@ bool TGradientPaint::BeginRadial(const TQXGPGradient& Gradient, const TRectF& Bo
       !Set(FFromY, M.m12 / RY, M.m22 / RY, (M.m32 - Y) / RY) || !std::isfinite(FX) ||
       !std::isfinite(FY))
     return true;
-  FFocus = {static_cast<float>(FX), static_cast<float>(FY)};
+  const auto FocusX = static_cast<float>(FX), FocusY = static_cast<float>(FY);
+  const double Free = 1 - (double{FocusX} * FocusX + double{FocusY} * FocusY);
+  const auto Last = static_cast<float>(FTable->Count() - 1);
+  FRadial = {FTable->Colors(),
+             Last,
+             0,
+             static_cast<float>(FFromX[1]),
+             0,
+             static_cast<float>(FFromY[1]),
+             FocusX,
+             FocusY,
+             static_cast<float>(Free),
+             static_cast<float>(Last / Free)};
+  BeginRadialRow(0);
   FForm = TForm::Radial;
   return true;
+}
+
+void TGradientPaint::BeginRadialRow(std::int32_t Y) {
+  FRadial.X = static_cast<float>(FFromX[0] + FFromX[2] * Y);
+  FRadial.Y = static_cast<float>(FFromY[0] + FFromY[2] * Y);
+  FRadialY = Y;
 }
 
 float TGradientPaint::LinearStart(std::int32_t Y) const {
@@ -184,25 +203,14 @@ bool TGradientPaint::IsRowEven(std::int32_t Y, std::uint32_t& Color) {
 
 void TGradientPaint::Compute(std::int32_t X, std::int32_t Y, std::int32_t Count,
                              std::uint32_t* Out) {
-  const auto Last = static_cast<float>(FTable->Count() - 1);
   if (FForm == TForm::Linear) {
+    const auto Last = static_cast<float>(FTable->Count() - 1);
     Kernels().FetchLinear(Out, X, Count,
                           {FTable->Colors(), Last, LinearStart(Y), static_cast<float>(FPlaceX)});
     return;
   }
-  TRadialRow Row;
-  Row.Colors = FTable->Colors();
-  Row.Last = Last;
-  Row.X = static_cast<float>(FFromX[0] + FFromX[2] * Y);
-  Row.XStep = static_cast<float>(FFromX[1]);
-  Row.Y = static_cast<float>(FFromY[0] + FFromY[2] * Y);
-  Row.YStep = static_cast<float>(FFromY[1]);
-  Row.FocusX = FFocus.X;
-  Row.FocusY = FFocus.Y;
-  const double Free = 1 - (double{FFocus.X} * FFocus.X + double{FFocus.Y} * FFocus.Y);
-  Row.Free = static_cast<float>(Free);
-  Row.Scale = static_cast<float>(Last / Free);
-  Kernels().FetchRadial(Out, X, Count, Row);
+  if (FRadialY != Y) BeginRadialRow(Y);
+  Kernels().FetchRadial(Out, X, Count, FRadial);
 }
 
 void TGradientPaint::Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) {

@@ -62,6 +62,7 @@ class TGradientPaint final : public IPaint {
  private:
   bool BeginLinear(const TQXGPGradient& Gradient, const TRectF& Box, const TMatrix& FromDevice);
   bool BeginRadial(const TQXGPGradient& Gradient, const TRectF& Box, const TMatrix& FromDevice);
+  void BeginRadialRow(std::int32_t Y);
   void Compute(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out);
   float LinearStart(std::int32_t Y) const;
 
@@ -73,8 +74,9 @@ class TGradientPaint final : public IPaint {
   // Linear: the place on the table at the middle of the pixel (0, 0), and its change along X and Y.
   double FPlace = 0, FPlaceX = 0, FPlaceY = 0;
   // Radial: the distance from the focus in a space where the rim is the unit circle, likewise.
-  TPointF FFocus;
   double FFromX[3] = {}, FFromY[3] = {};
+  TRadialRow FRadial = {};
+  std::int32_t FRadialY = 0;
   // One row for all, where rows do not differ.
   std::vector<std::uint32_t> FRow;
   std::int32_t FRowLeft = 0, FRowRight = 0;

@@ -243,7 +243,7 @@ void TImagePaint::FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Coun
 // Appends the weights of what one place of the device covers of an axis and gives the first of it.
 // Offset is that of the middle of a pixel.
 std::int32_t TImagePaint::AddMean(double Scale, double Offset, std::int32_t At, std::int32_t Low,
-                                  std::int32_t High) {
+                                  std::int32_t High, int One) {
   const double Half = std::max(std::abs(Scale), 1.0) / 2, Middle = Offset + Scale * At;
   double Begin = std::clamp(Middle - Half, double(Low), double(High));
   double End = std::clamp(Middle + Half, double(Low), double(High));
@@ -254,11 +254,11 @@ std::int32_t TImagePaint::AddMean(double Scale, double Offset, std::int32_t At, 
   const std::int32_t First = std::min(static_cast<std::int32_t>(Begin), High - 1);
   const std::int32_t Last = std::max(static_cast<std::int32_t>(std::ceil(End)) - 1, First);
   // Rounding where each ends keeps the sum exact, however many there are.
-  const double Unit = MeanOne / (End - Begin);
+  const double Unit = One / (End - Begin);
   std::int32_t Before = 0;
   for (std::int32_t I = First; I <= Last; ++I) {
     const auto Now =
-        I == Last ? MeanOne : static_cast<std::int32_t>(std::lround((I + 1 - Begin) * Unit));
+        I == Last ? One : static_cast<std::int32_t>(std::lround((I + 1 - Begin) * Unit));
     FWeights.push_back(static_cast<std::uint16_t>(Now - Before));
     Before = Now;
   }
@@ -272,13 +272,14 @@ void TImagePaint::BeginMeans() {
   const auto Columns = static_cast<std::size_t>(FDevice.Width());
   for (std::int32_t X = FDevice.Left; X < FDevice.Right; ++X) {
     FWeights.clear();
-    FMeanFirst.push_back(AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right) - FPart.Left);
+    FMeanFirst.push_back(AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right, MeanOne) -
+                         FPart.Left);
     FMeanPairs = std::max(FMeanPairs, static_cast<std::int32_t>((FWeights.size() + 1) / 2));
   }
   FWeights.clear();
   for (std::size_t I = 1; I <= Columns; ++I) {
     const std::int32_t X = FDevice.Left + static_cast<std::int32_t>(I) - 1;
-    AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right);
+    AddMean(FScaleX, FOffsetX, X, FPart.Left, FPart.Right, MeanOne);
     FWeights.resize(I * static_cast<std::size_t>(FMeanPairs) * 2);
   }
   FShrunk.resize(Columns);
@@ -288,13 +289,26 @@ void TImagePaint::BeginMeans() {
 
 void TImagePaint::ShrinkRow(std::int32_t Y) {
   const std::size_t Known = FWeights.size();
-  const std::int32_t First = AddMean(FScaleY, FOffsetY, Y, FPart.Top, FPart.Bottom);
-  const auto Count = static_cast<std::int32_t>(FWeights.size() - Known);
+  // As many rows as are touched where the first is only touched at its end.
+  const bool IsFew = std::abs(FScaleY) <= FewRows - 2;
+  std::int32_t First =
+      AddMean(FScaleY, FOffsetY, Y, FPart.Top, FPart.Bottom, IsFew ? FewRowsOne : MeanOne);
+  TMeanRows Rows{nullptr, FPixels.Stride, nullptr,
+                 static_cast<std::int32_t>(FWeights.size() - Known)};
   FWeights.push_back(0);
-  Kernels().MeanRows(
-      FMeans.data(),
-      {FPixels.Row(First) + FPart.Left, FPixels.Stride, FWeights.data() + Known, Count},
-      static_cast<std::int32_t>(FPart.Width()));
+  const auto Weights = FWeights.begin() + static_cast<std::ptrdiff_t>(Known);
+  const auto Only = IsFew ? std::find(Weights, FWeights.end(), FewRowsOne) : FWeights.end();
+  if (Only != FWeights.end()) {
+    // One row alone stands for two.
+    First += static_cast<std::int32_t>(Only - Weights);
+    Rows.Stride = 0;
+    Rows.Count = 2;
+    Weights[0] = Weights[1] = FewRowsOne / 2;
+  }
+  Rows.Pixels = FPixels.Row(First) + FPart.Left;
+  Rows.Weights = &*Weights;
+  (IsFew ? Kernels().MeanFewRows : Kernels().MeanRows)(FMeans.data(), Rows,
+                                                       static_cast<std::int32_t>(FPart.Width()));
   FWeights.resize(Known);
   Kernels().MeanColumns(FShrunk.data(), static_cast<std::int32_t>(FShrunk.size()),
                         {FMeans.data(), FMeanFirst.data(), FWeights.data(), FMeanPairs});

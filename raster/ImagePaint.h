@@ -56,7 +56,7 @@ class TImagePaint final : public IPaint {
   void FetchTurned(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
   void BeginMeans();
   std::int32_t AddMean(double Scale, double Offset, std::int32_t At, std::int32_t Low,
-                       std::int32_t High);
+                       std::int32_t High, int One);
   void ShrinkRow(std::int32_t Y);
 
   TQXConstPixels FPixels;

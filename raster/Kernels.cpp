@@ -141,16 +141,29 @@ void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_
   for (std::int32_t I = 0; I < Count; ++I) Out[I] = MixPixels(A[I], B[I], Weight);
 }
 
-void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+namespace {
+
+// Rounds what the weights give above a whole of MeanBits off.
+void MeanOfRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count, int Shift) {
   for (std::int32_t I = 0; I < Count; ++I) {
     std::uint32_t Sums[4] = {};
     for (std::int32_t Row = 0; Row < Rows.Count; ++Row)
       for (int C = 0; C < 4; ++C)
         Sums[C] += (Rows.Pixels[Row * Rows.Stride + I] >> (8 * C) & 255) * Rows.Weights[Row];
     for (int C = 0; C < 4; ++C)
-      Out[4 * I + C] =
-          static_cast<std::uint16_t>((Sums[C] + (1 << (MeanRowShift - 1))) >> MeanRowShift);
+      Out[4 * I + C] = static_cast<std::uint16_t>((Sums[C] + (1u << (Shift - 1))) >> Shift);
   }
+}
+
+}  // namespace
+
+void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  MeanOfRows(Out, Rows, Count, MeanRowShift);
+}
+
+void PlainMeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  static_assert(FewRowsOne == 2 << MeanBits);
+  MeanOfRows(Out, Rows, Count, 1);
 }
 
 void PlainMeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
@@ -203,7 +216,8 @@ const TKernels PlainKernels = {Sweep<false>,     Sweep<true>,       Fill,
                                PlainBlendPixels, PlainBlendCovered, PlainMultiplyCovers,
                                PlainScaleCovers, PlainFetchLinear,  PlainFetchRadial,
                                PlainResampleRow, PlainMixRows,      PlainMeanRows,
-                               PlainMeanColumns, PlainFetchTurned,  PlainAddSteepRows};
+                               PlainMeanFewRows, PlainMeanColumns,  PlainFetchTurned,
+                               PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

@@ -57,6 +57,10 @@ struct TMeanRows {
   const std::uint16_t* Weights;
   std::int32_t Count;
 };
+// The same for as few rows that weights of FewRowsOne in all tell them well enough; none is all of
+// it, so that they are bytes.
+inline constexpr std::int32_t FewRows = 8;
+inline constexpr int FewRowsOne = 256;
 // Pixel I is the mean of as many Pairs of columns as every other, from First[I] on; the weights of
 // the pixels follow one another. Those of columns that do not belong to it are 0.
 struct TMeanColumns {
@@ -128,6 +132,7 @@ struct TKernels {
                   std::uint32_t Weight, std::int32_t Count);
   // Out gets four numbers a pixel.
   void (*MeanRows)(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
+  void (*MeanFewRows)(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
   void (*MeanColumns)(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns);
   void (*FetchTurned)(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
   void (*AddSteepRows)(const TSteepRows& Rows);

@@ -322,10 +322,11 @@ QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::ui
 
 }  // namespace
 
-const TKernels AVX2Kernels = {
-    Sweep<false>, Sweep<true>,  Fill,           StreamFill,  SSE41StreamCopy, BlendColor,
-    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear,     FetchRadial,
-    ResampleRow,  MixRows,      MeanRows,       MeanColumns, FetchTurned,     AddSteepRows};
+const TKernels AVX2Kernels = {Sweep<false>,    Sweep<true>, Fill,        StreamFill,
+                              SSE41StreamCopy, BlendColor,  BlendPixels, BlendCovered,
+                              MultiplyCovers,  ScaleCovers, FetchLinear, FetchRadial,
+                              ResampleRow,     MixRows,     MeanRows,    MeanFewRows,
+                              MeanColumns,     FetchTurned, AddSteepRows};
 
 }  // namespace qxsvg
 

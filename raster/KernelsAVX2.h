@@ -25,6 +25,7 @@ void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Ro
 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
              std::uint32_t Weight, std::int32_t Count);
 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
+void MeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
 void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns);
 void FetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
 

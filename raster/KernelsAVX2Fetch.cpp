@@ -207,6 +207,59 @@ QXSVG_AVX2 inline __m256i AddProducts(__m256i Sums, __m256i Words, __m256i Weigh
   return _mm256_add_epi32(Sums, _mm256_madd_epi16(Words, Weights));
 }
 
+// Adds two rows of eight pixels with a byte of weight each to the words of pixels 0, 1, 4, 5 and 2,
+// 3, 6, 7. As in MixRows, bytes less 128 have a sign, which the beginning of the sums makes good.
+QXSVG_AVX2 inline void AddTwoRows(__m256i& Low, __m256i& High, const std::uint32_t* A,
+                                  const std::uint32_t* B, __m256i Weights) {
+  const __m256i Sign = _mm256_set1_epi8(-128);
+  const __m256i P = _mm256_xor_si256(Load(A), Sign), Q = _mm256_xor_si256(Load(B), Sign);
+  Low = _mm256_add_epi16(Low, _mm256_maddubs_epi16(Weights, _mm256_unpacklo_epi8(P, Q)));
+  High = _mm256_add_epi16(High, _mm256_maddubs_epi16(Weights, _mm256_unpackhi_epi8(P, Q)));
+}
+template <int Pairs>
+QXSVG_AVX2 inline void MeanPairs(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  const __m256i Begin = _mm256_set1_epi16(-0x8000), Zero = _mm256_setzero_si256();
+  // The last row stands for itself and for one that is not there.
+  const std::uint32_t* Row[2 * Pairs];
+  __m256i Weights[Pairs];
+  for (int I = 0; I < 2 * Pairs; ++I)
+    Row[I] = Rows.Pixels + Rows.Stride * std::min(I, Rows.Count - 1);
+  for (int I = 0; I < Pairs; ++I)
+    Weights[I] =
+        _mm256_set1_epi16(static_cast<short>(Rows.Weights[2 * I + 1] << 8 | Rows.Weights[2 * I]));
+  for (std::int32_t I = 0; I + 8 <= Count; I += 8) {
+    __m256i Low = Begin, High = Begin;
+    AddTwoRows(Low, High, Row[0] + I, Row[1] + I, Weights[0]);
+    if constexpr (Pairs > 1) AddTwoRows(Low, High, Row[2] + I, Row[3] + I, Weights[1]);
+    if constexpr (Pairs > 2) AddTwoRows(Low, High, Row[4] + I, Row[5] + I, Weights[2]);
+    if constexpr (Pairs > 3) AddTwoRows(Low, High, Row[6] + I, Row[7] + I, Weights[3]);
+    Low = _mm256_avg_epu16(Low, Zero);
+    High = _mm256_avg_epu16(High, Zero);
+    Store(Out + 4 * I, _mm256_permute2x128_si256(Low, High, 0x20));
+    Store(Out + 4 * I + 16, _mm256_permute2x128_si256(Low, High, 0x31));
+  }
+}
+
+// The products of the parts of four columns with their weights.
+QXSVG_AVX2 inline __m256i FourColumns(const TMeanColumns& Columns, std::ptrdiff_t I) {
+  const __m256i Parts = _mm256_broadcastsi128_si256(
+      _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
+  const __m256i Each = _mm256_setr_epi32(0x03020100, 0x03020100, 0x03020100, 0x03020100, 0x07060504,
+                                         0x07060504, 0x07060504, 0x07060504);
+  std::int64_t Weights;
+  std::memcpy(&Weights, Columns.Weights + 4 * I, sizeof Weights);
+  return _mm256_madd_epi16(
+      _mm256_shuffle_epi8(Load(Columns.Row + std::ptrdiff_t{4} * Columns.First[I]), Parts),
+      _mm256_shuffle_epi8(_mm256_set1_epi64x(Weights), Each));
+}
+// Two pixels of two pairs each.
+QXSVG_AVX2 inline __m256i MeansOfFours(const TMeanColumns& Columns, std::ptrdiff_t I) {
+  const __m256i A = FourColumns(Columns, I), B = FourColumns(Columns, I + 1);
+  const __m256i Sums = _mm256_add_epi32(_mm256_permute2x128_si256(A, B, 0x20),
+                                        _mm256_permute2x128_si256(A, B, 0x31));
+  return _mm256_srli_epi32(_mm256_add_epi32(Sums, _mm256_set1_epi32(1 << (MeanShift - 1))),
+                           MeanShift);
+}
 QXSVG_AVX2 inline __m256i MeansOfTwo(const TMeanColumns& Columns, std::int32_t I) {
   const __m256i Parts = _mm256_broadcastsi128_si256(
       _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
@@ -262,12 +315,28 @@ QXSVG_AVX2 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t
   PlainMeanRows(Out + 4 * I, Rest, Count - I);
 }
 
+QXSVG_AVX2 void MeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  static_assert(FewRows == 8);
+  switch ((Rows.Count + 1) / 2) {
+    case 1: MeanPairs<1>(Out, Rows, Count); break;
+    case 2: MeanPairs<2>(Out, Rows, Count); break;
+    case 3: MeanPairs<3>(Out, Rows, Count); break;
+    default: MeanPairs<4>(Out, Rows, Count);
+  }
+  const std::int32_t Done = Count & -8;
+  TMeanRows Rest = Rows;
+  Rest.Pixels += Done;
+  PlainMeanFewRows(Out + 4 * Done, Rest, Count - Done);
+}
+
 // Four pixels at a time, two in a vector.
 QXSVG_AVX2 void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
   const std::int32_t Pairs = Columns.Pairs;
   std::int32_t I = 0;
   for (; I + 4 <= Count; I += 4) {
-    const __m256i Words = _mm256_packus_epi32(MeansOfTwo(Columns, I), MeansOfTwo(Columns, I + 2));
+    const __m256i Words =
+        Pairs == 2 ? _mm256_packus_epi32(MeansOfFours(Columns, I), MeansOfFours(Columns, I + 2))
+                   : _mm256_packus_epi32(MeansOfTwo(Columns, I), MeansOfTwo(Columns, I + 2));
     const __m256i Bytes = _mm256_packus_epi16(Words, Words);
     _mm_storeu_si128(
         reinterpret_cast<__m128i*>(Out + I),

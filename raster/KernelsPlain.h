@@ -85,6 +85,7 @@ void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_
 void PlainFetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
 void PlainAddSteepRows(const TSteepRows& Rows);
 void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
+void PlainMeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
 void PlainMeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns);
 #if defined(__x86_64__)
 // What AVX2 has no faster form for, since memory bounds it.

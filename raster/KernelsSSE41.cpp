@@ -378,6 +378,30 @@ QXSVG_SSE41 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_
   PlainMeanRows(Out + 4 * I, Rest, Count - I);
 }
 
+// Bytes less 128 have a sign, as the product's second factor must; the sums begin with what that
+// takes off.
+QXSVG_SSE41 void MeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
+  const __m128i Sign = _mm_set1_epi8(-128), Begin = _mm_set1_epi16(-0x8000);
+  std::int32_t I = 0;
+  for (; I + 4 <= Count; I += 4) {
+    __m128i Low = Begin, High = Begin;
+    const std::uint32_t* P = Rows.Pixels + I;
+    for (std::int32_t Row = 0; Row < Rows.Count; Row += 2, P += 2 * Rows.Stride) {
+      const __m128i W =
+          _mm_set1_epi16(static_cast<short>(Rows.Weights[Row + 1] << 8 | Rows.Weights[Row]));
+      const __m128i A = _mm_xor_si128(Load(P), Sign);
+      const __m128i B = _mm_xor_si128(Load(P + (Row + 1 < Rows.Count ? Rows.Stride : 0)), Sign);
+      Low = _mm_add_epi16(Low, _mm_maddubs_epi16(W, _mm_unpacklo_epi8(A, B)));
+      High = _mm_add_epi16(High, _mm_maddubs_epi16(W, _mm_unpackhi_epi8(A, B)));
+    }
+    Store(Out + 4 * I, _mm_avg_epu16(Low, _mm_setzero_si128()));
+    Store(Out + 4 * I + 8, _mm_avg_epu16(High, _mm_setzero_si128()));
+  }
+  TMeanRows Rest = Rows;
+  Rest.Pixels += I;
+  PlainMeanFewRows(Out + 4 * I, Rest, Count - I);
+}
+
 QXSVG_SSE41 void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
   const __m128i Parts = _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15);
   const std::uint16_t* W = Columns.Weights;
@@ -499,10 +523,11 @@ QXSVG_SSE41 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Sou
   std::copy_n(Source + I, Count - I, Target + I);
 }
 
-const TKernels SSE41Kernels = {
-    Sweep<false>, Sweep<true>,  Fill,           StreamFill,  SSE41StreamCopy, BlendColor,
-    BlendPixels,  BlendCovered, MultiplyCovers, ScaleCovers, FetchLinear,     FetchRadial,
-    ResampleRow,  MixRows,      MeanRows,       MeanColumns, FetchTurned,     AddSteepRows};
+const TKernels SSE41Kernels = {Sweep<false>,    Sweep<true>, Fill,        StreamFill,
+                               SSE41StreamCopy, BlendColor,  BlendPixels, BlendCovered,
+                               MultiplyCovers,  ScaleCovers, FetchLinear, FetchRadial,
+                               ResampleRow,     MixRows,     MeanRows,    MeanFewRows,
+                               MeanColumns,     FetchTurned, AddSteepRows};
 
 #undef QXSVG_SSE41
 
