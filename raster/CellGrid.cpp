@@ -75,7 +75,7 @@ void TCellGrid::Begin(const TRect& Box, bool IsInside) {
   const std::ptrdiff_t Groups = (FWidth + 2) / GroupCells + 1;
   FStride = Groups * GroupCells;
   FMarkStride = (Groups + MarkBlock - 1) / MarkBlock * MarkBlock;
-  FIsBanded = IsInside && FStride * FHeight >= BandedFrom;
+  FIsBanded = FStride * FHeight >= BandedFrom;
   FWasSwept = false;
   FBandTop = 0;
   FBandRows = FHeight;
@@ -92,9 +92,9 @@ void TCellGrid::Begin(const TRect& Box, bool IsInside) {
 void TCellGrid::Wait(TFixedPoint A, TFixedPoint B) {
   if (FWaiting.size() == MostWaiting) {
     DrawWaiting();
-    return Line(A, B);
+    return AnyLine(A, B);
   }
-  const std::int32_t Row = std::min(A.Y, B.Y) >> SubpixelBits;
+  const std::int32_t Row = std::max(std::min(A.Y, B.Y), 0) >> SubpixelBits;
   std::uint32_t& List = FBandLists[static_cast<std::size_t>(Row / FBandRows)];
   FWaiting.push_back({A, B, List});
   List = static_cast<std::uint32_t>(FWaiting.size() - 1);
@@ -105,7 +105,7 @@ void TCellGrid::DrawWaiting() {
   Grow(FStride * FHeight, FMarkStride * FHeight);
   FIsBanded = false;
   FBandRows = FBandBottom = FHeight;
-  for (const TWaiting& W : FWaiting) Line(W.A, W.B);
+  for (const TWaiting& W : FWaiting) AnyLine(W.A, W.B);
 }
 
 bool TCellGrid::NextBand() {
@@ -117,9 +117,9 @@ bool TCellGrid::NextBand() {
   FBandBottom = std::min(FBandTop + FBandRows, FHeight);
   for (std::uint32_t I = FBandLists[static_cast<std::size_t>(FBand)]; I != NoLine;) {
     TWaiting& W = FWaiting[I];
-    Line(W.A, W.B);
+    AnyLine(W.A, W.B);
     const std::uint32_t Next = W.Next;
-    if (std::max(W.A.Y, W.B.Y) > FBandBottom * SubpixelScale) {
+    if (FBand + 1 < Count && std::max(W.A.Y, W.B.Y) > FBandBottom * SubpixelScale) {
       std::uint32_t& List = FBandLists[static_cast<std::size_t>(FBand) + 1];
       W.Next = List;
       List = I;
@@ -189,14 +189,25 @@ void TCellGrid::Consume(std::span<const TPointF> Points, std::span<const TQXPoly
       if (P[0].Y == P[1].Y) continue;
       const TFixedPoint A = Polyline.IsReversed ? P[1] : P[0];
       const TFixedPoint B = Polyline.IsReversed ? P[0] : P[1];
-      if (FIsBanded)
+      if (!FIsBanded)
+        AnyLine(A, B);
+      else if (FIsInside || IsSeen(A, B))
         Wait(A, B);
-      else if (FIsInside)
-        Line(A, B);
-      else
-        ClippedLine(A, B);
     }
   }
+}
+
+// Whether the line leaves anything in the box. What lies left of it does.
+bool TCellGrid::IsSeen(TFixedPoint A, TFixedPoint B) const {
+  return std::max(A.Y, B.Y) > 0 && std::min(A.Y, B.Y) < FHeight * SubpixelScale &&
+         std::min(A.X, B.X) < FWidth * SubpixelScale;
+}
+
+void TCellGrid::AnyLine(TFixedPoint A, TFixedPoint B) {
+  if (FIsInside)
+    Line(A, B);
+  else if (IsSeen(A, B))
+    ClippedLine(A, B);
 }
 
 // As much of the line as the band holds; what it leaves in a row does not depend on the band.
@@ -265,19 +276,18 @@ void TCellGrid::ClippedLine(TFixedPoint A, TFixedPoint B) {
     std::swap(A, B);
     Sign = -1;
   }
-  if (B.Y <= 0 || A.Y >= FHeight * SubpixelScale) return;
   const std::int32_t Right = FWidth * SubpixelScale;
   if (A.Y >= 0 && B.Y <= FHeight * SubpixelScale && std::min(A.X, B.X) >= 0 &&
       std::max(A.X, B.X) <= Right)
     return Sign > 0 ? Line(A, B) : Line(B, A);
-  if (std::min(A.X, B.X) >= Right) return;
   const std::int32_t First = A.Y >> SubpixelBits, Last = (B.Y - 1) >> SubpixelBits;
   const std::int64_t DX = std::int64_t{B.X} - A.X, DY = std::int64_t{B.Y} - A.Y;
   const float Rate = RateOf(Sign * static_cast<std::int32_t>(DY), DX);
   if (First == Last) return ClippedRow(First, A.X, B.X, Sign * static_cast<std::int32_t>(DY), Rate);
 
   const TSlope Slope = SlopeOf(A.X, A.Y, DX, DY);
-  for (std::int32_t Row = std::max(First, 0); Row <= std::min(Last, FHeight - 1); ++Row) {
+  const std::int32_t End = std::min(Last + 1, FBandBottom);
+  for (std::int32_t Row = std::max(First, FBandTop); Row < End; ++Row) {
     const std::int64_t Rows = std::int64_t{Row} - First;
     const std::int64_t From =
         Row == First ? A.X : (Slope.At + (Rows - 1) * Slope.Step) >> SlopeBits;

@@ -67,6 +67,8 @@ class TCellGrid final : public ILineConsumer {
   void DrawWaiting();
   void Grow(std::int64_t Cells, std::int64_t Marks);
   void Convert(std::span<const TPointF> Points);
+  bool IsSeen(TFixedPoint A, TFixedPoint B) const;
+  void AnyLine(TFixedPoint A, TFixedPoint B);
   void Line(TFixedPoint A, TFixedPoint B);
   void ClippedLine(TFixedPoint A, TFixedPoint B);
   void ClippedRow(std::int32_t Row, std::int64_t XA, std::int64_t XB, std::int32_t Cover,
