@@ -302,5 +302,47 @@ TEST(TRasterCanvasTest, ShrunkImagesAreMeans) {
   EXPECT_EQ(S.Pixel(17, 3), 0u);
 }
 
+// The mean of one part of all that lies between the sides of a pixel of the smaller picture.
+double MeanOf(const TQXConstPixels& P, double Left, double Top, double Width, double Height,
+              int Shift) {
+  double Sum = 0;
+  const auto Part = [](double From, double Size, int I) {
+    return std::max(std::min(From + Size, I + 1.0) - std::max(From, double(I)), 0.0);
+  };
+  for (int Y = static_cast<int>(Top); Y < std::min(Top + Height, double(P.Height)); ++Y)
+    for (int X = static_cast<int>(Left); X < std::min(Left + Width, double(P.Width)); ++X)
+      Sum += Part(Left, Width, X) * Part(Top, Height, Y) * (P.Row(Y)[X] >> Shift & 255);
+  return Sum / (Width * Height);
+}
+
+TEST(TRasterCanvasTest, MeansAreExactAtAnySize) {
+  TRandom Random(8);
+  TQXGPBitmap Image(210, 131);
+  const TQXPixels P = Image.Pixels();
+  for (int I = 0; I < 210 * 131; ++I) P.Row(I / 210)[I % 210] = Random.Color() | 0xff000000;
+  constexpr int Sizes[][2] = {{97, 83}, {70, 44}, {71, 30}, {150, 14}, {60, 131}, {11, 9}};
+  for (const auto& Size : Sizes) {
+    const int Width = Size[0], Height = Size[1];
+    const double Across = 210.0 / Width, Down = 131.0 / Height;
+    const auto Draw = [&](TTestSurface& S, TSimdLevel Level) {
+      SetSimdLevel(Level);
+      S.Canvas.DrawImage(Image, {0, 0, float(Width), float(Height)}, 1);
+      Restore();
+    };
+    TTestSurface Plain(210, 131), Half(210, 131), Best(210, 131);
+    Draw(Plain, TSimdLevel::Plain);
+    Draw(Half, TSimdLevel::SSE41);
+    Draw(Best, TSimdLevel::AVX2);
+    ASSERT_EQ(Difference(Plain.Bitmap, Half.Bitmap), "") << Width;
+    ASSERT_EQ(Difference(Plain.Bitmap, Best.Bitmap), "") << Width;
+    for (int Y = 0; Y < Height; ++Y)
+      for (int X = 0; X < Width; ++X)
+        for (const int Shift : {0, 8, 16, 24})
+          ASSERT_NEAR(Plain.Pixel(X, Y) >> Shift & 255,
+                      MeanOf(P, X * Across, Y * Down, Across, Down, Shift), 1.5)
+              << Width << " at " << X << ", " << Y;
+  }
+}
+
 }  // namespace
 }  // namespace qxsvg
