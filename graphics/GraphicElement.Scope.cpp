@@ -1,4 +1,6 @@
 // Finding out what is in force for an element that is drawn.
+#include <utility>
+
 #include "graphics/GraphicElementParts.h"
 #include "graphics/GraphicElementScope.h"
 
@@ -60,12 +62,16 @@ void TSVGGraphicElement::Scope::Build() {
 void TSVGGraphicElement::Scope::BuildBelow(const TSVGGraphicElement& Parent, const Scope* Above) {
   const TSVGGraphicElement& E = FElement;
   const TSVGStyleProperties Marks = E.FInherits.Value();
-  if (Above)
-    for (std::size_t I = 0; I < Looked.size(); ++I)
-      FSources[I] = Marks.Has(Looked[I]) ? Above->FSources[I] : &E;
-  else
+  if (Above) {
+    // Without a loop: each property then has a constant for its mark.
+    [&]<std::size_t... I>(std::index_sequence<I...>) {
+      ((FSources[I] = Marks.Has(Looked[I]) ? Above->FSources[I] : &E), ...);
+    }
+    (std::make_index_sequence<Looked.size()>());
+  } else {
     for (std::size_t I = 0; I < Looked.size(); ++I)
       FSources[I] = Marks.Has(Looked[I]) ? &Parent.SourceOf(Looked[I]) : &E;
+  }
   FAbsoluteOpacity = SourceOf(TSVGStyleProperty::ipOpacity)->FOpacity * Parent.GetAbsoluteOpacity();
   if (E.IsMarked(TSVGStyleProperty::ipDisplay) && E.IsMarked(TSVGStyleProperty::ipVisibility))
     FVisible = &Parent.SourceOfVisible();

@@ -357,6 +357,56 @@ TEST_F(TRedraw, TheClipIsPartOfWhatIsKept) {
   EXPECT_TRUE(Equal(First, Next));
 }
 
+// Small shapes below uses are drawn by stamps.
+TEST_F(TRedraw, WhatReferencesShowLooksTheSameHoweverOftenItWasDrawn) {
+  const std::size_t Before = Kept();
+  constexpr const char* Shown =
+      "<defs><circle id='c' cx='6' cy='6' r='5' stroke='#00f'/>"
+      "<path id='q' d='M1 1h9L3 8z' fill='#080'/></defs>"
+      "<g fill='#f00'><use xlink:href='#c' x='10.3' y='5.2'/><use xlink:href='#c' x='50.3' "
+      "y='5.2'/>"
+      "<use xlink:href='#c' x='-4.6' y='33.3'/><use xlink:href='#c' x='45.7' y='-3.1'/>"
+      "<use xlink:href='#c' y='60' transform='rotate(9) scale(1.5)'/><use xlink:href='#q' x='3.3' "
+      "y='5.2'/>"
+      "<use xlink:href='#q' x='50' y='50' transform='scale(.9)'/><use xlink:href='#q' "
+      "transform='scale(9)'/>"
+      "</g>";
+  TDrawing Uses(Shown);
+  const auto Show = [&](TQXGPBitmap& Target) {
+    Target.Clear(0xffffffff);
+    Uses.Document.Draw(Target.GetCanvas(), Area);
+  };
+  struct {
+    const char* What;
+    std::function<void()> Do;
+  } const Changes[] = {
+      {"none", [] {}},
+      {"geometry", [&] { Uses.Get<TSVGCircle>(u"c").SetWidth(3); }},
+      {"outline", [&] { Uses.Get<TSVGPath>(u"q").Data().SetPathString(u"M0 9h9V4z"); }},
+      {"pen", [&] { Uses.Get(u"c").Pen().SetThickness(2.5f); }},
+      {"rendering",
+       [&] { Uses.Get(u"q").SetShapeRendering(TSVGShapeRendering::srnOptimizeSpeed); }},
+  };
+  for (const auto& Change : Changes) {
+    for (int I = 0; I < 3; ++I) Show(First);
+    EXPECT_GT(Kept(), Before);
+    Change.Do();
+    Show(Next);
+    Uses.Document.Reset();
+    EXPECT_EQ(Kept(), Before);
+    Show(First);
+    EXPECT_TRUE(Equal(First, Next)) << Change.What;
+    // The edge cuts stamps off.
+    TQXGPBitmap Part(55, 100);
+    Show(Part);
+    EXPECT_TRUE(Equal(Part, First)) << Change.What;
+    for (int Y = 9; Y < 20; ++Y)
+      EXPECT_TRUE(std::equal(First.GetPixels().Row(Y) + 15, First.GetPixels().Row(Y) + 24,
+                             First.GetPixels().Row(Y) + 55))
+          << "whole pixels apart, " << Change.What << " " << Y;
+  }
+}
+
 TEST(DrawPatterns, TilesLieInUserSpace) {
   if (!Services().Canvas.IsSupplied()) GTEST_SKIP() << "no surface";
   TDrawing D(
