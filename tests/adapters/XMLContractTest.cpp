@@ -190,11 +190,7 @@ TEST_P(XMLContract, OpensNothingThatADocumentNames) {
 }
 
 TEST_P(XMLContract, TellsWhereMalformedTextIs) {
-  struct Fault {
-    std::string_view Text;
-    int Line;
-  };
-  const Fault Faults[] = {
+  const std::pair<std::string_view, int> Faults[] = {
       {"", 1},
       {"   ", 1},
       {"plain", 1},
@@ -211,12 +207,12 @@ TEST_P(XMLContract, TellsWhereMalformedTextIs) {
       {"<!DOCTYPE svg [<!ENTITY a '&b;'><!ENTITY b '&a;'>]>\n<svg a='&a;'/>", 2},
       {"<!DOCTYPE svg [<!ENTITY a '<b/>'>]>\n<svg a='&a;'/>", 2},
   };
-  for (const Fault& F : Faults) {
+  for (const auto& [Text, Line] : Faults) {
     try {
-      Load(F.Text);
-      ADD_FAILURE() << "accepted: " << F.Text;
+      Load(Text);
+      ADD_FAILURE() << "accepted: " << Text;
     } catch (const EXMLError& E) {
-      EXPECT_EQ(E.Line(), F.Line) << F.Text;
+      EXPECT_EQ(E.Line(), Line) << Text;
       EXPECT_FALSE(E.Message().empty());
       EXPECT_EQ(E.Message().find(u'\n'), String::npos) << "one line: " << E.what();
     }

@@ -102,10 +102,7 @@ TEST(ParseURI, FragmentsColoursAndNames) {
 }
 
 TEST(ParseURI, DataURIs) {
-  const struct {
-    StringView Text, MediaType, Data;
-    bool IsImage;
-  } Cases[] = {
+  const std::tuple<StringView, StringView, StringView, bool> Cases[] = {
       {u"data:image/png;base64,AAAA", u"image/png", u"AAAA", true},
       {u"DATA:image/jpeg;charset=utf-8;BASE64,A,B", u"image/jpeg", u"A,B", true},
       {u"data:;base64,AAAA", u"text/plain", u"AAAA", false},
@@ -115,12 +112,12 @@ TEST(ParseURI, DataURIs) {
       {u"data:image/png;base64", u"text/plain", u"image/png;base64", false},
       {u"data:", u"text/plain", u"", false},
   };
-  for (const auto& Case : Cases) {
+  for (const auto& [Text, MediaType, Data, IsImage] : Cases) {
     TDataURI Parts;
-    ASSERT_TRUE(ParseDataURI(Case.Text, Parts)) << ToUtf8(Case.Text);
-    EXPECT_EQ(Parts.MediaType, Case.MediaType) << ToUtf8(Case.Text);
-    EXPECT_EQ(Parts.Data, Case.Data) << ToUtf8(Case.Text);
-    EXPECT_EQ(Parts.IsImage(), Case.IsImage) << ToUtf8(Case.Text);
+    ASSERT_TRUE(ParseDataURI(Text, Parts)) << ToUtf8(Text);
+    EXPECT_EQ(Parts.MediaType, MediaType) << ToUtf8(Text);
+    EXPECT_EQ(Parts.Data, Data) << ToUtf8(Text);
+    EXPECT_EQ(Parts.IsImage(), IsImage) << ToUtf8(Text);
   }
   TDataURI Parts;
   EXPECT_FALSE(ParseDataURI(u" data:image/png;base64,AAAA", Parts));

@@ -1,6 +1,7 @@
 // Transforms.
 #include "foundation/ParseTransform.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -52,12 +53,8 @@ TEST(ParseTransform, FailuresNameWhatIsWrong) {
       {u"rotate(1,2)", "Invalid rotation transformation matrix: 1,2"},
   };
   for (const auto& [Text, Message] : Cases) {
-    try {
-      ParseTransformation(Text);
-      ADD_FAILURE() << ToUtf8(Text);
-    } catch (const ESVGException& Error) {
-      EXPECT_STREQ(Error.what(), Message);
-    }
+    EXPECT_THAT([Text = Text] { ParseTransformation(Text); },
+                testing::ThrowsMessage<ESVGException>(testing::StrEq(Message)));
   }
   for (const StringView Bad : {u"translate(x1)", u"skewX(10deg)", u"matrix(1 2 3 4 5 1e39)"})
     EXPECT_THROW(ParseTransformation(Bad), EConvertError) << ToUtf8(Bad);

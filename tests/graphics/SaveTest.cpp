@@ -99,20 +99,6 @@ constexpr const char* Everything =
     "marker-end='url(#c)' cursor='help' writing-mode='tb' fill-rule='evenodd' "
     "transform='scale(2 2)' x='1' y='2' width='3' height='4' style='fill-opacity:.25'";
 
-TEST(CopyElement, ClearGoesBackToTheBeginning) {
-  TTree Tree("<g id='c'/><g id='g' " + std::string(Everything) + "/><g id='fresh'/>");
-  TSVGGraphicElement& Group = Tree["g"];
-  ASSERT_THAT(Saved(Group), testing::SizeIs(testing::Gt(10u)));
-  Group.Clear();
-  EXPECT_THAT(Saved(Group), ElementsAre());
-  EXPECT_EQ(Group.ID(), u"g");
-  EXPECT_EQ(Group.GetX() + Group.GetWidth(), 0);
-  EXPECT_EQ(Group.Style().Count(), 0);
-  EXPECT_EQ(Group.Inherits().Value(), SVGInheritedProperties);
-  EXPECT_EQ(Group.GetBrush().Kind(), Tree["fresh"].GetBrush().Kind());
-  EXPECT_EQ(Group.GetFont().Size(), Tree["fresh"].GetFont().Size());
-}
-
 TEST(CopyElement, ACloneLooksTheSame) {
   TTree Tree("<g id='c'/><g id='g' " + std::string(Everything) + "><rect id='r'/></g>");
   auto Copy = Tree["g"].Clone(&Tree.Document);

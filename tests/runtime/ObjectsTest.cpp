@@ -1,4 +1,5 @@
 // Sets, priority lists, bound methods and persistent objects with their property tables.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "runtime/EnumSet.h"
@@ -108,12 +109,8 @@ TEST(Persistent, AWrongKindRaisesAndChangesNothing) {
 TEST(Persistent, AssignOfAStrangerNamesBothClasses) {
   TThing Thing;
   TStrings List;
-  try {
-    Thing.Assign(&List);
-    FAIL();
-  } catch (const EConvertError& Error) {
-    EXPECT_EQ(Error.Message(), u"Cannot assign a TStrings to a TThing");
-  }
+  EXPECT_THAT([&] { Thing.Assign(&List); }, testing::ThrowsMessage<EConvertError>(testing::StrEq(
+                                                "Cannot assign a TStrings to a TThing")));
   EXPECT_THROW(Thing.Assign(nullptr), EConvertError);
 }
 

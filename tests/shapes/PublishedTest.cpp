@@ -75,7 +75,9 @@ void CheckProperty(const TSVGElementClass& Class, TSVGDocument& Doc, const TPath
   const auto Made = Class.Create(&Doc), Copy = Class.Create(&Doc);
   const TProperty& Row = *Path.back();
   const std::string First = ValueOf(*Made, Path);
-  if (TSVGGraphicElement* const E = Made->AsGraphicElement()) E->Inherits().SetValue({});
+  TSVGGraphicElement* const Graphic = Made->AsGraphicElement();
+  const TSVGStyleProperties Marks = Graphic ? Graphic->Inherits().Value() : TSVGStyleProperties();
+  if (Graphic) Graphic->Inherits().SetValue({});
   const std::string Before = ValueOf(*Made, Path);
   WriteAnother(*Made, Path);
   const std::string After = ValueOf(*Made, Path);
@@ -85,6 +87,9 @@ void CheckProperty(const TSVGElementClass& Class, TSVGDocument& Doc, const TPath
   }
   Copy->Assign(Made.get());
   Made->Clear();
+  if (Graphic) {
+    EXPECT_EQ(Graphic->Inherits().Value(), Marks);
+  }
   if (!Personal.contains(Row.Name)) {
     EXPECT_EQ(ValueOf(*Copy, Path), After);
   }

@@ -68,20 +68,16 @@ TEST(Use, HasWhatItShows) {
       "<defs id='d'><g id='g'><rect id='r'/></g></defs><g id='o'><use id='u' xlink:href='#g'/>"
       "<use id='v' xlink:href='#u'/></g><use id='x' xlink:href='#y'/><use id='y' "
       "xlink:href='#x'/>");
-  const struct {
-    StringView Top, Below;
-    bool HasChild, HasDescendant;
-  } Cases[] = {
+  const std::tuple<StringView, StringView, bool, bool> Cases[] = {
       {u"u", u"g", true, true},   {u"u", u"r", true, true},   {u"v", u"u", true, true},
       {u"v", u"r", true, true},   {u"o", u"r", false, true},  {u"o", u"g", false, true},
       {u"d", u"r", false, true},  {u"g", u"u", false, false}, {u"x", u"x", true, true},
       {u"x", u"r", false, false},
   };
-  for (const auto& C : Cases) {
-    const std::string Name = ToUtf8(C.Top) + " " + ToUtf8(C.Below);
-    EXPECT_EQ(D.Get(C.Top).HasChild(D.Document.FindElement(C.Below)), C.HasChild) << Name;
-    EXPECT_EQ(D.Document.FindElement(C.Top)->HasDescendant(&D.Get(C.Below)), C.HasDescendant)
-        << Name;
+  for (const auto& [Top, Below, HasChild, HasDescendant] : Cases) {
+    const std::string Name = ToUtf8(Top) + " " + ToUtf8(Below);
+    EXPECT_EQ(D.Get(Top).HasChild(D.Document.FindElement(Below)), HasChild) << Name;
+    EXPECT_EQ(D.Document.FindElement(Top)->HasDescendant(&D.Get(Below)), HasDescendant) << Name;
   }
   EXPECT_EQ(D.Get(u"u").GetShape(), D.Get(u"g").GetShape());
   EXPECT_EQ(D.Get(u"o").Matches(u"g r"), 11);
