@@ -45,13 +45,18 @@ TEST(TRasterCanvasTest, TilesMakeTheWhole) {
   }
 }
 
-// Large figures that lie within the clip are drawn band by band, those that it cuts are not.
+// Large figures are drawn band by band, within the picture and past its sides; strips of it are not
+// worth bands.
 TEST(TRasterCanvasTest, BandsMakeTheWhole) {
   constexpr std::int32_t Large = 900, Strip = 70;
-  for (std::uint32_t Seed = 1; Seed <= 6; ++Seed) {
+  for (std::uint32_t Seed = 1; Seed <= 12; ++Seed) {
     TRandom Random(Seed);
     TQXPathGeometry Path = RandomPath(Random, 500, true);
-    Path.Transform(CreateTranslateQXMatrix(200, 200));
+    if (Seed % 3 == 0)
+      Path.Transform(
+          QXMatrixMultiply(CreateScaleQXMatrix(2.2f, 2.2f), CreateTranslateQXMatrix(-100, -100)));
+    else
+      Path.Transform(CreateTranslateQXMatrix(200, 200));
     TTestSurface Whole(Large, Large), Strips(Large, Large);
     const auto Draw = [&](TTestSurface& S) {
       S.Canvas.Brush().SetColor(0xff336699);
