@@ -249,7 +249,8 @@ TEST(ElementCopy, ClearKeepsTheIdentifierAndDropsListeners) {
 TEST(ElementConditions, FollowFeaturesExtensionsAndLanguages) {
   TSVGDocument Doc;
   Doc.SetOptions(Doc.GetOptions() - TSVGOptions{TSVGOption::soUseLocaleForLanguage});
-  Doc.SetPreferredLanguage(u"en-GB,de");
+  Doc.SetPreferredLanguage(u"en-GB, de");
+  EXPECT_EQ(Doc.PreferredLanguage(), u"en-GB,de");
   auto* E = AddNew<TSVGGroup>(Doc, Doc);
   EXPECT_TRUE(E->HasFeatures() && E->HasExtensions() && E->HasLanguages());
   E->RequiredExtensions().Add(u"");

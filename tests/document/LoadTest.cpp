@@ -212,5 +212,14 @@ TEST(Document, IsValidSVGNeverRaises) {
   EXPECT_FALSE(TSVGDocument::IsValidSVG(StringView(u"/nowhere.svg"), true));
 }
 
+TEST(Load, TextIgnoresTheEncodingThatItDeclares) {
+  TSVGDocument Doc;
+  Doc.LoadFromText(
+      StringView(u"<?xml version='1.0' encoding='ISO-8859-1'?><svg id='\u00E9\u20AC'/>"));
+  EXPECT_EQ(Doc.ID(), u"\u00E9\u20AC");
+  Doc.LoadFromText(StringView(u"\uFEFF<svg id='b'/>"));
+  EXPECT_EQ(Doc.ID(), u"b");
+}
+
 }  // namespace
 }  // namespace qxsvg

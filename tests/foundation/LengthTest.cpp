@@ -263,5 +263,24 @@ TEST(Lengths, CloneReplacesWhatIsThere) {
   EXPECT_EQ(List.Clone()->Count(), 2u);
 }
 
+TEST_F(StyleLengthTest, ClonesKeepClassPropertyAndMark) {
+  Leaf.Spacing.SetAutomatic(false);
+  Leaf.Spacing.SetValue(4);
+  Leaf.Spacing.SetParentValue(true);
+  const auto Clone = Leaf.Spacing.Clone();
+  const auto* Auto = dynamic_cast<const TSVGStylePropertyAutoLength*>(Clone.get());
+  ASSERT_NE(Auto, nullptr);
+  EXPECT_EQ(Auto->StyleProperty(), TSVGStyleProperty::ipLetterSpacing);
+  EXPECT_TRUE(Auto->IsParentValue());
+  EXPECT_FALSE(Auto->IsAutomatic());
+  // Inherited without a parent: the own value stands.
+  EXPECT_EQ(Auto->GetValue(), 4);
+
+  TSVGLength Plain(9, false, suPixels);
+  Leaf.Spacing.Assign(&Plain);
+  EXPECT_EQ(Leaf.Spacing.Raw(), 9);
+  EXPECT_TRUE(Leaf.Spacing.IsParentValue()) << "a plain length says nothing of inheritance";
+}
+
 }  // namespace
 }  // namespace qxsvg

@@ -106,5 +106,21 @@ TEST(Writers, NumbersThatAreNotFiniteStayReadable) {
   }
 }
 
+TEST(Writers, AlignmentsTurnIntoAnchors) {
+  const struct {
+    TSVGTextAlign Align;
+    TQXGPStringAlignment Surface;
+    TSVGTextAnchor Anchor;
+  } Cases[] = {
+      {TSVGTextAlign::staLeading, TQXGPStringAlignment::saNear, TSVGTextAnchor::taStart},
+      {TSVGTextAlign::staCenter, TQXGPStringAlignment::saCenter, TSVGTextAnchor::taMiddle},
+      {TSVGTextAlign::staTrailing, TQXGPStringAlignment::saFar, TSVGTextAnchor::taEnd},
+  };
+  for (const auto& Case : Cases) {
+    EXPECT_EQ(GetTextAlign(Case.Align), Case.Surface);
+    EXPECT_EQ(GetSVGTextAnchor(Case.Align), Case.Anchor);
+  }
+}
+
 }  // namespace
 }  // namespace qxsvg

@@ -104,5 +104,20 @@ TEST(Color, Conversions) {
   EXPECT_EQ(CanvasColorToString(0x80abcdef), u"#80ABCDEF");
 }
 
+TEST(Matrix, BoxOfATransformedRectangle) {
+  const TRectF R = QXRect(1, 2, 4, 6);
+  for (const TMatrix& M :
+       {CreateRotationQXMatrix(0.7f), CreateScaleQXMatrix(-2, 3), CreateTranslateQXMatrix(5, -7)}) {
+    TRectF Box{1e9f, 1e9f, -1e9f, -1e9f};
+    for (const TPointF P : {TPointF{1, 2}, {4, 2}, {4, 6}, {1, 6}}) {
+      const TPointF Q = QXMatrixTransform(M, P);
+      Box = TRectF::Hull(Box, QXRect(Q, Q));
+    }
+    const TRectF Got = QXMatrixTransform(M, R);
+    ExpectPoint(Got.TopLeft(), Box.Left, Box.Top);
+    ExpectPoint(Got.BottomRight(), Box.Right, Box.Bottom);
+  }
+}
+
 }  // namespace
 }  // namespace qxsvg

@@ -194,5 +194,18 @@ TEST(Objects, TransformScalesTurnsAndMoves) {
   EXPECT_EQ(Watch.Take(), 1);
 }
 
+TEST(Objects, RectangleTellsOfChanges) {
+  TQXObjectQXRect Rect;
+  TWatch Watch(Rect);
+  Rect.SetLeft(1);
+  Rect.SetRect({1, 0, 0, 0});
+  Rect.SetTop(NAN);
+  EXPECT_EQ(Watch.Take(), 1);
+  TQXObjectQXRect Other(QXRect(1, 2, 3, 4));
+  Rect.Assign(&Other);
+  EXPECT_EQ(Rect.Rect(), QXRect(1, 2, 3, 4));
+  EXPECT_EQ(Watch.Take(), 1);
+}
+
 }  // namespace
 }  // namespace qxsvg
