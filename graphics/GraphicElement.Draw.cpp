@@ -316,7 +316,9 @@ void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode, C
   if (!Fills && !Strokes) return;
   if (const Scope* const InForce = ScopeInForce(); InForce && InForce->IsBorrowed()) {
     Source.IsRepeated = true;
-    if (Kept) Source.Stamps = &Kept->Stamps;
+    if (Kept && !Kept->Stamps)
+      Kept->Stamps = std::make_unique<TQXCoverageStamps>(QXSharedCoverageBudget());
+    if (Kept) Source.Stamps = Kept->Stamps.get();
   }
   const double Opacity = GetAbsoluteOpacity();
   if (Fills) Canvas.FillPath(Source, static_cast<float>(FillOpacity() * Opacity));

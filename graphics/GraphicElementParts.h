@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 
 #include "graphics/GraphicElement.h"
 #include "graphics/SVGBrush.h"
@@ -37,8 +38,8 @@ struct TSVGGraphicElement::Coverage {
   // Made at the second drawing.
   TQXCoverageCache Fill{QXSharedCoverageBudget(), true};
   TQXCoverageCache Stroke{QXSharedCoverageBudget(), true};
-  // For what is shown through references.
-  TQXCoverageStamps Stamps{QXSharedCoverageBudget()};
+  // Made for what is shown through references.
+  std::unique_ptr<TQXCoverageStamps> Stamps;
 };
 
 // Switches the change notice of a paint object off while inherited parts are copied into it, so
