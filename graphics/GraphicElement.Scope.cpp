@@ -33,6 +33,7 @@ TSVGGraphicElement::Scope::Scope(TSVGGraphicElement& Element)
     default: FIsBorrowed = FPrevious && (FPrevious->FIsBorrowed || FPrevious->FIsUse); break;
   }
   FIsRooted = FIsStraight && (FPrevious ? FPrevious->FIsRooted : !Element.Parent());
+  FMoves = FPrevious ? FPrevious->FMoves : FThread.Moves;
   FIsUse = Element.SVGType() == TSVGElementType::etUse;
   Build();
   FThread.Top = this;
@@ -87,12 +88,13 @@ void TSVGGraphicElement::Scope::Lend(TSVGElement& Child, TSVGElement* To,
   TThread& State = Thread();
   const Scope* const Top = State.Top;
   const bool Keeps = Top && Top->FIsStraight && Top->IsFor(Borrower);
-  const std::uint64_t Generation = State.Generation;
+  const std::uint64_t Generation = State.Generation, Moves = State.Moves;
   {
     const TLending Lending(State.IsLending);
     Child.SetParent(To);
   }
   // Anything else that changed on the way counts.
+  if (State.Moves == Moves + 1) State.Moves = Moves;
   if (Keeps && State.Generation == Generation + 1) State.Generation = Generation;
 }
 

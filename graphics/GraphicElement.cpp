@@ -38,7 +38,7 @@ void TSVGGraphicElement::SetParent(TSVGElement* Value) {
   if (Value == Parent()) return;
   if (Value == this) throw EInvalidOperation(SElementParentSetToSelf);
   TSVGElement::SetParent(Value);
-  Scope::Invalidate();
+  Scope::TellMoved();
   Reset();
 }
 

@@ -24,6 +24,11 @@ class TSVGGraphicElement::Scope {
 
   // Makes the scopes of this thread stale.
   static void Invalidate() { ++Thread().Generation; }
+  // Likewise, when an element got another parent.
+  static void TellMoved() {
+    Invalidate();
+    ++Thread().Moves;
+  }
   // The same as To's SetParent, as when it is lent or given back, but scopes stay as they are where
   // the drawing came straight down to Borrower: then no scope knows of the child.
   static void Lend(TSVGElement& Child, TSVGElement* To, const TSVGElement& Borrower);
@@ -50,7 +55,8 @@ class TSVGGraphicElement::Scope {
 
   // The last that was made in this thread, or null.
   static const Scope* Innermost() { return Thread().Top; }
-  bool IsRooted() const { return FIsRooted; }
+  // The scopes of this thread are those of its element, of all that are above that, and none else.
+  bool IsRooted() const { return FIsRooted && FMoves == FThread.Moves; }
   // Whether it is up to date and that of Element.
   bool IsFor(const TSVGElement& Element) const {
     return &FElement == &Element && FGeneration == FThread.Generation;
@@ -63,7 +69,8 @@ class TSVGGraphicElement::Scope {
 
  private:
   struct TThread {
-    std::uint64_t Generation = 0;
+    // Moves leaves out what is lent and given back.
+    std::uint64_t Generation = 0, Moves = 0;
     Scope* Top = nullptr;
     bool IsLending = false;
   };
@@ -119,8 +126,9 @@ class TSVGGraphicElement::Scope {
   // The scopes before are those of the ancestors, and none else.
   bool FIsStraight;
   bool FIsBorrowed, FIsUse;
-  // They reach up to the root of the tree.
+  // They reach up to the root of the tree, as long as no element has moved since the first of them.
   bool FIsRooted;
+  std::uint64_t FMoves;
 };
 
 inline const TSVGGraphicElement::Scope* TSVGGraphicElement::ScopeInForce() const {

@@ -63,6 +63,17 @@ TEST(Use, ATargetDestroyedWhileItIsDrawnBringsNothingDown) {
   const std::unique_ptr<TSVGElement> Owner(Group);
 }
 
+TEST(Use, ATargetThatComesToStandAboveWhileDrawnIsLeftOut) {
+  TDrawing D(
+      "<g id='a'><use xlink:href='#b'/></g><g id='b'><rect id='r' width='5' height='5'/></g>");
+  D.Document.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&,
+                             bool&) {
+    if (Sender == &D.Get(u"a")) D.Get(u"a").SetParent(&D.Get(u"b"));
+  };
+  EXPECT_THAT(D.Draw(), SizeIs(1));
+  EXPECT_NE(D.Get(u"b").Parent(), &D.Get(u"a"));
+}
+
 TEST(Use, HasWhatItShows) {
   TDrawing D(
       "<defs id='d'><g id='g'><rect id='r'/></g></defs><g id='o'><use id='u' xlink:href='#g'/>"
