@@ -1,7 +1,6 @@
 #include "document/XML.h"
 
 #include <algorithm>
-
 #include <array>
 
 #include "document/XMLTree.h"
