@@ -308,7 +308,7 @@ void TQXRasterCanvas::DoFillPath(const TQXPathSource& Source, const TQXGPBrush& 
       });
     });
   }
-  if (Source.Coverage) {
+  if (Source.Coverage || Source.Stamps) {
     Key.Matrix = Matrix();
     Key.Clip = FClip.Hash();
     Key.Mode = static_cast<std::uint32_t>(Source.FillMode) | (IsAliased() ? 2u : 0u);
@@ -325,7 +325,7 @@ void TQXRasterCanvas::DoDrawPath(const TQXPathSource& Source, const TQXGPPen& Pe
   const TQXStrokeStyle Style = TQXStrokeStyle::FromPen(Pen);
   TQXCoverageKey Key;
   Key.PathMatrix = PlaceOf(Source);
-  if (Source.Coverage) {
+  if (Source.Coverage || Source.Stamps) {
     Key.Matrix = Matrix();
     Key.Stroke = HashOf(Style);
     Key.Clip = FClip.Hash();

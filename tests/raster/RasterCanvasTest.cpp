@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "RasterTestSupport.h"
+#include "graphics/surface/CoverageStamps.h"
 
 namespace qxsvg {
 namespace {
@@ -102,6 +103,30 @@ TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
   }
 }
 
+// Without a cache beside them, too.
+TEST(TRasterCanvasTest, StampsAreDrawnLikeWhatIsNotKept) {
+  TQXCoverageBudget Budget(1 << 20);
+  for (std::uint32_t Seed = 1; Seed <= 20; ++Seed) {
+    TRandom Random(Seed);
+    const TQXPathGeometry Path = RandomPath(Random, 40, true);
+    TQXCoverageStamps Stamps(Budget);
+    TTestSurface Fresh(Side, Side), Kept(Side, Side);
+    SetRandomPen(Random, Fresh.Canvas.Pen());
+    Kept.Canvas.SetPen(Fresh.Canvas.Pen());
+    for (const float X : {3.3f, 60.3f, -20.7f, 33.0f, 40000.0f})
+      for (const bool IsKept : {false, true}) {
+        TQXPathSource Source{Path.View(), static_cast<TQXGPFillMode>(Seed % 2),
+                             CreateTranslateQXMatrix(X, 70.1f)};
+        Source.IsRepeated = true;
+        if (IsKept) Source.Stamps = &Stamps;
+        TQXGPCanvas& Canvas = (IsKept ? Kept : Fresh).Canvas;
+        Canvas.FillPath(Source, 1);
+        Canvas.DrawPath(Source, 1);
+      }
+    ASSERT_EQ(Difference(Fresh.Bitmap, Kept.Bitmap), "") << "seed " << Seed;
+  }
+}
+
 // Nothing here may crash, hang or take memory; the test's time limit sees to the rest.
 TEST(TRasterCanvasTest, DegenerateInputComesToAnEnd) {
   constexpr float Inf = std::numeric_limits<float>::infinity(), Not = std::nanf(""), Huge = 3e38f;
@@ -138,11 +163,14 @@ TEST(TRasterCanvasTest, DegenerateInputComesToAnEnd) {
                               CreateScaleQXMatrix(-1, 1e-6f),
                               TMatrix{1, 1, 0, 1, 1, 0, 0, 0, 1},
                               CreateTranslateQXMatrix(1e30f, Huge)};
-  for (const TMatrix& M : Matrices) {
+  for (int I = 0; I < 2 * static_cast<int>(std::size(Matrices)); ++I) {
+    const TMatrix& M = Matrices[I / 2];
+    const bool IsRepeated = I % 2 != 0;
     TTestSurface S(100, 100);
-    S.Canvas.SetMatrix(M);
+    if (!IsRepeated) S.Canvas.SetMatrix(M);
     for (const TQXPathGeometry& Path : Paths) {
-      const TQXPathSource Source{Path.View(), TQXGPFillMode::fmAlternate, {}, nullptr};
+      TQXPathSource Source{Path.View(), TQXGPFillMode::fmAlternate, IsRepeated ? M : TMatrix()};
+      Source.IsRepeated = IsRepeated;
       S.Canvas.FillPath(Source, 1);
       for (const float Width : {0.0f, -1.0f, 1e-12f, 1.0f, 1e9f, Not, Inf}) {
         TQXGPPen& Pen = S.Canvas.Pen();
