@@ -49,7 +49,8 @@ int main(int Count, char** Arguments) {
     for (const auto& [Name, Add] : qxsvg::tools::Commands()) Add(App, Status);
     App.parse(Count, Arguments);
   } catch (const CLI::ParseError& Error) {
-    return App.exit(Error) == 0 ? 0 : UsageStatus;
+    // Help ends the reading of the call as an error does.
+    Status = App.exit(Error) == 0 ? 0 : UsageStatus;
   } catch (const std::exception& Error) {
     std::fprintf(stderr, "qxsvg: %s\n", Error.what());
     return 1;

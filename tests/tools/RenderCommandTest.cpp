@@ -155,6 +155,7 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
       {"render - -o " + File + "/x", 1, "/file/x: "},
       {"render - > /dev/full", 1, "Standard output cannot be written"},
       {"info - > /dev/full", 1, "Standard output cannot be written"},
+      {"--help > /dev/full", 1, "Standard output cannot be written"},
       {"surface-demo /nowhere/x.png", 1, "There is no such folder"},
   };
   for (const auto& [Arguments, Status, Cause] : Cases) {
