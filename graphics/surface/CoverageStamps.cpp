@@ -9,8 +9,9 @@ namespace qxsvg {
 
 namespace {
 
-// Memory is asked for in portions of this size, so that the budget is seldom asked.
-constexpr std::size_t Portion = 16384;
+// Memory is asked for in portions of this size, so that the budget is seldom asked; they are small,
+// as there may be thousands of paths with a stamp or two. The first one pays for the first slots.
+constexpr std::size_t Portion = 1024;
 constexpr std::size_t FirstSlots = 64;
 
 std::size_t HashOf(const TQXStampKey& Key) {
