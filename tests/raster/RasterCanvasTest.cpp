@@ -129,7 +129,8 @@ TEST(TRasterCanvasTest, StampsAreDrawnLikeWhatIsNotKept) {
 
 // Nothing here may crash, hang or take memory; the test's time limit sees to the rest.
 TEST(TRasterCanvasTest, DegenerateInputComesToAnEnd) {
-  constexpr float Inf = std::numeric_limits<float>::infinity(), Not = std::nanf(""), Huge = 3e38f;
+  constexpr float Inf = std::numeric_limits<float>::infinity(),
+                  Not = std::numeric_limits<float>::quiet_NaN(), Huge = 3e38f;
   std::vector<TQXPathGeometry> Paths(1);
   const auto Add = [&](std::initializer_list<TPointF> Points) {
     TQXPathGeometry Path;
