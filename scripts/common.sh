@@ -27,14 +27,22 @@ need_packages() {
     "${Missing[@]}" >&2
 }
 
-# build_preset release [target ...]: configures once and builds.
+# build_preset release [target ...]: configures once and builds. Who only names targets of the release
+# gets by without the tests and what they need, until somebody builds it whole.
 build_preset() {
-  local Preset=$1
+  local Preset=$1 Tests=()
   shift
   (
     cd "$Root"
+    local Cache=build/$Preset/CMakeCache.txt
+    if [[ $Preset == release && $# -eq 0 ]]; then
+      Tests=(-DQXSVG_TESTS=ON)
+      grep -qs '^QXSVG_TESTS:BOOL=OFF' "$Cache" && rm -f "build/$Preset/build.ninja"
+    elif [[ $Preset == release ]]; then
+      Tests=(-DQXSVG_TESTS=OFF)
+    fi
     if [[ ! -f build/$Preset/build.ninja ]]; then
-      cmake --preset "$Preset" > "/tmp/qxsvg-configure.$$" 2>&1 || {
+      cmake --preset "$Preset" "${Tests[@]}" > "/tmp/qxsvg-configure.$$" 2>&1 || {
         cat "/tmp/qxsvg-configure.$$" >&2
         rm -f "/tmp/qxsvg-configure.$$"
         exit 1
