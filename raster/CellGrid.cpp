@@ -189,10 +189,11 @@ void TCellGrid::Consume(std::span<const TPointF> Points, std::span<const TQXPoly
       if (P[0].Y == P[1].Y) continue;
       const TFixedPoint A = Polyline.IsReversed ? P[1] : P[0];
       const TFixedPoint B = Polyline.IsReversed ? P[0] : P[1];
-      if (!FIsBanded)
-        AnyLine(A, B);
-      else if (FIsInside || IsSeen(A, B))
+      if (!FIsInside && !IsSeen(A, B)) continue;
+      if (FIsBanded)
         Wait(A, B);
+      else
+        AnyLine(A, B);
     }
   }
 }
@@ -206,7 +207,7 @@ bool TCellGrid::IsSeen(TFixedPoint A, TFixedPoint B) const {
 void TCellGrid::AnyLine(TFixedPoint A, TFixedPoint B) {
   if (FIsInside)
     Line(A, B);
-  else if (IsSeen(A, B))
+  else
     ClippedLine(A, B);
 }
 
@@ -269,7 +270,7 @@ void TCellGrid::Line(TFixedPoint A, TFixedPoint B) {
     AddPiece(Cells, Marks, MakePiece(X, B.X, Sign * (B.Y - Last * SubpixelScale), Rate));
 }
 
-// The same line, seen through the box.
+// The same line, seen through the box, in which it leaves something.
 void TCellGrid::ClippedLine(TFixedPoint A, TFixedPoint B) {
   std::int32_t Sign = 1;
   if (A.Y > B.Y) {
