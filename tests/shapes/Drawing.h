@@ -35,7 +35,9 @@ struct TDrawing {
 
   template <class T = TSVGGraphicElement>
   T& Get(StringView ID) {
-    return dynamic_cast<T&>(*Document.FindElement(ID));
+    TSVGElement* const Found = Document.FindElement(ID);
+    if (!Found) throw std::runtime_error("no element " + ToUtf8(ID));
+    return dynamic_cast<T&>(*Found);
   }
   // What is painted, a line each: "fill" or "draw", and the path on the device.
   Lines Draw() {
