@@ -17,38 +17,31 @@ using enum TSVGStyleProperty;
 
 constexpr TQXGPColor Black = 0xff000000, Red = 0xffff0000, Blue = 0xff0000ff, Lime = 0xff00ff00;
 
-struct TFillCase {
-  const char *What, *Parent, *Attributes;
-  TQXGPBrushKind Kind;
-  TQXGPColor Color;
-  bool IsMarked;
-};
-
 TEST(ApplyStyle, Fill) {
   using enum TQXGPBrushKind;
-  const TFillCase Cases[] = {
-      {"nothing given", "", "", bkSolid, Black, true},
-      {"inherited", "fill='red'", "", bkSolid, Red, true},
-      {"none ends it", "fill='red'", "fill='none'", bkNone, Black, false},
-      {"inherit restores it", "fill='red'", "fill='none' style='fill:inherit'", bkSolid, Red, true},
-      {"style beats attribute", "", "fill='blue' style='fill:red'", bkSolid, Red, false},
-      {"an empty text says nothing", "fill='red'", "fill=''", bkSolid, Red, true},
-      {"an unknown colour keeps the value and ends inheritance", "fill='red'", "fill='nocolor'",
-       bkSolid, Black, false},
-      {"so does one that cannot be read", "fill='red'", "fill='#ggg'", bkSolid, Black, false},
-      {"currentColor is the colour given here", "color='red'", "color='lime' fill='currentColor'",
-       bkSolid, Lime, false},
-      {"or above", "color='red'", "fill='currentColor'", bkSolid, Red, false},
-      {"a server that is not there", "", "fill='url(#nosuch)'", bkSolid, Black, false},
-      {"a server's colour is not split off", "", "fill='url(#x) red'", bkSolid, Black, false},
-  };
-  for (const TFillCase& Case : Cases) {
-    SCOPED_TRACE(Case.What);
-    TTree Tree("<g " + std::string(Case.Parent) + "><rect id='r' " + Case.Attributes + "/></g>");
-    TSVGGraphicElement& Rect = Tree["r"];
-    EXPECT_EQ(Rect.GetBrush().Kind(), Case.Kind);
-    EXPECT_EQ(Rect.GetBrush().Color(), Case.Color);
-    EXPECT_EQ(Rect.Inherits().Has(ipFill), Case.IsMarked);
+  const std::tuple<const char*, const char*, const char*, TQXGPBrushKind, TQXGPColor, bool>
+      Cases[] = {
+          {"nothing given", "", "", bkSolid, Black, true},
+          {"inherited", "fill='red'", "", bkSolid, Red, true},
+          {"none ends it", "fill='red'", "fill='none'", bkNone, Black, false},
+          {"inherit restores it", "fill='red'", "fill='none' style='fill:inherit'", bkSolid, Red,
+           true},
+          {"style beats attribute", "", "fill='blue' style='fill:red'", bkSolid, Red, false},
+          {"an empty text says nothing", "fill='red'", "fill=''", bkSolid, Red, true},
+          {"an unknown colour keeps the value and ends inheritance", "fill='red'", "fill='nocolor'",
+           bkSolid, Black, false},
+          {"so does one that cannot be read", "fill='red'", "fill='#ggg'", bkSolid, Black, false},
+          {"currentColor is the colour given here", "color='red'",
+           "color='lime' fill='currentColor'", bkSolid, Lime, false},
+          {"or above", "color='red'", "fill='currentColor'", bkSolid, Red, false},
+          {"a server that is not there", "", "fill='url(#nosuch)'", bkSolid, Black, false},
+          {"a server's colour is not split off", "", "fill='url(#x) red'", bkSolid, Black, false},
+      };
+  for (const auto& [What, Parent, Attributes, Kind, Color, IsMarked] : Cases) {
+    TTree Tree("<g " + std::string(Parent) + "><rect id='r' " + Attributes + "/></g>");
+    EXPECT_EQ(Tree["r"].GetBrush().Kind(), Kind) << What;
+    EXPECT_EQ(Tree["r"].GetBrush().Color(), Color) << What;
+    EXPECT_EQ(Tree["r"].Inherits().Has(ipFill), IsMarked) << What;
   }
 }
 
@@ -91,15 +84,12 @@ TEST(ApplyStyle, Pens) {
 }
 
 TEST(ApplyStyle, FontSizes) {
-  const struct {
-    const char* Size;
-    float Expected;
-  } Cases[] = {{"2em", 20},    {"20", 20},      {"15pt", 20},    {"larger", 12},
-               {"medium", 12}, {"inherit", 10}, {"garbage", 11}, {"", 10}};
-  for (const auto& Case : Cases) {
-    TTree Tree("<g font-size='10'><g><text id='t' font-size='" + std::string(Case.Size) +
-               "'/></g></g>");
-    EXPECT_NEAR(Tree["t"].GetFont().Size(), Case.Expected, 1e-4) << Case.Size;
+  const std::pair<std::string, float> Cases[] = {{"2em", 20},     {"20", 20},     {"15pt", 20},
+                                                 {"larger", 12},  {"medium", 12}, {"inherit", 10},
+                                                 {"garbage", 11}, {"", 10}};
+  for (const auto& [Size, Expected] : Cases) {
+    TTree Tree("<g font-size='10'><g><text id='t' font-size='" + Size + "'/></g></g>");
+    EXPECT_NEAR(Tree["t"].GetFont().Size(), Expected, 1e-4) << Size;
   }
   // The size is there before the lengths are read, and one of nothing leaves them finite.
   TTree Tree("<rect id='r' width='2em' font-size='10'/><rect id='z' font-size='0' x='oneem'/>");
@@ -113,9 +103,8 @@ TEST(ApplyStyle, Fonts) {
       "font-variant='small-caps'><text id='t'/><text id='u' font-weight='300' "
       "text-decoration='overline' font-style='normal'/></g>");
   const TSVGFont& Inherited = Tree["t"].GetFont();
-  EXPECT_TRUE(Inherited.Style().Has(TFontStyle::fsBold));
-  EXPECT_TRUE(Inherited.Style().Has(TFontStyle::fsItalic));
-  EXPECT_TRUE(Inherited.IsDecorated());
+  EXPECT_TRUE(Inherited.Style().Has(TFontStyle::fsBold) &&
+              Inherited.Style().Has(TFontStyle::fsItalic) && Inherited.IsDecorated());
   EXPECT_EQ(Inherited.FontVariant(), TSVGFontVariant::fvSmallCaps);
   const TSVGFont& Own = Tree["u"].GetFont();
   EXPECT_TRUE(Own.Style().IsEmpty());
@@ -171,13 +160,11 @@ TEST(Cascade, SelectorsMatchWithTheirSpecificity) {
       "<title/></rect><circle id='s'/></g><g id='h'><rect id='x'/></g>");
   TSVGGraphicElement& Group = Tree["g"];
   TSVGGraphicElement& Rect = Tree["r"];
-  const struct {
-    TSVGGraphicElement& Element;
-    std::int32_t Specificity;
-    std::vector<StringView> Selectors;
-  } Cases[] = {
-      {Rect, -1, {u"", u"Rect", u"#R", u"[x]", u"[id=q]", u"[fill~=re]", u"[foo=bar]", u"g r"}},
-      {Rect, -1, {u"[stroke=none]"}},
+  const std::tuple<TSVGGraphicElement&, std::int32_t, std::vector<StringView>> Cases[] = {
+      {Rect,
+       -1,
+       {u"", u"Rect", u"#R", u"[x]", u"[id=q]", u"[fill~=re]", u"[foo=bar]", u"g r",
+        u"[stroke=none]"}},
       // One that begins with "*" matches even where it fails.
       {Rect, 0, {u"*", u"*.x"}},
       {Rect, 1, {u"rect", u"rect:hover"}},

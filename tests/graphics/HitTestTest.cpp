@@ -48,20 +48,20 @@ TEST(HitTest, PointerEventsDecideWhatCounts) {
 }
 
 TEST(HitTest, AHairLineIsThreePixelsWide) {
-  for (const char* Attributes :
-       {"stroke-width='1'", "stroke-width='.01'", "transform='scale(.5)' stroke-width='2'",
-        "stroke-width='0'", "stroke-width='1' vector-effect='non-scaling-stroke'"}) {
-    const bool IsHalf = std::string_view(Attributes).starts_with("transform");
-    TDrawing D("<path id='p' stroke='#000' fill='none' d='M10 50H180' " + std::string(Attributes) +
-               "/>");
-    const float Y = IsHalf ? 25 : 50;
-    EXPECT_EQ(D.At(50, Y + 1.4f), "p") << Attributes;
-    EXPECT_EQ(D.At(50, Y + 1.7f), "") << Attributes;
+  const std::tuple<std::string, float, float> Cases[] = {
+      {"stroke-width='1'", 51.4f, 51.7f},
+      {"stroke-width='.01'", 51.4f, 51.7f},
+      {"transform='scale(.5)' stroke-width='2'", 26.4f, 26.7f},
+      {"stroke-width='0'", 51.4f, 51.7f},
+      {"stroke-width='1' vector-effect='non-scaling-stroke'", 51.4f, 51.7f},
+      // A wider one keeps its width.
+      {"stroke-width='8'", 53.9f, 54.1f},
+  };
+  for (const auto& [Attributes, Hit, Miss] : Cases) {
+    TDrawing D("<path id='p' stroke='#000' fill='none' d='M10 50H180' " + Attributes + "/>");
+    EXPECT_EQ(D.At(50, Hit), "p") << Attributes;
+    EXPECT_EQ(D.At(50, Miss), "") << Attributes;
   }
-  // A wider one keeps its width.
-  TDrawing D("<path id='p' stroke='#000' fill='none' stroke-width='8' d='M10 50H180'/>");
-  EXPECT_EQ(D.At(50, 53.9f), "p");
-  EXPECT_EQ(D.At(50, 54.1f), "");
 }
 
 TEST(HitTest, Options) {
@@ -71,11 +71,7 @@ TEST(HitTest, Options) {
       "<rect id='h' x='90' width='5' height='5' visibility='hidden'/>"
       "<rect id='f' y='90' width='5' height='5' fill='none'/>");
   D.Get(u"d").SetEnabled(false);
-  struct {
-    float X, Y;
-    TSVGFindOptions Options;
-    const char* Found;
-  } const Cases[] = {
+  const std::tuple<float, float, TSVGFindOptions, const char*> Cases[] = {
       {50, 50, {}, "c"},
       {50, 50, {foFindGroups}, "g"},
       {50, 50, {foFindNoRecursion}, "c"},
@@ -89,8 +85,7 @@ TEST(HitTest, Options) {
       {2, 92, {foFindNonFilled}, "f"},
       {2, 92, {foUseBoundingBox}, "f"},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(D.At(Case.X, Case.Y, Case.Options), Case.Found) << Case.X << "," << Case.Y;
+  for (const auto& [X, Y, Options, ID] : Cases) EXPECT_EQ(D.At(X, Y, Options), ID) << X << "," << Y;
 }
 
 TEST(HitTest, TheHostHasTheLastWord) {
@@ -116,11 +111,11 @@ TEST(HitTest, TheHostHasTheLastWord) {
 }
 
 TEST(HitTest, AViewportWithoutEventsMayHoldElementsThatTakeThem) {
-  constexpr char Body[] =
+  TDrawing D(
       "<rect id='a' width='50' height='50'/>"
       "<rect id='b' width='20' height='20' pointer-events='all'/>"
-      "<marker><rect id='m' width='90' height='90' pointer-events='all'/></marker>";
-  TDrawing D(Body, "viewBox='0 0 100 100' pointer-events='none'");
+      "<marker><rect id='m' width='90' height='90' pointer-events='all'/></marker>",
+      "viewBox='0 0 100 100' pointer-events='none'");
   EXPECT_EQ(D.At(10, 10), "b");
   EXPECT_EQ(D.At(40, 40), "");
 }
@@ -145,11 +140,7 @@ TEST(Bounds, OfATurnedElementAreThoseOfItsBox) {
   TDrawing D("<rect id='r' width='10' height='10' transform='rotate(45)'/>");
   TSVGGraphicElement& Rectangle = D.Get(u"r");
   EXPECT_EQ(Rectangle.GetBoundsRect(), QXRect(0, 0, 10, 10));
-  const TRectF Box = Rectangle.GetBoundsRect(QXIdentityMatrix);
-  EXPECT_NEAR(Box.Left, -7.0711f, 1e-3);
-  EXPECT_NEAR(Box.Top, 0, 1e-3);
-  EXPECT_NEAR(Box.Right, 7.0711f, 1e-3);
-  EXPECT_NEAR(Box.Bottom, 14.1421f, 1e-3);
+  EXPECT_EQ(test::Describe(Rectangle.GetBoundsRect(QXIdentityMatrix)), "-7.071,0,7.071,14.142");
 }
 
 TEST(Bounds, FromTheScreenToTheViewBox) {

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "document/Selectors.h"
 #include "document/StringHashTable.h"
 #include "document/XML.h"
@@ -26,14 +28,8 @@ std::vector<std::string> EntriesOf(const TSVGStyle& Style) {
   return Result;
 }
 
-struct TDeclarationCase {
-  StringView Text;
-  std::vector<std::string> Entries;
-  TSVGStyleProperties Named;
-};
-
 TEST(Style, ReadsDeclarationLists) {
-  const TDeclarationCase Cases[] = {
+  const std::tuple<StringView, std::vector<std::string>, TSVGStyleProperties> Cases[] = {
       {u"", {}, {}},
       {u" \t\n", {}, {}},
       {u"fill:red", {"fill=red"}, {ipFill}},
@@ -50,11 +46,10 @@ TEST(Style, ReadsDeclarationLists) {
       {u"fill:red;/* open", {"fill=red", "/* open="}, {ipFill, ipNone}},
       {u"/*/fill:red", {"/*/fill=red"}, {ipNone}},
   };
-  for (const TDeclarationCase& Case : Cases) {
-    SCOPED_TRACE(ToUtf8(Case.Text));
+  for (const auto& [Text, Entries, Named] : Cases) {
     TSVGStyle Style;
-    EXPECT_EQ(Style.AddStyle(Case.Text).Mask(), Case.Named.Mask());
-    EXPECT_THAT(EntriesOf(Style), testing::UnorderedElementsAreArray(Case.Entries));
+    EXPECT_EQ(Style.AddStyle(Text).Mask(), Named.Mask()) << ToUtf8(Text);
+    EXPECT_THAT(EntriesOf(Style), testing::UnorderedElementsAreArray(Entries)) << ToUtf8(Text);
   }
 }
 
@@ -133,18 +128,18 @@ TEST(Style, WritesTexts) {
 TEST(Style, TellsOncePerOperation) {
   TSVGStyle Style;
   test::TWatch Watch(Style);
-  const auto Told = [&](auto Operation) {
-    Operation();
-    return Watch.Take();
-  };
-  EXPECT_EQ(Told([&] { Style.AddStyle(u"fill:red;stroke:blue;opacity:1"); }), 1);
-  EXPECT_EQ(Told([&] { Style.AddStyle(u"  "); }), 0);
-  EXPECT_EQ(Told([&] { Style.SetStyle(u"fill:red"); }), 1);
-  EXPECT_EQ(Told([&] { Style.SetStyleProp(ipFill, u"red"); }), 1);
-  EXPECT_EQ(Told([&] { Style.SetEnabled(true); }), 0);
-  EXPECT_EQ(Told([&] { Style.SetEnabled(false); }), 1);
-  EXPECT_EQ(Told([&] { Style.SetName(u"x"); }), 1);
-  EXPECT_EQ(Told([&] { Style.SetName(u"x"); }), 0);
+  Style.AddStyle(u"fill:red;stroke:blue;opacity:1");
+  Style.AddStyle(u"  ");
+  EXPECT_EQ(Watch.Take(), 1);
+  Style.SetStyle(u"fill:red");
+  Style.SetStyleProp(ipFill, u"red");
+  EXPECT_EQ(Watch.Take(), 2);
+  Style.SetEnabled(true);
+  Style.SetEnabled(false);
+  EXPECT_EQ(Watch.Take(), 1);
+  Style.SetName(u"x");
+  Style.SetName(u"x");
+  EXPECT_EQ(Watch.Take(), 1);
 }
 
 TEST(Style, KeepsManyNamesInLinearTime) {
