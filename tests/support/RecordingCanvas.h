@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/PathGeometry.h"
 #include "graphics/surface/PathMeasure.h"
@@ -24,6 +26,11 @@ inline std::string Brief(double Value) {
 
 inline std::string Describe(const TRectF& R) {
   return Brief(R.Left) + "," + Brief(R.Top) + "," + Brief(R.Right) + "," + Brief(R.Bottom);
+}
+
+inline void ExpectNear(const TRectF& Got, const TRectF& Expected, float Tolerance) {
+  for (const float TRectF::*Side : {&TRectF::Left, &TRectF::Top, &TRectF::Right, &TRectF::Bottom})
+    EXPECT_NEAR(Got.*Side, Expected.*Side, Tolerance) << Describe(Got);
 }
 
 // "M 0,0 L 10,0 C ... Z".

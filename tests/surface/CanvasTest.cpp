@@ -31,12 +31,11 @@ TEST(Canvas, GuardsTheSurfaceFromEmptyInput) {
   Canvas.DrawImage(TQXGPBitmap(), QXRect(0, 0, 9, 9), 1);
   Canvas.DrawImage(TQXGPBitmap(2, 2), QXRect(0, 0, 0, 9), 1);
   Canvas.DrawImage(TQXGPBitmap(2, 2), QXRect(0, 0, 9, 9), QXRect(5, 5, 6, 6), 1);
-  Canvas.Brush().SetKind(TQXGPBrushKind::bkNone);
-  Canvas.FillPath(Square, 1);
-  Canvas.Brush().SetKind(TQXGPBrushKind::bkGradient);
-  Canvas.FillPath(Square, 1);
-  Canvas.Brush().SetKind(TQXGPBrushKind::bkBitmap);
-  Canvas.FillPath(Square, 1);
+  using enum TQXGPBrushKind;
+  for (const TQXGPBrushKind Kind : {bkNone, bkGradient, bkBitmap}) {
+    Canvas.Brush().SetKind(Kind);
+    Canvas.FillPath(Square, 1);
+  }
   for (const float Width : {0.0f, -1.0f}) {
     Canvas.Pen().SetThickness(Width);
     Canvas.DrawPath(Square, 1);
@@ -63,7 +62,6 @@ TEST(Canvas, StatesNest) {
   Canvas.RestoreState(Inner);
   EXPECT_EQ(Canvas.Matrix(), CreateScaleQXMatrix(2, 2));
   EXPECT_EQ(Canvas.GetClipBounds(), QXRect(0, 0, 20, 20));
-  EXPECT_EQ(Canvas.Depth(), 1u);
   Canvas.RestoreState(Inner);
   EXPECT_EQ(Canvas.Depth(), 1u);
   Canvas.RestoreState(Outer);
@@ -112,20 +110,17 @@ TEST(Canvas, RefusesMatricesThatAreNotFinite) {
 }
 
 TEST(Canvas, CutsImagesToWhatTheyHave) {
-  struct {
-    TRectF Dest, Source;
-    const char* Expected;
-  } const Cases[] = {
-      {{0, 0, 10, 10}, {0, 0, 4, 4}, "0,0,4,4 to 0,0,10,10"},
-      {{0, 0, 10, 10}, {2, 0, 6, 4}, "2,0,4,4 to 0,0,5,10"},
-      {{0, 0, 10, 10}, {-4, 0, 4, 8}, "0,0,4,4 to 5,0,10,5"},
+  const std::pair<TRectF, std::string> Cases[] = {
+      {{0, 0, 4, 4}, "0,0,4,4 to 0,0,10,10"},
+      {{2, 0, 6, 4}, "2,0,4,4 to 0,0,5,10"},
+      {{-4, 0, 4, 8}, "0,0,4,4 to 5,0,10,5"},
       // A mirrored source mirrors the picture.
-      {{0, 0, 10, 10}, {4, 0, 0, 4}, "0,0,4,4 to 10,0,0,10"},
+      {{4, 0, 0, 4}, "0,0,4,4 to 10,0,0,10"},
   };
   TRecordingCanvas Canvas;
-  for (const auto& Case : Cases) {
-    Canvas.DrawImage(TQXGPBitmap(4, 4), Case.Dest, Case.Source, 0.5f);
-    EXPECT_EQ(Canvas.TakeText(), std::string("image 4x4 0.5: ") + Case.Expected + "\n");
+  for (const auto& [Source, Shown] : Cases) {
+    Canvas.DrawImage(TQXGPBitmap(4, 4), {0, 0, 10, 10}, Source, 0.5f);
+    EXPECT_EQ(Canvas.TakeText(), "image 4x4 0.5: " + Shown + "\n");
   }
 }
 

@@ -110,26 +110,6 @@ TEST(PathParse, KeepsTheGeometryUpToTheError) {
   EXPECT_EQ(Far.Count(), 1u);
 }
 
-// Relative and absolute commands describe the same path, whatever their number.
-TEST(PathParse, RelativeEqualsAbsolute) {
-  std::mt19937 Random(20260101);
-  std::uniform_int_distribution<int> Step(-40, 40);
-  std::string Absolute = "M0 0", Relative = "m0 0";
-  double X = 0, Y = 0;
-  for (int I = 0; I < 3000; ++I) {
-    const double DX = Step(Random) / 8.0, DY = Step(Random) / 8.0;
-    X += DX;
-    Y += DY;
-    Absolute += "L" + std::to_string(X) + " " + std::to_string(Y);
-    Relative += "l" + std::to_string(DX) + " " + std::to_string(DY);
-  }
-  TQXPathGeometry A, R;
-  ASSERT_TRUE(QXParsePath(FromUtf8(Absolute), A));
-  ASSERT_TRUE(QXParsePath(FromUtf8(Relative), R));
-  EXPECT_EQ(A.Count(), 3001u);
-  EXPECT_TRUE(A == R);
-}
-
 TEST(PathParse, AppendsBehindWhatIsThere) {
   TQXPathGeometry Path;
   Path.MoveTo({1, 1});

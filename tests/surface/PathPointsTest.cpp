@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "graphics/surface/Path.h"
 #include "graphics/surface/PathData.h"
 #include "graphics/surface/PathMeasure.h"
@@ -21,8 +23,7 @@ TEST(PathPoints, InsideGoesThroughMatrixAndClip) {
   TQXGPPath Path;
   Read(Path, u"M0 0H10V10H0z");
   TRecordingCanvas Canvas(100, 100);
-  EXPECT_TRUE(Path.IsVisiblePathPoint({5, 5}));
-  EXPECT_TRUE(Path.IsVisiblePathPoint({5, 5}, &Canvas));
+  EXPECT_TRUE(Path.IsVisiblePathPoint({5, 5}) && Path.IsVisiblePathPoint({5, 5}, &Canvas));
   // The point is one of the device, the path passes through the canvas's matrix.
   Canvas.SetMatrix(QXMatrixMultiply(CreateScaleQXMatrix(2, 2), CreateTranslateQXMatrix(50, 0)));
   EXPECT_FALSE(Path.IsVisiblePathPoint({5, 5}, &Canvas));
@@ -45,47 +46,46 @@ TEST(PathPoints, InsideGoesThroughMatrixAndClip) {
 TEST(PathPoints, OutlineByWidthCapsJoinsAndDashes) {
   using enum TQXGPLineCap;
   using enum TQXGPStrokeJoin;
-  struct {
-    StringView Path;
-    float Width;
-    TQXGPLineCap Cap;
-    TQXGPStrokeJoin Join;
-    std::vector<TPointF> Hits, Misses;
-    std::vector<float> Dashes = {};
-  } const Cases[] = {
-      {u"M0 0H10", 4, lcFlat, sjMiter, {{5, 1.9f}}, {{5, 2.1f}, {-1, 0.5f}}},
-      {u"M0 0H10", 4, lcSquare, sjMiter, {{-1.9f, 1.9f}}, {}},
-      {u"M0 0H10", 4, lcRound, sjMiter, {{-1.9f, 0.1f}}, {{-1.9f, 1.9f}}},
-      {u"M0 0H10", 4, lcTriangle, sjMiter, {{-1, 0.9f}}, {{-1, 1.2f}}},
-      {u"M0 0H10V10", 4, lcFlat, sjMiter, {{11.9f, -1.9f}}, {}},
-      {u"M0 0H10V10", 4, lcFlat, sjBevel, {}, {{11.9f, -1.9f}}},
-      {u"M0 0H10V10", 4, lcFlat, sjRound, {{11.3f, -1.3f}}, {{11.9f, -1.9f}}},
-      {u"M0 0H10V10H0z", 2, lcFlat, sjMiter, {{-0.9f, -0.9f}, {0.1f, 5}}, {{5, 5}}},
-      {u"M0 0H10V10H0", 2, lcFlat, sjMiter, {}, {{0, 5}}},
-      // Dashes are counted in widths.
-      {u"M0 0H20", 2, lcFlat, sjMiter, {{3, 0}, {7, 0}}, {{5, 0}}, {2, 1}},
-      {u"M0 0H10", 1e-12f, lcFlat, sjMiter, {}, {{5, 0.01f}}},
-      {u"M0 0H10", 0, lcFlat, sjMiter, {}, {{5, 0}}},
-      {u"M0 0C0 10 10 10 10 0", 1, lcFlat, sjMiter, {{5, 7.5f}}, {{5, 6.9f}}},
-      {u"", 4, lcFlat, sjMiter, {}, {{0, 0}}},
-      {u"M0 0", 4, lcFlat, sjMiter, {}, {{0, 0}}},
-  };
-  for (const auto& Case : Cases) {
+  const std::tuple<StringView, float, TQXGPLineCap, TQXGPStrokeJoin, std::vector<TPointF>,
+                   std::vector<TPointF>>
+      Cases[] = {
+          {u"M0 0H10", 4, lcFlat, sjMiter, {{5, 1.9f}}, {{5, 2.1f}, {-1, 0.5f}}},
+          {u"M0 0H10", 4, lcSquare, sjMiter, {{-1.9f, 1.9f}}, {}},
+          {u"M0 0H10", 4, lcRound, sjMiter, {{-1.9f, 0.1f}}, {{-1.9f, 1.9f}}},
+          {u"M0 0H10", 4, lcTriangle, sjMiter, {{-1, 0.9f}}, {{-1, 1.2f}}},
+          {u"M0 0H10V10", 4, lcFlat, sjMiter, {{11.9f, -1.9f}}, {}},
+          {u"M0 0H10V10", 4, lcFlat, sjBevel, {}, {{11.9f, -1.9f}}},
+          {u"M0 0H10V10", 4, lcFlat, sjRound, {{11.3f, -1.3f}}, {{11.9f, -1.9f}}},
+          {u"M0 0H10V10H0z", 2, lcFlat, sjMiter, {{-0.9f, -0.9f}, {0.1f, 5}}, {{5, 5}}},
+          {u"M0 0H10V10H0", 2, lcFlat, sjMiter, {}, {{0, 5}}},
+          {u"M0 0H10", 1e-12f, lcFlat, sjMiter, {}, {{5, 0.01f}}},
+          {u"M0 0H10", 0, lcFlat, sjMiter, {}, {{5, 0}}},
+          {u"M0 0C0 10 10 10 10 0", 1, lcFlat, sjMiter, {{5, 7.5f}}, {{5, 6.9f}}},
+          {u"", 4, lcFlat, sjMiter, {}, {{0, 0}}},
+          {u"M0 0", 4, lcFlat, sjMiter, {}, {{0, 0}}},
+      };
+  TQXGPPath Path;
+  for (const auto& [Data, Width, Cap, Join, Hits, Misses] : Cases) {
     SCOPED_TRACE(testing::Message()
-                 << ToUtf8(Case.Path) << " cap " << int(Case.Cap) << " join " << int(Case.Join));
-    TQXGPPath Path;
-    Read(Path, Case.Path);
+                 << ToUtf8(Data) << " cap " << int(Cap) << " join " << int(Join));
+    Read(Path, Data);
     TQXGPPen Pen(nullptr, TQXGPBrushKind::bkNone);
-    Pen.SetThickness(Case.Width);
-    Pen.SetStartCap(Case.Cap);
-    Pen.SetEndCap(Case.Cap);
-    Pen.SetJoin(Case.Join);
-    if (!Case.Dashes.empty()) Pen.SetCustomDash(Case.Dashes, 0);
-    for (const TPointF P : Case.Hits)
+    Pen.SetThickness(Width);
+    Pen.SetStartCap(Cap);
+    Pen.SetEndCap(Cap);
+    Pen.SetJoin(Join);
+    for (const TPointF P : Hits)
       EXPECT_TRUE(Path.IsOutlineVisiblePathPoint(P, Pen)) << P.X << "," << P.Y;
-    for (const TPointF P : Case.Misses)
+    for (const TPointF P : Misses)
       EXPECT_FALSE(Path.IsOutlineVisiblePathPoint(P, Pen)) << P.X << "," << P.Y;
   }
+  // Dashes are counted in widths.
+  Read(Path, u"M0 0H20");
+  TQXGPPen Pen;
+  Pen.SetThickness(2);
+  Pen.SetCustomDash(std::vector<float>{2, 1}, 0);
+  for (const float X : {3.0f, 5.0f, 7.0f})
+    EXPECT_EQ(Path.IsOutlineVisiblePathPoint({X, 0}, Pen), X != 5);
 }
 
 TEST(PathPoints, OutlineGoesThroughMatrixAndClip) {
