@@ -93,7 +93,7 @@ void AppendGeneral(String& Target, const TDecimalForm& Form) {
     Target.push_back(u'0');
   } else if (Form.Point > SignificantDigits || Form.Point < -3) {
     Target.push_back(static_cast<char16_t>(Digits[0]));
-    if (Form.Count > 1) Target.push_back(u'.');
+    if (Form.Count > 1) Target.push_back(USFormatSettings.DecimalSeparator);
     Target.append(Digits + 1, Digits + Form.Count);
     Target.push_back(u'E');
     AppendInt(Target, Form.Point - 1);
@@ -104,7 +104,7 @@ void AppendGeneral(String& Target, const TDecimalForm& Form) {
     Target.append(Digits, Digits + Form.Count);
     Target.append(static_cast<std::size_t>(Form.Point - Form.Count), u'0');
   } else {
-    Target.append(Digits, Digits + Form.Point).push_back(u'.');
+    Target.append(Digits, Digits + Form.Point).push_back(USFormatSettings.DecimalSeparator);
     Target.append(Digits + Form.Point, Digits + Form.Count);
   }
 }
@@ -233,7 +233,7 @@ bool TFloatFormat::AppendFast(String& Target, double Value) const {
   std::size_t At = Buffer.size();
   for (int I = 0; I < Length; ++I, Fraction /= 10)
     Buffer[--At] = static_cast<char16_t>(u'0' + Fraction % 10);
-  if (Length > 0) Buffer[--At] = u'.';
+  if (Length > 0) Buffer[--At] = USFormatSettings.DecimalSeparator;
   if (Integer == 0 && (Section.MinInteger > 0 || Length == 0)) Buffer[--At] = u'0';
   for (std::uint64_t Left = Integer; Left > 0; Left /= 10)
     Buffer[--At] = static_cast<char16_t>(u'0' + Left % 10);
@@ -293,7 +293,7 @@ void TFloatFormat::AppendSection(String& Target, const TSection& Section,
     } else if (C == u'.') {
       WriteInteger(0);
       IsBehindPoint = true;
-      if (Digits.FractionLength > 0) Target.push_back(u'.');
+      if (Digits.FractionLength > 0) Target.push_back(USFormatSettings.DecimalSeparator);
     } else if (C == u'"' || C == u'\'') {
       const std::size_t End = FPattern.find(C, At + 1);
       Target.append(FPattern, At + 1, End - At - 1);

@@ -8,6 +8,12 @@
 
 namespace qxsvg {
 
+// How numbers look in text, whatever the locale: the one way that SVG knows.
+struct TFormatSettings {
+  char16_t DecimalSeparator = u'.';
+};
+inline constexpr TFormatSettings USFormatSettings;
+
 // A pattern, read once and used for many numbers.
 //
 //   0      a digit that is always written

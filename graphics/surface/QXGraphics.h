@@ -10,3 +10,4 @@
 #include "graphics/surface/PathMeasure.h"
 #include "graphics/surface/PathView.h"
 #include "graphics/surface/Transform.h"
+#include "runtime/FloatFormat.h"
