@@ -50,6 +50,9 @@ class QXSVG_API TQXGPImage : public TPersistent {
   virtual std::int32_t GetHeight() const = 0;
   // The pixels, valid until the image changes.
   virtual TQXConstPixels GetPixels() const = 0;
+  // A canvas that draws on this image, made at the first call through the canvas service and owned
+  // by the image. Raises EInvalidOperation where no surface is supplied.
+  virtual TQXGPCanvas& GetCanvas() = 0;
 
   // Encodes the image for the codec of that name or file extension ("png", ".jpeg") or media type
   // ("image/png"), through the image codecs service. Params is the codec's quality from 0 to 100,
@@ -85,9 +88,7 @@ class QXSVG_API TQXGPBitmap : public TQXGPImage {
   // Every pixel becomes that colour, which is not premultiplied.
   void Clear(TQXGPColor Color = 0);
 
-  // A canvas that draws on this bitmap, made at the first call through the canvas service and owned
-  // by the bitmap. Raises EInvalidOperation where no surface is supplied.
-  TQXGPCanvas& GetCanvas();
+  TQXGPCanvas& GetCanvas() override;
 
  private:
   TZeroedArray<std::uint32_t> FPixels;
