@@ -33,9 +33,15 @@ class TQXPathParser {
       : FFirst(Text.data()), FAt(Text.data()), FLast(Text.data() + Text.size()), FTarget(Target) {}
 
   bool Run() {
-    const bool IsWhole = ReadAll();
-    Flush();
-    return IsWhole;
+    try {
+      const bool IsWhole = ReadAll();
+      Flush();
+      return IsWhole;
+    } catch (...) {
+      // The figure that was open may be among the entries that found no room.
+      FTarget.FindFigure();
+      throw;
+    }
   }
 
  private:

@@ -1,6 +1,7 @@
 #include "graphics/surface/PathGeometry.h"
 
-#include <numbers>
+#include <functional>
+#include <utility>
 
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
@@ -75,6 +76,12 @@ void TQXPathGeometry::FindFigure() {
   }
 }
 
+bool TQXPathGeometry::Holds(const TQXPathView& Entries) const {
+  const std::less<const TPointF*> IsBefore;
+  const TPointF* const First = Entries.Points.data();
+  return !IsBefore(First, FPoints.data()) && IsBefore(First, FPoints.data() + FPoints.size());
+}
+
 void TQXPathGeometry::CheckGrowth(std::size_t Points) const {
   constexpr std::size_t MaxCount = 3 * Limits::PathSegments;
   if (Points > MaxCount || FPoints.size() > MaxCount - Points)
@@ -138,6 +145,7 @@ void TQXPathGeometry::CurveTo(TPointF Control1, TPointF Control2, TPointF P) {
 }
 
 void TQXPathGeometry::QuadTo(TPointF Control, TPointF P) {
+  if (!IsFinite(Control) || !IsFinite(P)) return;
   if (IsEmpty()) MoveTo(Control);
   const TPointF Start = CurrentPoint();
   CurveTo(QXCenterPoint(Start, Control, 2.0f / 3), QXCenterPoint(P, Control, 2.0f / 3), P);
@@ -236,14 +244,17 @@ void TQXPathGeometry::AddPolygon(std::span<const TPointF> Points) {
 
 void TQXPathGeometry::Append(const TQXPathView& Other, bool Connect) {
   if (Other.IsEmpty()) return;
-  // The other may be this path itself, whose points move when room is made.
-  const bool IsSelf = Other.Points.data() == FPoints.data();
+  // The other may be a part of this path, whose points move when room is made.
+  const bool IsOwn = Holds(Other);
+  const std::size_t Place =
+      IsOwn ? static_cast<std::size_t>(Other.Points.data() - FPoints.data()) : 0;
   const std::size_t Count = Other.Count(), Offset = FPoints.size();
   Connect = Connect && Offset != 0;
   Grow(Count + 1);
   if (Connect) Open(Count);
   const TQXPathView Source =
-      IsSelf ? TQXPathView{View().Points.first(Count), View().Kinds.first(Count)} : Other;
+      IsOwn ? TQXPathView{View().Points.subspan(Place, Count), View().Kinds.subspan(Place, Count)}
+            : Other;
   const std::size_t Base = FPoints.size();
   FPoints.insert(FPoints.end(), Source.Points.begin(), Source.Points.end());
   FKinds.insert(FKinds.end(), Source.Kinds.begin(), Source.Kinds.end());
@@ -258,7 +269,13 @@ void TQXPathGeometry::Append(const TQXPathView& Other, bool Connect) {
 }
 
 void TQXPathGeometry::Assign(const TQXPathView& Other) {
-  if (Other.Points.data() == FPoints.data()) return;
+  if (Holds(Other)) {
+    if (Other.Count() == Count()) return;
+    TQXPathGeometry Part;
+    Part.Assign(Other);
+    *this = std::move(Part);
+    return;
+  }
   // With room for both, neither list can come out longer than the other.
   Clear();
   Reserve(Other.Count());

@@ -58,7 +58,8 @@ class QXSVG_API TQXPathGeometry {
   void Append(const TQXPathView& Other, const TMatrix& M);
   void Assign(const TQXPathView& Other);
 
-  // Products that no float holds are clamped to +-1e30.
+  // Products that no float holds are clamped to +-1e30; a matrix that is not finite changes
+  // nothing.
   void Transform(const TMatrix& M);
   void Translate(float DX, float DY);
   // Gives up all entries from Count on.
@@ -73,6 +74,8 @@ class QXSVG_API TQXPathGeometry {
   // Entries that go on from the last, which the caller made right; the last move stays with it too.
   void AppendRaw(const TQXPathView& Entries);
   void FindFigure();
+  // Whether these are entries of this path.
+  bool Holds(const TQXPathView& Entries) const;
   void TransformFrom(std::size_t First, const TMatrix& M);
   // Raises where that many more entries are over the limit.
   void CheckGrowth(std::size_t Points) const;

@@ -44,6 +44,9 @@ TEST(PathGeometry, LeavesOutWhatIsNotFinite) {
   Path.LineTo({NAN, 0});
   Path.CurveTo({2, 2}, {0, -Inf}, {3, 3});
   Path.QuadTo({NAN, 0}, {3, 3});
+  TQXPathGeometry New;
+  New.QuadTo({1, 1}, {NAN, 0});
+  EXPECT_TRUE(New.IsEmpty());
   Path.ArcTo(Inf, 1, 0, false, true, {3, 3});
   Path.AddEllipse({0, 0, Inf, 1});
   Path.AddRectangle({NAN, 0, 1, 1});
@@ -118,6 +121,16 @@ TEST(PathGeometry, AppendsWithAndWithoutConnection) {
   EXPECT_EQ(Text(Empty), Text(B));
   Empty.Append(TQXPathView{}, true);
   EXPECT_EQ(Text(Empty), Text(B));
+  // A part of the path itself.
+  TQXPathGeometry Own;
+  for (float X = 0; X < 4; ++X) Own.AddPolygon(std::vector<TPointF>{{X, 0}, {X, 1}});
+  const auto Part = [&](std::size_t First) {
+    return TQXPathView{Own.View().Points.subspan(First, 3), Own.View().Kinds.subspan(First, 3)};
+  };
+  Own.Append(Part(3), false);
+  EXPECT_EQ(Text(Own), "M 0,0 L 0,1 Z M 1,0 L 1,1 Z M 2,0 L 2,1 Z M 3,0 L 3,1 Z M 1,0 L 1,1 Z");
+  Own.Assign(Part(6));
+  EXPECT_EQ(Text(Own), "M 2,0 L 2,1 Z");
 }
 
 }  // namespace
