@@ -55,6 +55,7 @@ bool TQXGPRegion::IsEmpty() const {
 }
 
 void TQXGPRegion::Transform(const TMatrix& M) {
+  if (!FInfinite && QXMatrixDeterminant(M) == 0) return MakeEmpty();
   FGeometry.Transform(M);
 }
 
@@ -79,7 +80,8 @@ void TQXGPRegion::Combine(const TQXPathView& Path, TQXGPFillMode FillMode, TQXGP
     if (Mode == cmIntersect) MakeEmpty();
     return;
   }
-  if (Mode == cmIntersect && FSteps.empty()) return;
+  if (Mode == cmIntersect && TRectF::Intersect(GetBounds(), QXPathControlBounds(Path)).IsEmpty())
+    return MakeEmpty();
   const std::size_t First = FGeometry.Count();
   FGeometry.Append(Path, false);
   FSteps.push_back({First, Path.Count(), FillMode, Mode});

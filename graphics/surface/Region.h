@@ -26,12 +26,14 @@ class QXSVG_API TQXGPRegion {
   explicit TQXGPRegion(TQXGPCanvas* Canvas = nullptr);
   virtual ~TQXGPRegion();
 
-  // The region becomes that rectangle.
+  // The region becomes that rectangle; nothing where a side is not finite.
   virtual void SetBounds(const TRectF& R);
   virtual void MakeEmpty();
   virtual void MakeInfinite();
-  // Nothing with area in it: figures whose points all lie on one line are not taken in.
+  // Nothing with area in it: figures whose points all lie on one line are not taken in, and what
+  // has no area after an intersection of boxes or a transformation is given up.
   virtual bool IsEmpty() const;
+  // A matrix that is not finite changes nothing.
   virtual void Transform(const TMatrix& M);
   virtual void Combine(const TQXGPPath& Path, TQXGPCombineMode Mode);
   // Path is not a step of this region. Raises ESVGException past Limits::PathSegments.

@@ -54,6 +54,11 @@ TEST(Region, IsEmptyWithoutArea) {
   EXPECT_TRUE(Region.IsEmpty());
   Add(Region, u"M0 0L10 10M0 0L1 0L1 1", TQXGPFillMode::fmWinding);
   EXPECT_FALSE(Region.IsEmpty());
+  TQXGPRegion Flat = Region;
+  Flat.Transform(CreateScaleQXMatrix(1, 0));
+  EXPECT_TRUE(Flat.IsEmpty());
+  Region.Combine(QXRect(10, 0, 20, 10), cmIntersect);
+  EXPECT_TRUE(Region.IsEmpty());
 }
 
 TEST(Region, CombinesInOrder) {
