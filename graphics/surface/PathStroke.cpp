@@ -12,6 +12,9 @@
 namespace qxsvg {
 namespace {
 
+// No curve or pen is worth more lines than this asks for.
+constexpr float FinestTolerance = 1e-6f;
+
 constexpr TRectF Everywhere{-QXFarthestPixel, -QXFarthestPixel, QXFarthestPixel, QXFarthestPixel};
 
 // Counts how often the lines wind about a point.
@@ -104,7 +107,8 @@ void TQXGPPath::Widen(float Width) {
 void TQXGPPath::Widen(const TQXGPPen& Pen) {
   // No device is known: the outline is made fine enough to be enlarged to the size of a screen.
   const TRectF Box = FGeometry.IsEmpty() ? TRectF{} : GetBounds();
-  const float Tolerance = std::clamp(std::max(Box.Width(), Box.Height()) * 1e-4f, 1e-3f, 0.1f);
+  const float Size = std::max({Box.Width(), Box.Height(), Pen.Thickness()});
+  const float Tolerance = std::clamp(Size * 1e-4f, FinestTolerance, 0.1f);
   TOutlineBuilder Builder;
   StrokeInto(Builder, View(), Pen, QXIdentityMatrix, Everywhere, Tolerance);
   FGeometry = Builder.Build();
@@ -131,10 +135,14 @@ bool TQXGPPath::IsOutlineVisiblePathPoint(TPointF P, const TQXGPPen& Pen,
     Near.Translate(-P.X, -P.Y);
     return Near.IsOutlineVisiblePathPoint({}, Pen);
   }
-  constexpr float Reach = 2, Tolerance = 0.01f;
+  // Fine enough for thin pens in small units too.
+  const TMatrix& ToDevice = Canvas ? Canvas->Matrix() : QXIdentityMatrix;
+  const float Width = QXMatrixMultiply(Pen.Thickness(), ToDevice);
+  const float Tolerance = std::clamp(Width / 100, FinestTolerance, 0.01f);
+  constexpr float Reach = 2;
   TWindingCounter Winding(P);
-  StrokeInto(Winding, View(), Pen, Canvas ? Canvas->Matrix() : QXIdentityMatrix,
-             {P.X - Reach, P.Y - Reach, P.X + Reach, P.Y + Reach}, Tolerance);
+  StrokeInto(Winding, View(), Pen, ToDevice, {P.X - Reach, P.Y - Reach, P.X + Reach, P.Y + Reach},
+             Tolerance);
   return Winding.Count() != 0;
 }
 

@@ -61,6 +61,13 @@ TEST(PathPoints, OutlineByWidthCapsJoinsAndDashes) {
           {u"M0 0H10", 1e-12f, lcFlat, sjMiter, {}, {{5, 0.01f}}},
           {u"M0 0H10", 0, lcFlat, sjMiter, {}, {{5, 0}}},
           {u"M0 0C0 10 10 10 10 0", 1, lcFlat, sjMiter, {{5, 7.5f}}, {{5, 6.9f}}},
+          // Small units take as fine a test.
+          {u"M.1 0C.1 .0552 .0552 .1 0 .1",
+           0.002f,
+           lcFlat,
+           sjMiter,
+           {{0.09285f, 0.03846f}},
+           {{0.09377f, 0.03884f}}},
           {u"", 4, lcFlat, sjMiter, {}, {{0, 0}}},
           {u"M0 0", 4, lcFlat, sjMiter, {}, {{0, 0}}},
       };
