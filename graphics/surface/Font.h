@@ -22,7 +22,7 @@ class QXSVG_API TQXGPFont : public TQXGPGraphicsObject {
 
   const String& Name() const { return FName; }
   void SetName(StringView Name);
-  // The em, in the units of the canvas that is written on.
+  // The em, in the units of the canvas that is written on; what is not finite is not taken.
   float Size() const { return FSize; }
   void SetSize(float Size);
   TFontStyles Style() const { return FStyle; }

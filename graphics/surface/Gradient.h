@@ -16,7 +16,7 @@ namespace qxsvg {
 class TQXGPGradient;
 class TQXGPGradientPoints;
 
-// A point as an object with a change notice.
+// A point as an object with a change notice. A coordinate that is not finite stays as it was.
 class QXSVG_API TQXPosition : public TPersistent {
  public:
   static const TClass Class;
@@ -42,7 +42,8 @@ class QXSVG_API TQXPosition : public TPersistent {
 // One stop. It belongs to its list and is void after the list's next Add, Clear or Assign.
 class QXSVG_API TQXGPGradientPoint {
  public:
-  // Offsets are taken as they come: neither sorted nor clamped.
+  // Offsets are taken as they come: neither sorted nor clamped. One that is not finite is not
+  // taken.
   float Offset() const { return FOffset; }
   TQXGPColor Color() const { return FColor; }
   void SetOffset(float Offset);

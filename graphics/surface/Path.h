@@ -13,6 +13,9 @@ class TQXGPPen;
 class TQXGPStringFormat;
 class TQXPathData;
 
+// Coordinates are those of the canvas that draws it. As for TQXPathGeometry, what is not finite is
+// left out, and growing past Limits::PathSegments raises ESVGException and leaves the path as it
+// was.
 class QXSVG_API TQXGPPath : public TQXGPGraphicsObject {
  public:
   static const TClass Class;
@@ -56,7 +59,7 @@ class QXSVG_API TQXGPPath : public TQXGPGraphicsObject {
   void ApplyMatrix(const TMatrix& M);
   void Translate(float DX, float DY);
   // Replaces the path by the outline of its stroke with a solid pen of that width, to be filled
-  // non-zero.
+  // non-zero; a width that is not above 0 leaves nothing.
   void Widen(float Width);
   void Widen(const TQXGPPen& Pen);
 

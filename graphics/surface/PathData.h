@@ -13,12 +13,16 @@ namespace qxsvg {
 // Reads the path syntax of SVG 1.1 chapter 8.3 into Target, behind what it holds. Quadratic curves
 // and arcs become cubic. True when the whole text was read; at an error the geometry up to the
 // segment that could not be read stays, as the standard's error handling asks, and false is given.
+// Raises ESVGException past Limits::PathSegments, with the geometry up to there in Target.
 QXSVG_API bool QXParsePath(StringView Text, TQXPathGeometry& Target);
-// The path in that syntax with absolute commands, numbers by the pattern (TFloatFormat).
+// The path in that syntax with absolute commands, numbers by the pattern (TFloatFormat), or, where
+// that is empty, with the fewest digits that read back the same. Raises EConvertError for a pattern
+// that is none.
 QXSVG_API void QXAppendPathString(String& Target, const TQXPathView& Path, StringView FormatStr);
 
 // The entries are counted as TQXPathView tells: one a move and a line, three a cubic curve, one a
-// close.
+// close. Coordinates are in the units of the user; what is not finite is left out, and growing past
+// Limits::PathSegments raises ESVGException and leaves the path as it was.
 class QXSVG_API TQXPathData : public TPersistent {
  public:
   // For each polygon of ToPolygons, the running distance at each of its vertices.
@@ -41,8 +45,9 @@ class QXSVG_API TQXPathData : public TPersistent {
 
   void Clear();
   // Replaces the data by what could be read of Text; see QXParsePath. No error is raised for text
-  // that is no path.
+  // that is no path; past the limit ESVGException is, and the path is empty.
   void SetPathString(StringView Text);
+  // See QXAppendPathString.
   String GetPathString() const;
   const String& FormatStr() const { return FFormatStr; }
   void SetFormatStr(StringView Format) { FFormatStr = Format; }

@@ -30,7 +30,8 @@ class QXSVG_API TQXGPPen : public TQXGPGraphicsObject {
   TQXGPBrushKind DefaultKind() const { return FDefaultKind; }
   TQXGPColor DefaultColor() const { return FDefaultColor; }
 
-  // The width, in the units of the canvas it draws on.
+  // The width, in the units of the canvas it draws on. One that is not above 0 draws nothing; what
+  // is no number is not taken.
   float Thickness() const { return FThickness; }
   void SetThickness(float Thickness);
 
@@ -38,6 +39,7 @@ class QXSVG_API TQXGPPen : public TQXGPGraphicsObject {
   // Leaves the custom values as they are.
   void SetDash(TQXGPStrokeDash Dash);
   // Lengths of marks and gaps in turn, and where the pattern starts, in multiples of the thickness.
+  // A length that is negative or not finite, and a sum of 0, make a solid line.
   std::span<const float> CustomDash() const { return FCustomDash; }
   float DashOffset() const { return FDashOffset; }
   void SetDashOffset(float Offset);
