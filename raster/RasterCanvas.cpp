@@ -4,10 +4,13 @@
 #include <cmath>
 #include <cstring>
 
+#include "foundation/Limits.h"
+#include "foundation/Messages.h"
 #include "graphics/surface/PathMeasure.h"
 #include "raster/Kernels.h"
 #include "raster/RegionCover.h"
 #include "raster/StampSink.h"
+#include "runtime/Exceptions.h"
 
 namespace qxsvg {
 
@@ -101,6 +104,8 @@ struct TQXRasterCanvas::TScratch {
 
 TQXRasterCanvas::TQXRasterCanvas(const TQXPixels& Pixels)
     : FPixels(Pixels), FScratch(std::make_unique<TScratch>()) {
+  if (std::max(Pixels.Width, Pixels.Height) > Limits::BitmapSide)
+    throw EInvalidGraphicOperation(SBitmapSizeLimit);
   FClip = TClip({0, 0, std::max(Pixels.Width, 0), std::max(Pixels.Height, 0)});
 }
 

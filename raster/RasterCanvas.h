@@ -17,7 +17,8 @@ namespace qxsvg {
 // Compositing quality has no effect; text is drawn as outlines under every hint.
 class QXSVG_API TQXRasterCanvas final : public TQXGPCanvas {
  public:
-  // The pixels stay the caller's and must outlive the canvas.
+  // The pixels stay the caller's and must outlive the canvas. Raises EInvalidGraphicOperation for a
+  // side over Limits::BitmapSide.
   explicit TQXRasterCanvas(const TQXPixels& Pixels);
   ~TQXRasterCanvas() override;
 

@@ -1,6 +1,7 @@
 #include "graphics/surface/Canvas.h"
 
 #include "graphics/surface/TextLine.h"
+#include "runtime/Exceptions.h"
 
 namespace qxsvg {
 namespace {
@@ -59,6 +60,12 @@ bool CutAxis(float& From, float& To, float& DestFrom, float& DestTo, float Size)
   return DestFrom != DestTo;
 }
 
+// Surfaces are promised numbers; no device is as large as this.
+TRectF Bounded(const TRectF& R) {
+  const auto Side = [](float V) { return std::clamp(V, -1e30f, 1e30f); };
+  return {Side(R.Left), Side(R.Top), Side(R.Right), Side(R.Bottom)};
+}
+
 constexpr StringView Blanks = u" \t\r\n";
 
 }  // namespace
@@ -111,7 +118,7 @@ void TQXGPCanvas::IntersectClip(const TRectF& R) {
   // A rectangle that is no number clips everything, like one without area.
   const TRectF Area = IsFinite(R) ? R.Normalized() : TRectF{};
   if (FMatrix.m12 == 0 && FMatrix.m21 == 0)
-    return DoIntersectClipRect(QXMatrixTransform(FMatrix, Area));
+    return DoIntersectClipRect(Bounded(QXMatrixTransform(FMatrix, Area)));
   FScratch.Clear();
   FScratch.AddRectangle(Area);
   IntersectClip(FScratch.View(), TQXGPFillMode::fmWinding);
@@ -122,15 +129,17 @@ void TQXGPCanvas::IntersectClip(const TQXGPRegion& Region) {
   if (Region.IsEmpty()) return DoIntersectClipRect({});
   TRectF R;
   if (FMatrix.m12 == 0 && FMatrix.m21 == 0 && Region.IsRectangle(R))
-    return DoIntersectClipRect(QXMatrixTransform(FMatrix, R));
+    return DoIntersectClipRect(Bounded(QXMatrixTransform(FMatrix, R)));
   DoIntersectClip(Region, FMatrix);
 }
 
 void TQXGPCanvas::IntersectClip(const TQXPathView& Path, TQXGPFillMode FillMode) {
-  // Its memory serves the next clip.
+  // Its memory serves the next clip, but that of a path beyond all others is not kept.
+  constexpr std::size_t MostKept = 1 << 16;
   thread_local TQXGPRegion Region;
   Region.Combine(Path, FillMode, TQXGPCombineMode::cmReplace);
   IntersectClip(Region);
+  if (Path.Count() > MostKept) Region = TQXGPRegion();
 }
 
 void TQXGPCanvas::Clear(TQXGPColor Color) {
@@ -233,7 +242,12 @@ void TQXGPCanvas::FillText(const TRectF& R, StringView Text, const TQXGPStringFo
   const float Top = Place(Format.LineAlign(), R.Top, R.Bottom, Line.Ascent() + Line.Descent());
   const TQXGPBrush& Brush = FFont.Brush() ? *FFont.Brush() : FBrush;
   FScratch.Clear();
-  Line.AppendOutlines({Left, Top + Line.Ascent()}, FScratch);
+  try {
+    Line.AppendOutlines({Left, Top + Line.Ascent()}, FScratch);
+  } catch (const ESVGException& Error) {
+    FScratch.Release();
+    return Diagnose(TQXDiagnostic::TextTooLong, Error.Message());
+  }
   const TQXPathSource Source{FScratch.View(), TQXGPFillMode::fmWinding, {}, nullptr};
   if (CanDraw(Source) && Paints(Brush)) DoFillPath(Source, Brush, Opacity);
 }

@@ -38,8 +38,9 @@ struct TQXPathSource {
 };
 
 enum class TQXDiagnostic : std::uint8_t {
-  NoFontEngine,  // text was left out
-  InvalidMatrix  // a matrix that is not finite was not taken
+  NoFontEngine,   // text was left out
+  InvalidMatrix,  // a matrix that is not finite was not taken
+  TextTooLong     // the outlines of a text are over the limit of a path; it was left out
 };
 using TQXDiagnosticEvent = std::function<void(TQXDiagnostic Kind, StringView Text)>;
 
@@ -81,6 +82,8 @@ class QXSVG_API TQXGPCanvas {
   TQXGPCanvasSaveState SaveState();
   void RestoreState(TQXGPCanvasSaveState State);
 
+  // From what operations are given to the device. A matrix that is not finite is not taken, which
+  // is told.
   const TMatrix& Matrix() const { return FMatrix; }
   void SetMatrix(const TMatrix& M);
 
@@ -212,7 +215,8 @@ class QXSVG_API ICanvasFactory {
  public:
   virtual ~ICanvasFactory() = default;
   // The pixels stay the caller's and must outlive the canvas. The canvas starts with the identity,
-  // default quality and no clip but the pixels' bounds.
+  // default quality and no clip but the pixels' bounds. Raises EInvalidGraphicOperation for a side
+  // over Limits::BitmapSide.
   virtual std::unique_ptr<TQXGPCanvas> CreateCanvas(const TQXPixels& Pixels) = 0;
 };
 
