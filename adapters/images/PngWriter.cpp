@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -26,6 +27,8 @@ constexpr int UsualLevel = 6, ThoroughLevel = 7;
 constexpr std::size_t LittleLeft = 20;
 // What the choice between filtered and plain rows is tried with.
 constexpr int TrialLevel = 2;
+// One of both has to be ahead by this part of the other to be taken for the better one.
+constexpr std::size_t LeastGain = 20;
 constexpr int FirstLevel = 1, LastLevel = 12;
 
 struct TFreeCompressor {
@@ -119,10 +122,12 @@ struct TPlan {
   bool IsFiltered;
   int Level;
 };
+constexpr TPlan PlainPlan{false, UsualLevel}, ThoroughPlan{true, ThoroughLevel};
 
-// Whether filtering makes the picture smaller, tried out on a part of it. Drawings of flat colours
-// are mostly better off without, those with gradients and photographs with it.
-TPlan PlanFor(TPngPicture& Picture) {
+// Whether filtering makes the picture smaller, tried out on a part of it; nothing where that is no
+// guide to the whole. Drawings of flat colours are mostly better off without, those with gradients
+// and photographs with it.
+std::optional<TPlan> PlanFor(TPngPicture& Picture) {
   constexpr std::int32_t BandSize = 8, FarthestStep = 128, FewestBands = 8;
   const std::int32_t Step = std::clamp(Picture.Height() / FewestBands, 1, FarthestStep);
   const std::int32_t Size = std::min(BandSize, Step);
@@ -130,10 +135,12 @@ TPlan PlanFor(TPngPicture& Picture) {
   const TRows Filtered(Picture, Sample, true);
   const std::size_t Left = TDeflated(Filtered.Bytes(), TrialLevel).Bytes().size();
   const TRows Plain(Picture, Sample, false);
-  if (Left >= TDeflated(Plain.Bytes(), TrialLevel).Bytes().size()) return {false, UsualLevel};
+  const std::size_t LeftPlain = TDeflated(Plain.Bytes(), TrialLevel).Bytes().size();
+  if (std::max(Left, LeftPlain) - std::min(Left, LeftPlain) < Left / LeastGain) return {};
+  if (Left > LeftPlain) return PlainPlan;
   const bool IsThorough =
       Picture.Type() == ctColorAlpha || Left < Filtered.Bytes().size() * LittleLeft / 1000;
-  return {true, IsThorough ? ThoroughLevel : UsualLevel};
+  return TPlan{true, IsThorough ? ThoroughLevel : UsualLevel};
 }
 
 TDeflated StreamOf(TPngPicture& Picture, std::int32_t Quality) {
@@ -142,12 +149,12 @@ TDeflated StreamOf(TPngPicture& Picture, std::int32_t Quality) {
     return TDeflated(TRows(Picture, Plan.IsFiltered).Bytes(), Plan.Level);
   };
   // Differences of indices mean nothing.
-  if (Picture.Type() == ctPalette) return Deflated({false, UsualLevel});
+  if (Picture.Type() == ctPalette) return Deflated(PlainPlan);
   // Up to here it costs no more to make both and to know.
   constexpr std::size_t SmallPicture = 1 << 17;
   if (Picture.RowSize() * static_cast<std::size_t>(Picture.Height()) > SmallPicture)
-    return Deflated(PlanFor(Picture));
-  TDeflated Plain = Deflated({false, UsualLevel}), Filtered = Deflated({true, ThoroughLevel});
+    if (const std::optional<TPlan> Plan = PlanFor(Picture)) return Deflated(*Plan);
+  TDeflated Plain = Deflated(PlainPlan), Filtered = Deflated(ThoroughPlan);
   return Filtered.Bytes().size() < Plain.Bytes().size() ? std::move(Filtered) : std::move(Plain);
 }
 
