@@ -242,6 +242,11 @@ std::uint32_t QXCurveSteps(TPointF P0, TPointF P1, TPointF P2, TPointF P3, float
 TRectF QXPointsBox(std::span<const TPointF> Points) {
   // Four boxes side by side, so that the comparisons do not wait for one another.
   constexpr std::size_t Lanes = 4;
+  if (Points.size() < Lanes) {
+    TRectF Box{Huge, Huge, -Huge, -Huge};
+    for (const TPointF P : Points) Box = TRectF::Hull(Box, {P.X, P.Y, P.X, P.Y});
+    return Box;
+  }
   TPointF Low[Lanes], High[Lanes];
   std::fill_n(Low, Lanes, TPointF{Huge, Huge});
   std::fill_n(High, Lanes, TPointF{-Huge, -Huge});

@@ -187,14 +187,9 @@ class TFigureStroker {
 };
 
 bool TFigureStroker::IsVisible(std::initializer_list<TPointF> Points) const {
-  // Some points at most, which QXPointsBox is not made for.
-  TPointF Low = *Points.begin(), High = Low;
-  for (const TPointF P : Points) {
-    Low = {std::min(Low.X, P.X), std::min(Low.Y, P.Y)};
-    High = {std::max(High.X, P.X), std::max(High.Y, P.Y)};
-  }
-  return Low.X <= FVisible.Right && High.X >= FVisible.Left && Low.Y <= FVisible.Bottom &&
-         High.Y >= FVisible.Top;
+  const TRectF Box = QXPointsBox({Points.begin(), Points.size()});
+  return Box.Left <= FVisible.Right && Box.Right >= FVisible.Left && Box.Top <= FVisible.Bottom &&
+         Box.Bottom >= FVisible.Top;
 }
 
 void TFigureStroker::Draw(const TQXPathView& Path, const TFigure& Figure) {
