@@ -211,13 +211,22 @@ void PlainAddSteepRows(const TSteepRows& Rows) {
   }
 }
 
-const TKernels PlainKernels = {Sweep<false>,     Sweep<true>,       Fill,
-                               StreamFill,       StreamCopy,        PlainBlendColor,
-                               PlainBlendPixels, PlainBlendCovered, PlainMultiplyCovers,
-                               PlainScaleCovers, PlainFetchLinear,  PlainFetchRadial,
-                               PlainResampleRow, PlainMixRows,      PlainMeanRows,
-                               PlainMeanFewRows, PlainMeanColumns,  PlainFetchTurned,
-                               PlainAddSteepRows};
+namespace {
+
+template <bool EvenOdd>
+void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
+  const std::size_t Count = Sweep<EvenOdd>(Row);
+  PlainBlendColor(Color.Pixels, {Row.Spans, Count}, Row.Covers, Color.Color);
+}
+
+}  // namespace
+
+const TKernels PlainKernels = {
+    Sweep<false>,        Sweep<true>,      SweepColor<false>, SweepColor<true>, Fill,
+    StreamFill,          StreamCopy,       PlainBlendColor,   PlainBlendPixels, PlainBlendCovered,
+    PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,  PlainFetchRadial, PlainResampleRow,
+    PlainMixRows,        PlainMeanRows,    PlainMeanFewRows,  PlainMeanColumns, PlainFetchTurned,
+    PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

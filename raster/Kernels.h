@@ -24,6 +24,14 @@ struct TSweepRow {
   TCoverSpan* Spans = nullptr;
 };
 
+// A row of pixels, from pixel 0 on, and what is blended over it. Ahead is the way to a row that
+// will come soon.
+struct TColorRow {
+  std::uint32_t* Pixels;
+  std::ptrdiff_t Ahead;
+  std::uint32_t Color;
+};
+
 // A row of a linear gradient: the pixel X has the colour at Start + X * Step, held to 0 to Last.
 struct TLinearRow {
   const std::uint32_t* Colors;
@@ -101,6 +109,10 @@ struct TKernels {
   std::size_t (*SweepNonZero)(const TSweepRow& Row);
   std::size_t (*SweepEvenOdd)(const TSweepRow& Row);
 
+  // The same, and blends one premultiplied colour with that coverage: what both kernels do without
+  // the spans between them. The row's covers and spans may be written to.
+  void (*SweepColorNonZero)(const TSweepRow& Row, const TColorRow& Color);
+  void (*SweepColorEvenOdd)(const TSweepRow& Row, const TColorRow& Color);
   // Every pixel becomes Color.
   void (*Fill)(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color);
   // The same for a block of rows, and for a copy, past the caches: for what is so large that it

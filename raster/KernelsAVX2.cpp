@@ -197,14 +197,16 @@ QXSVG_AVX2 inline __m256i OverPixels(__m256i Target, __m256i Source) {
 struct TCoverWords {
   __m256i Low, High;
 };
-QXSVG_AVX2 inline TCoverWords CoverWords(const std::uint8_t* Covers) {
-  const __m256i Each =
-      _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(Covers)));
+QXSVG_AVX2 inline TCoverWords CoverWords(__m256i Each) {
   const __m256i Low = _mm256_setr_epi8(0, -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1, 0,
                                        -1, 0, -1, 0, -1, 0, -1, 4, -1, 4, -1, 4, -1, 4, -1);
   const __m256i High = _mm256_setr_epi8(8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1,
                                         8, -1, 8, -1, 8, -1, 8, -1, 12, -1, 12, -1, 12, -1, 12, -1);
   return {_mm256_shuffle_epi8(Each, Low), _mm256_shuffle_epi8(Each, High)};
+}
+QXSVG_AVX2 inline TCoverWords CoverWords(const std::uint8_t* Covers) {
+  return CoverWords(
+      _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(Covers))));
 }
 
 QXSVG_AVX2 inline void BlendEven(std::uint32_t* P, std::int32_t Length, std::uint32_t Source) {
@@ -222,6 +224,18 @@ QXSVG_AVX2 inline void BlendEven(std::uint32_t* P, std::int32_t Length, std::uin
   for (; I < Length; ++I) P[I] = OverPixel(P[I], Source);
 }
 
+// Fewer than eight pixels, without touching what lies behind them, which may be another thread's.
+QXSVG_AVX2 inline void BlendFew(std::uint32_t* P, std::int32_t Count, TCoverWords Words,
+                                __m256i Color) {
+  const __m256i IsFew =
+      _mm256_cmpgt_epi32(_mm256_set1_epi32(Count), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+  auto* Few = reinterpret_cast<int*>(P);
+  _mm256_maskstore_epi32(
+      Few, IsFew,
+      OverWords(_mm256_maskload_epi32(Few, IsFew), MultiplyWords(Color, Words.Low),
+                MultiplyWords(Color, Words.High)));
+}
+
 QXSVG_AVX2 inline void BlendCovers(std::uint32_t* P, std::int32_t Length,
                                    const std::uint8_t* Covers, std::uint32_t Color) {
   const __m256i C =
@@ -231,15 +245,7 @@ QXSVG_AVX2 inline void BlendCovers(std::uint32_t* P, std::int32_t Length,
     const TCoverWords Words = CoverWords(Covers + I);
     Store(P + I, OverWords(Load(P + I), MultiplyWords(C, Words.Low), MultiplyWords(C, Words.High)));
   }
-  if (I == Length) return;
-  // The rest, without touching what lies behind it, which may be another thread's.
-  const __m256i IsRest =
-      _mm256_cmpgt_epi32(_mm256_set1_epi32(Length - I), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
-  const TCoverWords Words = CoverWords(Covers + I);
-  auto* Rest = reinterpret_cast<int*>(P + I);
-  _mm256_maskstore_epi32(Rest, IsRest,
-                         OverWords(_mm256_maskload_epi32(Rest, IsRest), MultiplyWords(C, Words.Low),
-                                   MultiplyWords(C, Words.High)));
+  if (I != Length) BlendFew(P + I, Length - I, CoverWords(Covers + I), C);
 }
 
 QXSVG_AVX2 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
@@ -254,6 +260,75 @@ QXSVG_AVX2 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Sp
     else
       BlendEven(P, Span.Length, ScalePixel(Color, Span.Cover));
   }
+}
+
+// Eight pixels; Color is in words. The alpha of an opaque colour's product is the coverage itself.
+template <bool IsOpaque>
+QXSVG_AVX2 inline void BlendEight(std::uint32_t* P, TCoverWords Words, __m256i Color) {
+  const __m256i T = Load(P);
+  const __m256i Low = MultiplyWords(Color, Words.Low), High = MultiplyWords(Color, Words.High);
+  if constexpr (!IsOpaque) return Store(P, OverWords(T, Low, High));
+  const __m256i Zero = _mm256_setzero_si256(), Most = _mm256_set1_epi16(255);
+  const __m256i TLow =
+      MultiplyWords(_mm256_unpacklo_epi8(T, Zero), _mm256_xor_si256(Words.Low, Most));
+  const __m256i THigh =
+      MultiplyWords(_mm256_unpackhi_epi8(T, Zero), _mm256_xor_si256(Words.High, Most));
+  Store(P, _mm256_adds_epu8(_mm256_packus_epi16(Low, High), _mm256_packus_epi16(TLow, THigh)));
+}
+
+// Edges of neighbouring rows lie near each other: memory for a row to come is asked for below
+// those of this one.
+template <bool EvenOdd, bool IsOpaque>
+QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
+  std::uint32_t* const P = Color.Pixels + Row.Left;
+  const auto Soon = reinterpret_cast<std::uintptr_t>(P) +
+                    static_cast<std::uintptr_t>(Color.Ahead) * sizeof(std::uint32_t);
+  const __m256i Zero = _mm256_setzero_si256(), Last = _mm256_set1_epi32(7);
+  const __m256i C = _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color.Color)), Zero);
+  // The pixels from Done on have this coverage, up to the next group.
+  std::uint32_t Cover = 0;
+  std::int32_t Done = 0;
+  const auto FillTo = [&](std::int32_t X) QXSVG_AVX2 {
+    if (IsOpaque && Cover == FullCover)
+      Fill(P + Done, X - Done, Color.Color);
+    else
+      BlendEven(P + Done, X - Done, ScalePixel(Color.Color, Cover));
+  };
+  __m256i Sum = Zero;
+  for (std::ptrdiff_t Block = 0; Block < Row.MarkCount; Block += MarkBlock) {
+    const __m256i Marks = Load(Row.Marks + Block);
+    auto Bits = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(Marks, Zero)));
+    if (Bits == 0) continue;
+    Store(Row.Marks + Block, Zero);
+    for (; Bits != 0; Bits &= Bits - 1) {
+      const std::int32_t Group =
+          static_cast<std::int32_t>(Block) + static_cast<std::int32_t>(_tzcnt_u32(Bits));
+      const std::int32_t X = Group * GroupCells;
+      const __m256i Sums = _mm256_add_epi32(RunningSums(Load(Row.Cells + X)), Sum);
+      Store(Row.Cells + X, Zero);
+      Sum = _mm256_permutevar8x32_epi32(Sums, Last);
+      const __m256i Covers = CoversOf<EvenOdd>(Sums);
+      if (Cover != 0 && X != Done) FillTo(std::min(X, Row.Width));
+      Cover = static_cast<std::uint32_t>(_mm256_extract_epi32(Covers, 7));
+      Done = X + GroupCells;
+      if (Done <= Row.Width) {
+        __builtin_prefetch(reinterpret_cast<const void*>(Soon + static_cast<std::size_t>(X) * 4),
+                           1);
+        BlendEight<IsOpaque>(P + X, CoverWords(Covers), C);
+      } else {
+        BlendFew(P + X, Row.Width - X, CoverWords(Covers), C);
+      }
+    }
+  }
+  if (Cover != 0 && Done < Row.Width) FillTo(Row.Width);
+}
+
+template <bool EvenOdd>
+QXSVG_AVX2 void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
+  if (Color.Color >> 24 == 255)
+    SweepColor<EvenOdd, true>(Row, Color);
+  else
+    SweepColor<EvenOdd, false>(Row, Color);
 }
 
 QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
@@ -322,11 +397,11 @@ QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::ui
 
 }  // namespace
 
-const TKernels AVX2Kernels = {Sweep<false>,    Sweep<true>, Fill,        StreamFill,
-                              SSE41StreamCopy, BlendColor,  BlendPixels, BlendCovered,
-                              MultiplyCovers,  ScaleCovers, FetchLinear, FetchRadial,
-                              ResampleRow,     MixRows,     MeanRows,    MeanFewRows,
-                              MeanColumns,     FetchTurned, AddSteepRows};
+const TKernels AVX2Kernels = {
+    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,           StreamFill,
+    SSE41StreamCopy, BlendColor,  BlendPixels,       BlendCovered,     MultiplyCovers, ScaleCovers,
+    FetchLinear,     FetchRadial, ResampleRow,       MixRows,          MeanRows,       MeanFewRows,
+    MeanColumns,     FetchTurned, AddSteepRows};
 
 }  // namespace qxsvg
 

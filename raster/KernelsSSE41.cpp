@@ -512,6 +512,12 @@ void StreamFill(std::uint32_t* Target, std::ptrdiff_t Stride, std::int32_t Width
   }
 }
 
+template <bool EvenOdd>
+QXSVG_SSE41 void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
+  const std::size_t Count = Sweep<EvenOdd>(Row);
+  BlendColor(Color.Pixels, {Row.Spans, Count}, Row.Covers, Color.Color);
+}
+
 }  // namespace
 
 QXSVG_SSE41 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Source,
@@ -523,11 +529,11 @@ QXSVG_SSE41 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Sou
   std::copy_n(Source + I, Count - I, Target + I);
 }
 
-const TKernels SSE41Kernels = {Sweep<false>,    Sweep<true>, Fill,        StreamFill,
-                               SSE41StreamCopy, BlendColor,  BlendPixels, BlendCovered,
-                               MultiplyCovers,  ScaleCovers, FetchLinear, FetchRadial,
-                               ResampleRow,     MixRows,     MeanRows,    MeanFewRows,
-                               MeanColumns,     FetchTurned, AddSteepRows};
+const TKernels SSE41Kernels = {
+    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,           StreamFill,
+    SSE41StreamCopy, BlendColor,  BlendPixels,       BlendCovered,     MultiplyCovers, ScaleCovers,
+    FetchLinear,     FetchRadial, ResampleRow,       MixRows,          MeanRows,       MeanFewRows,
+    MeanColumns,     FetchTurned, AddSteepRows};
 
 #undef QXSVG_SSE41
 

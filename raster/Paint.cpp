@@ -45,7 +45,7 @@ bool IsStreamed(const TRect& Box) {
 }  // namespace
 
 void TColorSink::Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
-  FetchAhead(FTarget, Y, Spans);
+  FetchAhead(FTarget.Pixels, Y, Spans);
 }
 void TPaintSink::Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
   FetchAhead(FTarget, Y, Spans);
@@ -53,15 +53,16 @@ void TPaintSink::Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
 
 void TColorSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                      const std::uint8_t* Covers) {
-  Kernels().BlendColor(FTarget.Row(Y), Spans, Covers, FColor);
+  Kernels().BlendColor(FTarget.Pixels.Row(Y), Spans, Covers, FTarget.Color);
 }
 
 void TColorSink::Block(const TRect& Box, std::uint32_t Cover) {
-  if (FColor >> 24 != 255 || Cover != FullCover || !IsStreamed(Box))
+  const TQXPixels& Pixels = FTarget.Pixels;
+  if (FTarget.Color >> 24 != 255 || Cover != FullCover || !IsStreamed(Box))
     return ISpanSink::Block(Box, Cover);
-  Kernels().StreamFill(FTarget.Row(Box.Top) + Box.Left, FTarget.Stride,
+  Kernels().StreamFill(Pixels.Row(Box.Top) + Box.Left, Pixels.Stride,
                        static_cast<std::int32_t>(Box.Width()),
-                       static_cast<std::int32_t>(Box.Height()), FColor);
+                       static_cast<std::int32_t>(Box.Height()), FTarget.Color);
   EndStream();
 }
 

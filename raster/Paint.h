@@ -32,17 +32,23 @@ class IPaint {
   bool FIsOpaque = false;
 };
 
+// One premultiplied colour and the pixels that it is blended over.
+struct TColorTarget {
+  TQXPixels Pixels;
+  std::uint32_t Color;
+};
+
 // Blends one premultiplied colour.
 class TColorSink final : public ISpanSink {
  public:
-  TColorSink(const TQXPixels& Target, std::uint32_t Color) : FTarget(Target), FColor(Color) {}
+  TColorSink(const TQXPixels& Pixels, std::uint32_t Color) : FTarget{Pixels, Color} {}
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
   void Block(const TRect& Box, std::uint32_t Cover) override;
   void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override;
+  const TColorTarget* Target() const override { return &FTarget; }
 
  private:
-  const TQXPixels FTarget;
-  const std::uint32_t FColor;
+  const TColorTarget FTarget;
 };
 
 // Blends a paint, its alpha multiplied by Opacity (0 to 255).

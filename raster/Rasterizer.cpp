@@ -5,6 +5,7 @@
 
 #include "raster/CellPiece.h"
 #include "raster/Kernels.h"
+#include "raster/Paint.h"
 
 namespace qxsvg {
 
@@ -92,24 +93,58 @@ void TRasterizer::Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISp
   }
 }
 
+std::size_t TRasterizer::SpansOfRow() const {
+  return static_cast<std::size_t>(FGrid.MarkStride()) + 2;
+}
+std::size_t TRasterizer::CoversOfRow() const {
+  return static_cast<std::size_t>(FGrid.MarkStride()) * GroupCells + CoversPadding;
+}
+
+// The first of so many rows that there is room for.
+TSweepRow TRasterizer::NewRow(std::size_t Rows) {
+  const std::size_t Spans = Rows * SpansOfRow(), Covers = Rows * CoversOfRow();
+  if (FCovers.size() < Covers) FCovers.resize(Covers);
+  if (FSpans.size() < Spans) FSpans.resize(Spans);
+  TSweepRow Row;
+  Row.MarkCount = FGrid.MarkStride();
+  Row.Left = FGrid.Box().Left;
+  Row.Width = static_cast<std::int32_t>(FGrid.Box().Width());
+  Row.Covers = FCovers.data();
+  Row.Spans = FSpans.data();
+  return Row;
+}
+
+// In one colour, so that no spans are needed.
+void TRasterizer::SweepColor(TQXGPFillMode FillMode, const TColorTarget& Target) {
+  constexpr std::int32_t Ahead = 4;
+  const TRect& Box = FGrid.Box();
+  TSweepRow Row = NewRow(1);
+  const TKernels& K = Kernels();
+  const auto SweepRow =
+      FillMode == TQXGPFillMode::fmWinding ? K.SweepColorNonZero : K.SweepColorEvenOdd;
+  TColorRow Color{nullptr, Ahead * Target.Pixels.Stride, Target.Color};
+  const std::int32_t Bottom = FGrid.TouchedBottom();
+  for (std::int32_t Y = FGrid.TouchedTop(); Y < Bottom; ++Y) {
+    Row.Cells = FGrid.Cells(Y);
+    Row.Marks = FGrid.Marks(Y);
+    Color.Pixels = Target.Pixels.Row(Box.Top + Y);
+    SweepRow(Row, Color);
+  }
+}
+
 // Rows are summed up some at a time before any of them is blended: meanwhile the pixels they need
 // come from memory.
 void TRasterizer::SweepRows(TCoverageMode Mode, ISpanSink& Sink) {
+  if (!Mode.IsAliased)
+    if (const TColorTarget* const Target = Sink.Target()) return SweepColor(Mode.FillMode, *Target);
   constexpr std::size_t Batch = 8;
   struct TSwept {
     std::int32_t Y;
     std::size_t Count;
   };
   const TRect& Box = FGrid.Box();
-  const auto RowSpans = static_cast<std::size_t>(FGrid.MarkStride()) + 2;
-  const std::size_t RowCovers =
-      static_cast<std::size_t>(FGrid.MarkStride()) * GroupCells + CoversPadding;
-  if (FCovers.size() < RowCovers * Batch) FCovers.resize(RowCovers * Batch);
-  if (FSpans.size() < RowSpans * Batch) FSpans.resize(RowSpans * Batch);
-  TSweepRow Row;
-  Row.MarkCount = FGrid.MarkStride();
-  Row.Left = Box.Left;
-  Row.Width = static_cast<std::int32_t>(Box.Width());
+  TSweepRow Row = NewRow(Batch);
+  const std::size_t RowSpans = SpansOfRow(), RowCovers = CoversOfRow();
   const TKernels& K = Kernels();
   const auto SweepRow = Mode.FillMode == TQXGPFillMode::fmWinding ? K.SweepNonZero : K.SweepEvenOdd;
   const std::int32_t Bottom = FGrid.TouchedBottom();

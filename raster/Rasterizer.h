@@ -5,6 +5,7 @@
 
 #include "graphics/surface/Stroker.h"
 #include "raster/CellGrid.h"
+#include "raster/Kernels.h"
 #include "raster/Spans.h"
 
 namespace qxsvg {
@@ -38,6 +39,10 @@ class TRasterizer {
   void Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISpanSink& Sink,
              const Emitter& Emit);
   void SweepRows(TCoverageMode Mode, ISpanSink& Sink);
+  void SweepColor(TQXGPFillMode FillMode, const TColorTarget& Target);
+  TSweepRow NewRow(std::size_t Rows);
+  std::size_t SpansOfRow() const;
+  std::size_t CoversOfRow() const;
 
   TCellGrid FGrid;
   TQXLineBuffer FLines, FReversed;

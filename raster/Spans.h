@@ -27,6 +27,8 @@ struct TCoverSpan {
 // Behind the covers of a row this many bytes may be read.
 inline constexpr std::size_t CoversPadding = 32;
 
+struct TColorTarget;
+
 // Takes rows from top to bottom. No row is empty.
 class ISpanSink {
  public:
@@ -41,6 +43,10 @@ class ISpanSink {
   virtual void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) {
     static_cast<void>(Y), static_cast<void>(Spans);
   }
+
+  // Where this does nothing but blend one colour: what makes the rows may blend them there itself.
+  // Null elsewhere.
+  virtual const TColorTarget* Target() const { return nullptr; }
 
  protected:
   ~ISpanSink() = default;
