@@ -224,6 +224,15 @@ QXSVG_AVX2 inline void BlendEven(std::uint32_t* P, std::int32_t Length, std::uin
   for (; I < Length; ++I) P[I] = OverPixel(P[I], Source);
 }
 
+// One coverage for all pixels.
+QXSVG_AVX2 inline void BlendOne(std::uint32_t* P, std::int32_t Length, std::uint32_t Color,
+                                std::uint32_t Cover) {
+  if (Cover == FullCover && Color >> 24 == 255)
+    Fill(P, Length, Color);
+  else
+    BlendEven(P, Length, ScalePixel(Color, Cover));
+}
+
 // Fewer than eight pixels, without touching what lies behind them, which may be another thread's.
 QXSVG_AVX2 inline void BlendFew(std::uint32_t* P, std::int32_t Count, TCoverWords Words,
                                 __m256i Color) {
@@ -250,15 +259,12 @@ QXSVG_AVX2 inline void BlendCovers(std::uint32_t* P, std::int32_t Length,
 
 QXSVG_AVX2 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
                            const std::uint8_t* Covers, std::uint32_t Color) {
-  const bool IsOpaque = Color >> 24 == 255;
   for (const TCoverSpan& Span : Spans) {
     std::uint32_t* P = Target + Span.X;
     if (!Span.IsEven())
       BlendCovers(P, Span.Length, Span.Covers(Covers), Color);
-    else if (IsOpaque && Span.Cover == FullCover)
-      Fill(P, Span.Length, Color);
     else
-      BlendEven(P, Span.Length, ScalePixel(Color, Span.Cover));
+      BlendOne(P, Span.Length, Color, Span.Cover);
   }
 }
 
@@ -288,12 +294,6 @@ QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRow& Color) 
   // The pixels from Done on have this coverage, up to the next group.
   std::uint32_t Cover = 0;
   std::int32_t Done = 0;
-  const auto FillTo = [&](std::int32_t X) QXSVG_AVX2 {
-    if (IsOpaque && Cover == FullCover)
-      Fill(P + Done, X - Done, Color.Color);
-    else
-      BlendEven(P + Done, X - Done, ScalePixel(Color.Color, Cover));
-  };
   __m256i Sum = Zero;
   for (std::ptrdiff_t Block = 0; Block < Row.MarkCount; Block += MarkBlock) {
     const __m256i Marks = Load(Row.Marks + Block);
@@ -308,7 +308,8 @@ QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRow& Color) 
       Store(Row.Cells + X, Zero);
       Sum = _mm256_permutevar8x32_epi32(Sums, Last);
       const __m256i Covers = CoversOf<EvenOdd>(Sums);
-      if (Cover != 0 && X != Done) FillTo(std::min(X, Row.Width));
+      if (Cover != 0 && X != Done)
+        BlendOne(P + Done, std::min(X, Row.Width) - Done, Color.Color, Cover);
       Cover = static_cast<std::uint32_t>(_mm256_extract_epi32(Covers, 7));
       Done = X + GroupCells;
       if (Done <= Row.Width) {
@@ -320,7 +321,7 @@ QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRow& Color) 
       }
     }
   }
-  if (Cover != 0 && Done < Row.Width) FillTo(Row.Width);
+  if (Cover != 0 && Done < Row.Width) BlendOne(P + Done, Row.Width - Done, Color.Color, Cover);
 }
 
 template <bool EvenOdd>
