@@ -3,38 +3,43 @@
 #include "document/Document.h"
 #include "graphics/SVGPen.h"
 #include "graphics/surface/Canvas.h"
+#include "graphics/surface/PathData.h"
 #include "shapes/Marker.h"
 
 namespace qxsvg {
 
 namespace {
 
-// The vertices of a path, with the kinds of its points.
+// The vertices of a path, with the kinds of its points; looked at anew each time, because a handler
+// of the host may change the path between two markers.
 class TPathVertices {
  public:
-  explicit TPathVertices(const TQXPathView& Path) : FPath(Path) {}
-  std::size_t Count() const { return FPath.Count(); }
-  TPointF operator[](std::size_t I) const { return FPath.Points[I]; }
-  bool IsMove(std::size_t I) const { return FPath.Kinds[I] == TQXPathPointKind::pkMove; }
-  bool IsCurve(std::size_t I) const { return FPath.Kinds[I] == TQXPathPointKind::pkCurve; }
-  bool IsClose(std::size_t I) const { return FPath.Kinds[I] == TQXPathPointKind::pkClose; }
+  explicit TPathVertices(const TQXPathData& Path) : FPath(Path) {}
+  std::size_t Count() const { return FPath.GetCount(); }
+  TPointF operator[](std::size_t I) const { return FPath.View().Points[I]; }
+  bool IsMove(std::size_t I) const { return Is(I, TQXPathPointKind::pkMove); }
+  bool IsCurve(std::size_t I) const { return Is(I, TQXPathPointKind::pkCurve); }
+  bool IsClose(std::size_t I) const { return Is(I, TQXPathPointKind::pkClose); }
 
  private:
-  TQXPathView FPath;
+  bool Is(std::size_t I, TQXPathPointKind Kind) const { return FPath.View().Kinds[I] == Kind; }
+
+  const TQXPathData& FPath;
 };
 
 // Those of a polyline, in which every point is like any other.
+template <class List>
 class TPlainVertices {
  public:
-  explicit TPlainVertices(std::span<const TPointF> Points) : FPoints(Points) {}
-  std::size_t Count() const { return FPoints.size(); }
+  explicit TPlainVertices(const List& Points) : FPoints(Points) {}
+  std::size_t Count() const { return std::size(FPoints); }
   TPointF operator[](std::size_t I) const { return FPoints[I]; }
   bool IsMove(std::size_t) const { return false; }
   bool IsCurve(std::size_t) const { return false; }
   bool IsClose(std::size_t) const { return false; }
 
  private:
-  std::span<const TPointF> FPoints;
+  const List& FPoints;
 };
 
 // Widens the segment from point A to point B until its ends differ, first forwards and then
@@ -62,7 +67,8 @@ void WalkMidVertices(const Vertices& Points, Visitor Visit) {
 }
 
 TSVGMarker* FindMarker(const TSVGGraphicElement& Element, const String& URI) {
-  if (URI.empty()) return nullptr;
+  // A handler may have taken the element out of its document.
+  if (URI.empty() || !Element.Document()) return nullptr;
   TSVGElement* const Found = Element.Document()->FindElement(URI);
   return Found && Found->ClassType().InheritsFrom(TSVGMarker::Class)
              ? static_cast<TSVGMarker*>(Found)
@@ -88,7 +94,8 @@ bool HasMarkers(const TSVGGraphicElement& Element, std::size_t Count) {
            Element.GetMarkerEndURI().empty());
 }
 
-// Calls one of Start, Mid and End for each marker of the element, until one of them says to stop.
+// Calls one of Start, Mid and End for each marker of the element, until one of them says to stop,
+// or has the number of vertices changed.
 template <class Vertices, class TActions>
 void WalkMarkers(TSVGGraphicElement& Element, const Vertices& Points, TQXGPCanvas& Canvas,
                  const TActions& Actions) {
@@ -101,14 +108,15 @@ void WalkMarkers(TSVGGraphicElement& Element, const Vertices& Points, TQXGPCanva
   if (TSVGMarker* const Marker = FindMarker(Element, Element.GetMarkerStartURI()))
     if (FindSegment(Points, 0, 1, P, Q)) {
       SetWidth();
-      if (Actions.Start(*Marker, P, Q)) return;
+      if (Actions.Start(*Marker, P, Q) || Points.Count() != Count) return;
     }
   bool IsDone = false;
   if (TSVGMarker* const Marker =
           Count > 2 ? FindMarker(Element, Element.GetMarkerMidURI()) : nullptr)
     WalkMidVertices(Points, [&](std::size_t I) {
       SetWidth();
-      return IsDone = Actions.Mid(*Marker, Points[I - 1], Points[I], Points[I + 1]);
+      IsDone = Actions.Mid(*Marker, Points[I - 1], Points[I], Points[I + 1]);
+      return IsDone = IsDone || Points.Count() != Count;
     });
   if (IsDone) return;
   if (TSVGMarker* const Marker = FindMarker(Element, Element.GetMarkerEndURI()))
@@ -161,17 +169,22 @@ struct TSearch {
 
 }  // namespace
 
-void DrawMarkers(TSVGGraphicElement& Element, const TQXPathView& Path, const TMatrix& Matrix,
+void DrawMarkers(TSVGGraphicElement& Element, const TQXPathData& Path, const TMatrix& Matrix,
                  TQXGPCanvas& Canvas, const TRectF& Rect) {
   WalkMarkers(Element, TPathVertices(Path), Canvas, TDrawing{Element, Matrix, Canvas, Rect});
 }
 
-void DrawMarkers(TSVGGraphicElement& Element, std::span<const TPointF> Points,
-                 const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
+void DrawMarkers(TSVGGraphicElement& Element, const TQXPoints& Points, const TMatrix& Matrix,
+                 TQXGPCanvas& Canvas, const TRectF& Rect) {
   WalkMarkers(Element, TPlainVertices(Points), Canvas, TDrawing{Element, Matrix, Canvas, Rect});
 }
 
-TSVGElement* MarkersAtPos(TSVGGraphicElement& Element, const TQXPathView& Path,
+void DrawMarkers(TSVGGraphicElement& Element, const TPointF (&Ends)[2], const TMatrix& Matrix,
+                 TQXGPCanvas& Canvas, const TRectF& Rect) {
+  WalkMarkers(Element, TPlainVertices(Ends), Canvas, TDrawing{Element, Matrix, Canvas, Rect});
+}
+
+TSVGElement* MarkersAtPos(TSVGGraphicElement& Element, const TQXPathData& Path,
                           const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
                           const TRectF& Rect, const TSVGFindOptions& Options) {
   TSVGElement* Found = nullptr;
@@ -180,7 +193,7 @@ TSVGElement* MarkersAtPos(TSVGGraphicElement& Element, const TQXPathView& Path,
   return Found;
 }
 
-TSVGElement* MarkersAtPos(TSVGGraphicElement& Element, std::span<const TPointF> Points,
+TSVGElement* MarkersAtPos(TSVGGraphicElement& Element, const TQXPoints& Points,
                           const TMatrix& Matrix, TQXGPCanvas& Canvas, TPointF Point,
                           const TRectF& Rect, const TSVGFindOptions& Options) {
   TSVGElement* Found = nullptr;

@@ -118,7 +118,7 @@ bool TSVGPath::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const 
   // The data serves as well as a copy of it, until somebody asks for the shape.
   if (!HasShape() || !TBase::DoInternalDraw(Matrix, Canvas, Rect))
     DrawPath(FData, Matrix, Canvas, Rect);
-  DrawMarkers(*this, FData.View(), Matrix, Canvas, Rect);
+  DrawMarkers(*this, FData, Matrix, Canvas, Rect);
   return true;
 }
 
@@ -131,7 +131,7 @@ TSVGElement* TSVGPath::DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas
   const TQXGPPath* const Path = GetShape();
   if (!Path || Path->IsEmpty()) return nullptr;
   const bool Hit =
-      MarkersAtPos(*this, FData.View(), Matrix, Canvas, Point, Rect, Options) != nullptr;
+      MarkersAtPos(*this, FData, Matrix, Canvas, Point, Rect, Options) != nullptr;
   return Hit ? DoOnElementFound(this) : nullptr;
 }
 

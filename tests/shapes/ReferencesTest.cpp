@@ -230,6 +230,32 @@ TEST(Markers, EveryOneSeesTheWidthOfItsOwnShape) {
                           "M 80,20 L 86,20 L 86,26 L 80,26 Z"));
 }
 
+TEST(Markers, EndWithTheShapeThatAHandlerTakesAway) {
+  constexpr StringView Path = u"p", Polyline = u"l";
+  const std::pair<StringView, bool> Cases[] = {
+      {Path, true}, {Path, false}, {Polyline, true}, {Polyline, false}};
+  for (const auto& [ID, IsRemoved] : Cases) {
+    TDrawing D(MarkerOf("") +
+               "<g fill='none' marker-start='url(#m)' marker-mid='url(#m)' marker-end='url(#m)'>"
+               "<path id='p' d='M0 0h5v5h5'/><polyline id='l' points='0 0 5 0 5 5 9 9'/></g>");
+    const bool IsPath = ID == Path;
+    D.Get(IsPath ? Polyline : Path).SetVisible(false);
+    int Drawn = 0;
+    D.Document.OnDrawn = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&) {
+      if (static_cast<TSVGElement*>(Sender)->GetSVGType() != TSVGElementType::etMarker) return;
+      if (++Drawn != 2) return;
+      if (IsRemoved)
+        D.Get(ID).Parent()->Items().Remove(&D.Get(ID));
+      else if (IsPath)
+        D.Get<TSVGPath>(ID).Data().Clear();
+      else
+        D.Get<TSVGPolyline>(ID).SetPoints({});
+    };
+    D.Draw();
+    EXPECT_EQ(Drawn, IsRemoved ? 3 : 2) << ToUtf8(ID);
+  }
+}
+
 TEST(Markers, ReadAndWriteTheirValues) {
   TDrawing D(
       "<marker id='a' orient='auto' refX='2' markerWidth='4'/><marker id='n' orient='45'/>"
