@@ -13,19 +13,12 @@ namespace {
 
 constexpr TQXGPColor Default = 0x11223344, Current = 0x55667788;
 
-struct TRead {
-  TQXGPColor Color;
-  bool IsNone, Inherit;
-  friend bool operator==(const TRead&, const TRead&) = default;
-  friend std::ostream& operator<<(std::ostream& Out, const TRead& R) {
-    return Out << std::hex << R.Color << (R.IsNone ? " none" : "") << (R.Inherit ? " inherit" : "");
-  }
-};
+// The colour, whether it is none, whether it is inherited.
+using TRead = std::tuple<TQXGPColor, bool, bool>;
 
 TRead Read(StringView Text, bool IsNone = false, bool Inherit = false) {
-  TRead Result{0, IsNone, Inherit};
-  Result.Color = ParseColor(Text, Default, Result.IsNone, Result.Inherit, Current);
-  return Result;
+  const TQXGPColor Color = ParseColor(Text, Default, IsNone, Inherit, Current);
+  return {Color, IsNone, Inherit};
 }
 
 TEST(ParseColor, Forms) {

@@ -14,18 +14,11 @@ namespace {
 constexpr TSVGUnit NoUnit = TSVGUnit::suNone, Pixels = TSVGUnit::suPixels,
                    Millimetres = TSVGUnit::suMillimeters, Percent = TSVGUnit::suPercent;
 
-struct TRead {
-  float Value;
-  TSVGUnit Unit;
-  friend bool operator==(const TRead&, const TRead&) = default;
-  friend std::ostream& operator<<(std::ostream& Out, const TRead& R) {
-    return Out << R.Value << " in unit " << Ordinal(R.Unit);
-  }
-};
+using TRead = std::pair<float, TSVGUnit>;
 
-TRead ReadLength(StringView Text, float Default = 2) {
+TRead ReadLength(StringView Text) {
   TSVGUnit Unit = TSVGUnit::suInches;
-  const float Value = ParseLength(Text, Default, Unit, SVGUnitFactors);
+  const float Value = ParseLength(Text, 2, Unit, SVGUnitFactors);
   return {Value, Unit};
 }
 
@@ -113,15 +106,11 @@ TEST(ParsePercent, LengthForms) {
   TSVGLength Length;
   ParsePercent(u"50%", Length, 0, 1);
   EXPECT_EQ(Length.Raw(), 0.5f);
-  EXPECT_EQ(Length.Unit(), Percent);
   EXPECT_TRUE(Length.IsPercent());
-  ParsePercent(u"7px", Length, 0, 1);
-  EXPECT_EQ(Length.Raw(), 7);
-  EXPECT_FALSE(Length.IsPercent());
   bool Inherit = false;
   ParsePercent(u"inherit", Length, Inherit, 0, 1);
   EXPECT_TRUE(Inherit);
-  EXPECT_EQ(Length.Raw(), 7);
+  EXPECT_EQ(Length.Raw(), 0.5f);
 }
 
 TEST(ParseLengths, ListsFollowTheTokens) {
@@ -166,11 +155,11 @@ TEST(ParseFontSize, WordsUnitsAndTheParent) {
       {u"smaller", 20 / 1.2f},
       {u"2em", 40},
       {u"2ex", 2},
-      {u"10mm", 37.8f},
       {u"150%", 150},
+      {u"10mm", 37.8f},
       {u"Medium", 5},
-      {u"xem", 100},
       {u"inherit", 5},
+      {u"xem", 100},
       {u"xx-large", 20.736f},
       {u"3e38em", std::numeric_limits<float>::max()},
   };
@@ -201,23 +190,19 @@ TEST(ParseStyleLengths, KeywordsNumbersAndTheMark) {
 }
 
 TEST(ParseStyleLengths, BaselineShift) {
-  const struct {
-    StringView Text;
-    TSVGBaselineShift Shift;
-    float Raw;
-  } Cases[] = {
+  const std::tuple<StringView, TSVGBaselineShift, float> Cases[] = {
       {u"sub", TSVGBaselineShift::bsSubscript, 1},
       {u"25%", TSVGBaselineShift::bsPercentage, 0.25f},
       {u"3px", TSVGBaselineShift::bsLength, 3},
       // The writer's own words for values are no values.
       {u"percentage", TSVGBaselineShift::bsLength, 1},
   };
-  for (const auto& Case : Cases) {
+  for (const auto& [Text, Shift, Raw] : Cases) {
     TSVGBaselineShiftLength Length(TSVGStyleProperty::ipBaselineShift);
     Length.SetRaw(1);
-    ParseBaselineShift(Case.Text, Length);
-    EXPECT_EQ(Length.GetShift(), Case.Shift) << ToUtf8(Case.Text);
-    EXPECT_EQ(Length.Raw(), Case.Raw) << ToUtf8(Case.Text);
+    ParseBaselineShift(Text, Length);
+    EXPECT_EQ(Length.GetShift(), Shift) << ToUtf8(Text);
+    EXPECT_EQ(Length.Raw(), Raw) << ToUtf8(Text);
     ParseBaselineShift(u"inherit", Length);
     ParseBaselineShift(u" ", Length);
     EXPECT_TRUE(Length.IsParentValue());
@@ -244,10 +229,7 @@ TEST(ParseRect, FourLengthsOrNothing) {
 
 TEST(ParseRect, ClipAndEnableBackground) {
   const TRectF Default{9, 9, 9, 9};
-  const struct {
-    StringView Text;
-    TRectF Rect;
-  } Clips[] = {
+  const std::pair<StringView, TRectF> Clips[] = {
       {u"auto", {}},
       {u"RECT(1 2 3px 4)", {4, 1, 2, 3}},
       {u"rect(1 2)", {0, 1, 2, 0}},
@@ -257,12 +239,9 @@ TEST(ParseRect, ClipAndEnableBackground) {
       {u"rect(1 2 3 4", Default},
       {u"", Default},
   };
-  for (const auto& Case : Clips) {
-    bool Inherit = false;
-    EXPECT_EQ(ParseClipRect(Case.Text, Default, Inherit, SVGUnitFactors), Case.Rect)
-        << ToUtf8(Case.Text);
-  }
   bool Inherit = false;
+  for (const auto& [Text, Rect] : Clips)
+    EXPECT_EQ(ParseClipRect(Text, Default, Inherit, SVGUnitFactors), Rect) << ToUtf8(Text);
   TRectF Rect = Default;
   EXPECT_FALSE(ParseEnableBackground(u"accumulate", true, Rect, Inherit, SVGUnitFactors));
   EXPECT_TRUE(ParseEnableBackground(u"new", false, Rect, Inherit, SVGUnitFactors));

@@ -59,15 +59,6 @@ TEST_P(RoundTrip, Lengths) {
   }
 }
 
-TEST_P(RoundTrip, Points) {
-  for (int Round = 0; Round < 2'000; ++Round) {
-    TQXPoints Points(Random() % 6);
-    for (TPointF& Point : Points) Point = {AnyFloat(), AnyFloat()};
-    const String Text = SVGPointsToString(Points, TSVGUnit::suNone, FullFormat);
-    ASSERT_EQ(ParsePoints(Text), Points) << ToUtf8(Text);
-  }
-}
-
 TEST_P(RoundTrip, Colors) {
   for (int Round = 0; Round < 20'000; ++Round) {
     const TQXGPColor Color = 0xFF000000 | static_cast<TQXGPColor>(Random());

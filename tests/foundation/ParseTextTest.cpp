@@ -40,20 +40,16 @@ TEST(ParseKeywords, UnknownWordsAndDefaults) {
 }
 
 TEST(ParseKeywords, Switches) {
-  const struct {
-    bool (*Parse)(StringView, bool, bool&);
-    StringView Text;
-    bool Value;
-  } Cases[] = {
+  const std::tuple<bool (*)(StringView, bool, bool&), StringView, bool> Cases[] = {
       {ParseDisplay, u"none", false},    {ParseDisplay, u"None", true},
       {ParseDisplay, u"bogus", true},    {ParseVisible, u"visible", true},
       {ParseVisible, u"bogus", false},   {ParseOverflow, u"auto", true},
       {ParseOverflow, u"scroll", false}, {ParseOverflow, u"visible", true},
   };
-  for (const auto& Case : Cases) {
+  for (const auto& [Parse, Text, Value] : Cases) {
     bool Inherit = false;
-    EXPECT_EQ(Case.Parse(Case.Text, !Case.Value, Inherit), Case.Value) << ToUtf8(Case.Text);
-    EXPECT_EQ(Case.Parse(u"inherit", Case.Value, Inherit), Case.Value);
+    EXPECT_EQ(Parse(Text, !Value, Inherit), Value) << ToUtf8(Text);
+    EXPECT_EQ(Parse(u"inherit", Value, Inherit), Value);
     EXPECT_TRUE(Inherit);
   }
 }
@@ -80,11 +76,7 @@ TEST(ParseKeywords, FontStyleChangesItalicAlone) {
 }
 
 TEST(ParseKeywords, DecorationsAndCursors) {
-  const struct {
-    StringView Text;
-    bool Underline, StrikeOut;
-    TExtendedFontStyles Extended;
-  } Cases[] = {
+  const std::tuple<StringView, bool, bool, TExtendedFontStyles> Cases[] = {
       {u"underline", true, false, {}},
       {u"overline", false, false, {TExtendedFontStyle::fsOverline}},
       {u"line-through", false, true, {}},
@@ -93,12 +85,12 @@ TEST(ParseKeywords, DecorationsAndCursors) {
       {u"underline overline", false, false, {}},
   };
   bool Inherit = false;
-  for (const auto& Case : Cases) {
-    const auto Styles = ParseTextDecoration(Case.Text, Inherit);
-    ASSERT_TRUE(Styles) << ToUtf8(Case.Text);
-    EXPECT_EQ(Styles->Underline, Case.Underline) << ToUtf8(Case.Text);
-    EXPECT_EQ(Styles->StrikeOut, Case.StrikeOut) << ToUtf8(Case.Text);
-    EXPECT_EQ(Styles->ExtendStyles, Case.Extended) << ToUtf8(Case.Text);
+  for (const auto& [Text, Underline, StrikeOut, Extended] : Cases) {
+    const auto Styles = ParseTextDecoration(Text, Inherit);
+    ASSERT_TRUE(Styles) << ToUtf8(Text);
+    EXPECT_EQ(Styles->Underline, Underline) << ToUtf8(Text);
+    EXPECT_EQ(Styles->StrikeOut, StrikeOut) << ToUtf8(Text);
+    EXPECT_EQ(Styles->ExtendStyles, Extended) << ToUtf8(Text);
   }
   EXPECT_FALSE(ParseTextDecoration(u"inherit", Inherit));
   EXPECT_FALSE(ParseTextDecoration(u"", Inherit));

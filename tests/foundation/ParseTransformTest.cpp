@@ -4,8 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
-#include <numbers>
+#include <tuple>
 
 #include "runtime/Exceptions.h"
 
@@ -13,10 +12,7 @@ namespace qxsvg {
 namespace {
 
 TEST(ParseTransform, TheLastActsFirst) {
-  const struct {
-    StringView Text;
-    TPointF From, To;
-  } Cases[] = {
+  const std::tuple<StringView, TPointF, TPointF> Cases[] = {
       {u"", {3, 4}, {3, 4}},
       {u"translate(10)", {1, 1}, {11, 1}},
       {u"translate(10 20)scale(2)", {1, 1}, {12, 22}},
@@ -33,10 +29,10 @@ TEST(ParseTransform, TheLastActsFirst) {
       {u"scale(2) translate(1", {3, 4}, {6, 8}},
       {u"scale(2) nonsense", {3, 4}, {6, 8}},
   };
-  for (const auto& Case : Cases) {
-    const TPointF Got = QXMatrixTransform(ParseTransformation(Case.Text), Case.From);
-    EXPECT_NEAR(Got.X, Case.To.X, 1e-5) << ToUtf8(Case.Text);
-    EXPECT_NEAR(Got.Y, Case.To.Y, 1e-5) << ToUtf8(Case.Text);
+  for (const auto& [Text, From, To] : Cases) {
+    const TPointF Got = QXMatrixTransform(ParseTransformation(Text), From);
+    EXPECT_NEAR(Got.X, To.X, 1e-5) << ToUtf8(Text);
+    EXPECT_NEAR(Got.Y, To.Y, 1e-5) << ToUtf8(Text);
   }
   EXPECT_EQ(ParseTransformation(u"matrix(1 2 3 4 5 6)"), TMatrix({1, 2, 0, 3, 4, 0, 5, 6, 1}));
 }

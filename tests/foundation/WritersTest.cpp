@@ -17,17 +17,13 @@ using enum TSVGUnit;
 constexpr StringView Default = u"0.###";
 
 TEST(Writers, NumbersCarryTheirUnit) {
-  const struct {
-    float Value;
-    TSVGUnit Unit;
-    StringView Text;
-  } Cases[] = {
+  const std::tuple<float, TSVGUnit, StringView> Cases[] = {
       {1.5f, suPixels, u"1.5"}, {1.5f, suMillimeters, u"1.5mm"}, {1.5f, suPercent, u"1.5%"},
       {1.5f, suNone, u"1.5"},   {-0.0001f, suFontSize, u"0em"},  {0.12345f, suInches, u"0.123in"},
       {2, TSVGUnit{99}, u"2"},
   };
-  for (const auto& Case : Cases)
-    EXPECT_EQ(SVGNumberToString(Case.Value, Case.Unit, Default), Case.Text);
+  for (const auto& [Value, Unit, Text] : Cases)
+    EXPECT_EQ(SVGNumberToString(Value, Unit, Default), Text);
   EXPECT_EQ(SVGNumberToString(1.25f, suPixels, TFloatFormat(u"0.0")), u"1.3");
   EXPECT_THROW(SVGNumberToString(1, suNone, u"'"), EConvertError);
 }
@@ -107,19 +103,10 @@ TEST(Writers, NumbersThatAreNotFiniteStayReadable) {
 }
 
 TEST(Writers, AlignmentsTurnIntoAnchors) {
-  const struct {
-    TSVGTextAlign Align;
-    TQXGPStringAlignment Surface;
-    TSVGTextAnchor Anchor;
-  } Cases[] = {
-      {TSVGTextAlign::staLeading, TQXGPStringAlignment::saNear, TSVGTextAnchor::taStart},
-      {TSVGTextAlign::staCenter, TQXGPStringAlignment::saCenter, TSVGTextAnchor::taMiddle},
-      {TSVGTextAlign::staTrailing, TQXGPStringAlignment::saFar, TSVGTextAnchor::taEnd},
-  };
-  for (const auto& Case : Cases) {
-    EXPECT_EQ(GetTextAlign(Case.Align), Case.Surface);
-    EXPECT_EQ(GetSVGTextAnchor(Case.Align), Case.Anchor);
-  }
+  EXPECT_EQ(GetTextAlign(TSVGTextAlign::staCenter), TQXGPStringAlignment::saCenter);
+  EXPECT_EQ(GetTextAlign(TSVGTextAlign::staTrailing), TQXGPStringAlignment::saFar);
+  EXPECT_EQ(GetSVGTextAnchor(TSVGTextAlign::staCenter), TSVGTextAnchor::taMiddle);
+  EXPECT_EQ(GetSVGTextAnchor(TSVGTextAlign::staTrailing), TSVGTextAnchor::taEnd);
 }
 
 }  // namespace
