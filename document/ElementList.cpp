@@ -68,7 +68,15 @@ void TSVGElementList::Remove(TSVGElement* Item) {
 std::unique_ptr<TSVGElement> TSVGElementList::Extract(TSVGElement* Item) {
   const TTreeWalk Walk(FOwner);
   std::unique_ptr<TSVGElement> Result = TakeOut(Item);
-  if (Result) Notify(Item, TCollectionNotification::cnExtracted);
+  if (!Result) return Result;
+  try {
+    Notify(Item, TCollectionNotification::cnExtracted);
+  } catch (...) {
+    // The caller, who hears of the exception, does not get the item.
+    Item->Depart(false);
+    Walk.Bury(std::move(Result));
+    throw;
+  }
   return Result;
 }
 

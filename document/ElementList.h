@@ -42,7 +42,8 @@ class QXSVG_API TSVGElementList {
   }
   // Destroys the item; nothing when it is not in the list.
   void Remove(TSVGElement* Item);
-  // Takes the item out alive; empty when it is not in the list.
+  // Takes the item out alive; empty when it is not in the list. Where a handler of the host raises,
+  // the item ends.
   std::unique_ptr<TSVGElement> Extract(TSVGElement* Item);
   // Destroys all items, the last first.
   void Clear();

@@ -214,6 +214,13 @@ TEST(Walks, AnEndIsNotHeldUpByHandlersThatThrow) {
   EXPECT_THROW(Doc.Items().Remove(Group), Boom);
   EXPECT_EQ(Calls, 4) << "each of them is told";
   EXPECT_EQ(Doc.AllItems().Count(), 1);
+  // An extraction that fails ends its element too, which may be in the middle of a drawing.
+  Doc.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&, bool&) {
+    if (Sender == Listener) EXPECT_THROW(Doc.Items().Extract(Listener), Boom);
+  };
+  Doc.OnChange = [](TPersistent*) { throw Boom(); };
+  DrawOnce(Doc);
+  EXPECT_EQ(Doc.AllItems().Count(), 0);
 }
 
 TEST(Walks, AHandlerMayTakeBackWhatWasAdded) {
