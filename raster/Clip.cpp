@@ -7,6 +7,17 @@
 
 namespace qxsvg {
 
+namespace {
+
+// Both rectangles' pixels, or nothing at the origin.
+TRect Common(const TRect& A, const TRect& B) {
+  const TRect R{std::max(A.Left, B.Left), std::max(A.Top, B.Top), std::min(A.Right, B.Right),
+                std::min(A.Bottom, B.Bottom)};
+  return R.IsEmpty() ? TRect{} : R;
+}
+
+}  // namespace
+
 std::uint32_t TClip::CoverAt(std::int32_t X, std::int32_t Y) const {
   if (X < FBox.Left || X >= FBox.Right || Y < FBox.Top || Y >= FBox.Bottom) return 0;
   if (!FMask) return FullCover;
@@ -17,14 +28,14 @@ std::uint32_t TClip::CoverAt(std::int32_t X, std::int32_t Y) const {
 }
 
 void TClip::IntersectBox(const TRect& Box) {
-  FBox = {std::max(FBox.Left, Box.Left), std::max(FBox.Top, Box.Top),
-          std::min(FBox.Right, Box.Right), std::min(FBox.Bottom, Box.Bottom)};
-  if (FBox.IsEmpty()) FBox = {};
+  FBox = Common(FBox, Box);
+  FInside = Common(FInside, Box);
   Rehash();
 }
 
 void TClip::SetMask(std::shared_ptr<const TSpanStore> Mask) {
   FMask = std::move(Mask);
+  FInside = FMask->FullBox();
   IntersectBox(FMask->Box());
 }
 
@@ -99,6 +110,20 @@ bool TClipSink::LiesWithin(std::span<const TCoverSpan> Spans,
   if (Left < FClip->Box().Left || Right > FClip->Box().Right) return false;
   return !Mask.empty() && Mask.front().Cover == FullCover && Mask.front().X <= Left &&
          Right <= Mask.front().End();
+}
+
+ISpanSink& TClipSink::Within(const TRect& Box) {
+  return Common(Box, FClip->Inside()) == Box ? FNext->Within(Box) : *this;
+}
+
+void TClipSink::Block(const TRect& Box, std::uint32_t Cover) {
+  const TRect& In = FClip->Inside();
+  const TRect Free = Common(Box, In);
+  if (Free.Left != Box.Left || Free.Right != Box.Right) return ISpanSink::Block(Box, Cover);
+  if (Free.Top > Box.Top) ISpanSink::Block({Box.Left, Box.Top, Box.Right, Free.Top}, Cover);
+  FNext->Block(Free, Cover);
+  if (Free.Bottom < Box.Bottom)
+    ISpanSink::Block({Box.Left, Free.Bottom, Box.Right, Box.Bottom}, Cover);
 }
 
 void TClipSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) {

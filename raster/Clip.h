@@ -13,12 +13,14 @@ namespace qxsvg {
 class TClip {
  public:
   TClip() = default;
-  explicit TClip(const TRect& Box) : FBox(Box) { Rehash(); }
+  explicit TClip(const TRect& Box) : FBox(Box), FInside(Box) { Rehash(); }
 
   const TRect& Box() const { return FBox; }
   bool IsEmpty() const { return FBox.IsEmpty(); }
   // Null where every pixel of the box is wholly inside.
   const TSpanStore* Mask() const { return FMask.get(); }
+  // Pixels of the box that are wholly inside, perhaps none.
+  const TRect& Inside() const { return FInside; }
   // The coverage of a pixel.
   std::uint32_t CoverAt(std::int32_t X, std::int32_t Y) const;
   // A number that stands for the content.
@@ -33,7 +35,7 @@ class TClip {
  private:
   void Rehash();
 
-  TRect FBox;
+  TRect FBox, FInside;
   std::shared_ptr<const TSpanStore> FMask;
   std::uint64_t FHash = 0;
 };
@@ -44,7 +46,9 @@ class TClipSink final : public ISpanSink {
   // Both must outlive the drawing. The clip has a mask.
   void Begin(const TClip& Clip, ISpanSink& Next);
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void Block(const TRect& Box, std::uint32_t Cover) override;
   void Announce(std::int32_t Y, std::span<const TCoverSpan> Spans) override;
+  ISpanSink& Within(const TRect& Box) override;
 
  private:
   std::span<const TCoverSpan> MaskFrom(std::int32_t X, std::int32_t Y) const;

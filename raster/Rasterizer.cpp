@@ -76,6 +76,7 @@ template <class Emitter>
 void TRasterizer::Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISpanSink& Sink,
                         const Emitter& Emit) {
   const std::int32_t Rows = TCellGrid::MaxRows(static_cast<std::int32_t>(Box.Width()));
+  ISpanSink& To = Sink.Within(Box);
   TRect Band = Box;
   for (std::int32_t Top = Box.Top; Top < Box.Bottom; Top = Band.Bottom) {
     Band.Top = Top;
@@ -84,7 +85,7 @@ void TRasterizer::Sweep(const TRect& Box, bool IsInside, TCoverageMode Mode, ISp
     FGrid.Begin(Band, IsInside && IsWhole);
     try {
       Emit(Band, IsInside && IsWhole);
-      while (FGrid.NextBand()) SweepRows(Mode, Sink);
+      while (FGrid.NextBand()) SweepRows(Mode, To);
     } catch (...) {
       // What lines have left would show in the next drawing.
       FGrid.Abandon();
@@ -209,7 +210,7 @@ void TRasterizer::Stroke(const TQXPathView& Path, const TMatrix& ToPen, const TQ
         });
 }
 
-void TRasterizer::Rectangle(const TRectF& R, const TRect& Clip, bool IsAliased, ISpanSink& Sink) {
+void TRasterizer::Rectangle(const TRectF& R, const TRect& Clip, bool IsAliased, ISpanSink& Into) {
   const auto Fixed = [](float V, std::int32_t Least, std::int32_t Most) {
     const double N = std::nearbyint(double{V} * SubpixelScale);
     return static_cast<std::int32_t>(
@@ -223,6 +224,7 @@ void TRasterizer::Rectangle(const TRectF& R, const TRect& Clip, bool IsAliased, 
                   (Right + SubpixelScale - 1) >> SubpixelBits,
                   (Bottom + SubpixelScale - 1) >> SubpixelBits};
   if (Box.IsEmpty()) return;
+  ISpanSink& Sink = Into.Within(Box);
   // How much of the pixel at I lies between both ends.
   const auto Part = [](std::int64_t From, std::int64_t To, std::int64_t I) {
     return static_cast<std::uint32_t>(std::max<std::int64_t>(

@@ -60,6 +60,23 @@ std::span<const TCoverSpan> TSpanStore::RowAt(std::int32_t Y) const {
   return {FSpans.data() + Found->First, Found->Count};
 }
 
+TRect TSpanStore::FullBox() const {
+  const auto IsWider = [](const TCoverSpan& A, const TCoverSpan& B) { return A.Length < B.Length; };
+  const auto FullIn = [](std::span<const TCoverSpan> Row, std::int32_t Left, std::int32_t Right) {
+    return std::any_of(Row.begin(), Row.end(), [&](const TCoverSpan& S) {
+      return S.Cover == FullCover && S.X <= Left && Right <= S.End();
+    });
+  };
+  const std::int32_t Middle = FBox.Top + (FBox.Bottom - FBox.Top) / 2;
+  const std::span<const TCoverSpan> Row = RowAt(Middle);
+  const auto Widest = std::max_element(Row.begin(), Row.end(), IsWider);
+  if (Widest == Row.end() || Widest->Cover != FullCover) return {};
+  TRect Box{Widest->X, Middle, Widest->End(), Middle + 1};
+  while (FullIn(RowAt(Box.Top - 1), Box.Left, Box.Right)) --Box.Top;
+  while (FullIn(RowAt(Box.Bottom), Box.Left, Box.Right)) ++Box.Bottom;
+  return Box;
+}
+
 void TSpanStore::Replay(std::span<const TRow> Rows, const TCoverSpan* Spans,
                         const std::uint8_t* Covers, ISpanSink& Sink) {
   for (const TRow& Row : Rows) Sink.Row(Row.Y, {Spans + Row.First, Row.Count}, Covers);

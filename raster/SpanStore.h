@@ -23,6 +23,9 @@ class TSpanStore final : public ISpanSink {
   bool IsEmpty() const { return FRows.empty(); }
   // The box of all spans.
   const TRect& Box() const { return FBox; }
+  // A box in which all coverage is full: all there is of it where one row above the other is full
+  // from the same place to the same place, little else.
+  TRect FullBox() const;
   // The spans of row Y, empty for a row without any; their covers are those of Covers.
   std::span<const TCoverSpan> RowAt(std::int32_t Y) const;
   const std::uint8_t* Covers() const { return FCovers.data(); }

@@ -44,6 +44,11 @@ class ISpanSink {
     static_cast<void>(Y), static_cast<void>(Spans);
   }
 
+  // What may take the rows in this one's place where all of them lie in Box.
+  virtual ISpanSink& Within(const TRect& Box) {
+    static_cast<void>(Box);
+    return *this;
+  }
   // Where this does nothing but blend one colour: what makes the rows may blend them there itself.
   // Null elsewhere.
   virtual const TColorTarget* Target() const { return nullptr; }

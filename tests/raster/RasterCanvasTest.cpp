@@ -280,6 +280,21 @@ TEST(TRasterCanvasTest, ClipsMultiplyAndNest) {
   EXPECT_TRUE(S.Canvas.IsVisible({10, 10}) && S.Canvas.IsVisible({30, 10}));
   EXPECT_FALSE(S.Canvas.IsVisible({10, 20}));
   EXPECT_FALSE(S.Canvas.IsVisible({20, 1}));
+  // Pixels that lie wholly in a clip are as without it, in shapes within and in those across it.
+  TTestSurface Free(40, 40), Cut(40, 40);
+  Cut.Canvas.IntersectClip(QXRect(1.5f, 1.5f, 38, 38.5f));
+  for (TQXRasterCanvas* Canvas : {&Free.Canvas, &Cut.Canvas})
+    for (const TRectF& Box : {QXRect(0, 0, 40, 40), QXRect(2, 2, 38, 38), QXRect(3, 10, 40, 20)}) {
+      Canvas->Brush().SetColor(0x80336699);
+      Canvas->FillRect(Box, 1);
+      TQXPathGeometry Round;
+      Round.AddEllipse(Box);
+      Canvas->FillPath({Round.View(), TQXGPFillMode::fmWinding, {}, nullptr}, 1);
+    }
+  for (std::int32_t Y = 2; Y < 38; ++Y)
+    for (std::int32_t X = 2; X < 38; ++X) ASSERT_EQ(Free.Pixel(X, Y), Cut.Pixel(X, Y)) << X << Y;
+  EXPECT_EQ(Cut.Pixel(20, 0), 0u);
+  EXPECT_LT(Cut.Pixel(20, 38), Free.Pixel(20, 38));
 }
 
 TEST(TRasterCanvasTest, WithoutAntiAliasingPixelsAreWholeOrNot) {
