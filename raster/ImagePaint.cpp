@@ -12,6 +12,9 @@ namespace {
 
 // Shifts this close to whole pixels are whole.
 constexpr double CloseShift = 1.0 / 512;
+// A skew of less for each pixel is none: it comes from rounding, as that of a half turn does, and
+// moves nothing by a hundredth of a pixel over the widest surface.
+constexpr double LeastSkew = CloseShift / 8192;
 // Shrinking by more than this takes means, since four pixels would leave out too many.
 constexpr double MeanFrom = 1.5;
 
@@ -54,10 +57,9 @@ bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
   FOffsetY = M.m32 + (double{M.m12} + M.m22) / 2;
   FShrunkY = FTiledY = Device.Top - 1;
 
-  // Whether it turns is told by what the skew does over the whole area.
-  const bool IsUpright = std::abs(FSkewX) * static_cast<double>(Device.Height()) < CloseShift &&
-                         std::abs(FSkewY) * static_cast<double>(Device.Width()) < CloseShift;
   const double AcrossX = std::hypot(FScaleX, FSkewY), AcrossY = std::hypot(FSkewX, FScaleY);
+  const bool IsUpright = std::abs(FSkewX) < LeastSkew * std::max(1.0, AcrossY) &&
+                         std::abs(FSkewY) < LeastSkew * std::max(1.0, AcrossX);
   const bool IsSmooth = FFilter == TImageFilter::Smooth;
   if (IsUpright && IsUnit(FScaleX) && IsUnit(FScaleY) &&
       (!IsSmooth || (IsWhole(FOffsetX - 0.5) && IsWhole(FOffsetY - 0.5))) &&
