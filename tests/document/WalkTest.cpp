@@ -216,7 +216,8 @@ TEST(Walks, AnEndIsNotHeldUpByHandlersThatThrow) {
   EXPECT_EQ(Doc.AllItems().Count(), 1);
   // An extraction that fails ends its element too, which may be in the middle of a drawing.
   Doc.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&, bool&) {
-    if (Sender == Listener) EXPECT_THROW(Doc.Items().Extract(Listener), Boom);
+    if (Sender != Listener) return;
+    EXPECT_THROW(Doc.Items().Extract(Listener), Boom);
   };
   Doc.OnChange = [](TPersistent*) { throw Boom(); };
   DrawOnce(Doc);
