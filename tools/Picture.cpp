@@ -30,8 +30,10 @@ TSVGElement* FindInAll(TSVGDocument& Drawing, StringView ID) {
   return nullptr;
 }
 
+// What a product adds to a whole number, such as 1.1 times 100, is no pixel: the precision of
+// lengths decides.
 double CheckedSide(double Side) {
-  const double Whole = std::ceil(Side);
+  const double Whole = std::ceil(static_cast<float>(Side));
   if (!(Whole >= 1)) throw ESVGException(u"The picture has no size");
   if (Whole > Limits::BitmapSide) throw ESVGException(SBitmapSizeLimit);
   return Whole;

@@ -120,12 +120,14 @@ void Write(const TQXGPBitmap& Picture, const RenderOptions& Options, const std::
   if (Format.empty()) Format = ToConsole || fs::path(Output).extension().empty() ? "png" : Output;
   const String Codec = CodecFor(Format);
   if (ToConsole) {
+    // Nothing waits in a buffer whose failure would be told a second time at the end.
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
     TMemoryStream Bytes;
     Picture.SaveToStream(Bytes, Codec, Options.Quality);
     const TBytes& B = Bytes.Bytes();
-    if (std::fwrite(B.data(), 1, B.size(), stdout) != B.size() || std::fflush(stdout) != 0)
-      throw EStreamError(u"Standard output cannot be written");
-    return;
+    if (std::fwrite(B.data(), 1, B.size(), stdout) == B.size()) return;
+    std::clearerr(stdout);
+    throw EStreamError(u"Standard output cannot be written");
   }
   TAtomicFile File(FromUtf8(Output));
   Picture.SaveToStream(File, Codec, Options.Quality);
@@ -157,8 +159,8 @@ std::string ExtensionFor(const std::string& Format) {
 }
 
 bool IsDrawing(const std::string& File) {
-  const fs::path Extension = fs::path(File).extension();
-  return Extension == ".svg" || Extension == ".svgz";
+  const String Extension = FromUtf8(fs::path(File).extension().string());
+  return SameText(Extension, u".svg") || SameText(Extension, u".svgz");
 }
 
 std::vector<Job> PlanForDirectory(const RenderOptions& Options, const std::string& Extension) {
@@ -192,6 +194,8 @@ std::vector<Job> Plan(const RenderOptions& Options) {
   const bool IsDirectory =
       Files.size() > 1 || fs::is_directory(Options.Output) || Options.Output.ends_with('/');
   if (!IsDirectory) return {{Files[0], Options.Output, {}}};
+  if (Options.Output == "-")
+    throw CLI::ValidationError("--output", "several pictures cannot go to standard output");
   return PlanForDirectory(Options, Extension);
 }
 

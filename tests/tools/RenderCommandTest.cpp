@@ -42,6 +42,9 @@ TEST(Render, SizesFollowTheOptions) {
       {"-w 100", Plain, 100, 50},
       {"--height 100", Plain, 200, 100},
       {"-z 1.51", Plain, 61, 31},
+      // What the products add to whole numbers is no pixel.
+      {"-z 1.1", "<svg width='100' height='50'/>", 110, 55},
+      {"-w 14", "<svg width='7' height='29'/>", 14, 58},
       {"-w 100 -h 100", Plain, 100, 100},
       {"-w 100 -h 100 -a", Plain, 100, 50},
       {"-i r", Sample, 16, 16},
@@ -125,8 +128,10 @@ TEST(Render, NoFileIsOverwrittenByMistake) {
   EXPECT_EQ(Many.Errors.find(Second + ": "), 0u) << Many.Errors;
   EXPECT_TRUE(std::filesystem::exists(Target + "/x.png"));
   // Two drawings are not a drawing and its picture.
-  EXPECT_EQ(RunQxsvg("render -f png " + Quoted(First) + " " + Quoted(Second)).Status, 2);
-  EXPECT_EQ(FileText(Second), Sample);
+  for (const std::string& Other : {Second, Folder.Add("y.SVG", Sample)}) {
+    EXPECT_EQ(RunQxsvg("render -f png " + Quoted(First) + " " + Quoted(Other)).Status, 2);
+    EXPECT_EQ(FileText(Other), Sample);
+  }
 }
 
 TEST(Render, AFailureKeepsThePictureThatWasThere) {
@@ -153,7 +158,8 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
       {"render - -z inf", 2, "no number above 0"},
       {"render - -s /nowhere.css", 1, "/nowhere.css: "},
       {"render - -o " + File + "/x", 1, "/file/x: "},
-      {"render - > /dev/full", 1, "Standard output cannot be written"},
+      {"render - - -o -", 2, "several pictures"},
+      {"render - > /dev/full", 1, "-: Standard output cannot be written"},
       {"info - > /dev/full", 1, "Standard output cannot be written"},
       {"--help > /dev/full", 1, "Standard output cannot be written"},
       {"surface-demo /nowhere/x.png", 1, "There is no such folder"},
@@ -162,6 +168,9 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
     const TRunResult Told = RunQxsvg(Arguments, Sample);
     EXPECT_EQ(Told.Status, Status) << Arguments;
     EXPECT_NE(Told.Errors.find(Cause), std::string::npos) << Arguments << "\n" << Told.Errors;
+    if (Status == 1) {
+      EXPECT_EQ(Told.Errors.find('\n') + 1, Told.Errors.size()) << Told.Errors;
+    }
   }
 }
 
