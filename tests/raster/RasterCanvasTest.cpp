@@ -38,6 +38,17 @@ TEST(TRasterCanvasTest, TilesMakeTheWhole) {
     const auto Draw = [=](TQXGPCanvas& Canvas) { DrawRandomScene(Canvas, Seed, Side); };
     ASSERT_EQ(PartsDifference(Side, Tile, Tile, Draw), "") << "seed " << Seed;
   }
+  // An image that hardly turns does so in small parts, too.
+  TQXGPBitmap Image(Side, Side);
+  TRandom Random(5);
+  for (std::int32_t Y = 0; Y < Side; ++Y)
+    for (std::int32_t X = 0; X < Side; ++X)
+      Image.Pixels().Row(Y)[X] = QXPremultiply(Random.Color());
+  const auto Draw = [&](TQXGPCanvas& Canvas) {
+    Canvas.SetMatrix(CreateRotationQXMatrix(5e-5f));
+    Canvas.DrawImage(Image, {0.3f, 0.3f, Side + 0.3f, Side + 0.3f}, 1);
+  };
+  EXPECT_EQ(PartsDifference(Side, 23, 23, Draw), "");
 }
 
 // Large figures are drawn band by band, within the picture and past its sides; strips of it are not
