@@ -7,6 +7,7 @@
 namespace qxsvg {
 
 void TSVGDocument::Change(TSVGElement* Element) {
+  DropRepeats(*this);
   TSVGCustomViewBox::Change(Element);
   if (IsUpdating() || FElementState.Has(TSVGElementStateFlag::esDestroying)) return;
   if (OnChange) OnChange(Element);
@@ -43,6 +44,7 @@ void TSVGDocument::Unregister(TSVGElement& Element) {
 
 void TSVGDocument::AllItemsNotify(TPersistent*, TSVGElement* const&, TCollectionNotification) {
   FAllItemsModified = true;
+  DropRepeats(*this);
 }
 
 const std::vector<TSVGElement*>& TSVGDocument::CurrentList(const std::vector<TSVGElement*>& List) {

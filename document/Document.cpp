@@ -5,6 +5,7 @@
 #include "document/TreeWalk.h"
 #include "foundation/Lookups.h"
 #include "foundation/Parsers.h"
+#include "graphics/Repeats.h"
 #include "graphics/SVGFont.h"
 #include "runtime/Languages.h"
 #include "runtime/Numbers.h"
@@ -44,6 +45,18 @@ TSVGDocument::~TSVGDocument() {
   // What was taken out of the tree lives on with whoever took it.
   FAllItems.ForEach([](const auto& Entry) { Entry.FValue->FOwner = nullptr; });
   for (TSVGElement* Stray : FStrays) Stray->FOwner = nullptr;
+}
+
+TSVGRepeats& TSVGDocument::Repeats() {
+  if (Document()) return Document()->Repeats();
+  if (!FRepeats) FRepeats = std::make_unique<TSVGRepeats>();
+  return *FRepeats;
+}
+
+void TSVGDocument::DropRepeats(TSVGElement& Element) {
+  const TSVGDocument* Root = Element.Document() ? Element.Document() : Element.AsDocument();
+  while (Root && Root->Document()) Root = Root->Document();
+  if (Root && Root->FRepeats) Root->FRepeats->Drop();
 }
 
 void TSVGDocument::CopyRenderingDefaults() {
@@ -90,6 +103,7 @@ void TSVGDocument::SetDPI(std::int32_t Value) {
   if (Value == FDPI) return;
   FDPI = std::max(Value, MinimumDPI);
   FUnitFactors = CalcUnitFactors();
+  DropRepeats(*this);
 }
 
 void TSVGDocument::SetFormatStr(StringView Value) {

@@ -11,6 +11,7 @@ namespace qxsvg {
 
 class IXMLDocument;
 class TStream;
+class TSVGRepeats;
 class TSVGStyle;
 
 using TSVGElementTable = TQXStringObjectHashTable<TSVGElement>;
@@ -144,6 +145,9 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   // The published transform can be read, not written.
   void SetIgnoreTransformMatrix(StringView Value);
 
+  // Forgets what was kept of references that were drawn, in the whole tree that Element belongs to.
+  static void DropRepeats(TSVGElement& Element);
+
   TSVGUnitFactors CalcUnitFactors() const;
   // Without the font sizes, which each reader multiplies on.
   const TSVGUnitFactors& StoredUnitFactors() const { return FUnitFactors; }
@@ -204,8 +208,11 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
  private:
   friend class TSVGElement;
   friend class TSVGGraphicElement;
+  friend class TSVGRepeats;
   friend class TTreeWalk;
 
+  // Those of the root document, made when they are first needed.
+  TSVGRepeats& Repeats();
   void CopyRenderingDefaults();
   template <class Rendering>
   void SetDefault(Rendering& Held, Rendering Value);
@@ -235,6 +242,7 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   std::vector<std::unique_ptr<TSVGStyle>> FDepartedStyles;
   // See Limits::StyleCopies.
   std::size_t FStyleCopies = 0;
+  std::unique_ptr<TSVGRepeats> FRepeats;
   std::int32_t FWalks = 0;
   bool FAllItemsModified = false;
 };

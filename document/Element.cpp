@@ -91,6 +91,7 @@ void TSVGElement::ClearQuietly() noexcept {
 void TSVGElement::Depart(bool IsInParent) noexcept {
   if (FElementState.Has(TSVGElementStateFlag::esDestroying)) return;
   FElementState.Include(TSVGElementStateFlag::esDestroying);
+  TSVGDocument::DropRepeats(*this);
   ClearQuietly();
   try {
     if (FParent && IsInParent) FParent->FItems.Forget(this);

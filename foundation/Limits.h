@@ -113,6 +113,9 @@ inline constexpr std::int64_t DrawnReferences = 400'000;
 // Elements looked at in one cascade for what is shown through references: each combinator of each
 // rule may search the whole tree at each element.
 inline constexpr std::int64_t SearchedReferences = 4'000'000;
+// Bytes that a document may keep of what its references drew: some ten thousand targets, each under
+// the styles and at the scale that it was drawn with.
+inline constexpr std::size_t RepeatBytes = std::size_t{4} << 20;
 // Levels of SVG files that stand as images within each other, and files loaded that way in all from
 // the outermost one: each is a whole document.
 inline constexpr std::size_t ImageDocumentDepth = 4;

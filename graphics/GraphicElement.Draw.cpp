@@ -10,6 +10,7 @@
 #include "foundation/Writers.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/GraphicElementScope.h"
+#include "graphics/Repeats.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/PathData.h"
 #include "runtime/UpdateLock.h"
@@ -85,6 +86,11 @@ void TSVGGraphicElement::InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas
                                       const TRectF& Rect) {
   const TMatrix M = IsIdentityMatrix(FMatrix) ? Matrix : QXMatrixMultiply(FMatrix, Matrix);
   const Scope InForce(*this);
+  TSVGRecording* const Recording = InForce.RecordingHere();
+  if (Recording) {
+    Recording->Visit(*this);
+    Recording->Enter(FMatrix, M);
+  }
   const bool Drawing = BeginDraw(M, Canvas, Rect);
   // A reference may bring the walk to this element again below itself.
   const TQXGPCanvasSaveState State = FCanvasState;
@@ -92,13 +98,17 @@ void TSVGGraphicElement::InternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas
   DrawChildren(M, Canvas, Rect);
   FCanvasState = State;
   EndDraw(M, Canvas, Rect);
+  if (Recording) Recording->Leave();
 }
 
 void TSVGGraphicElement::DrawChildren(const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                       const TRectF& Rect) {
+  TSVGRecording* const Recording = FScope ? FScope->RecordingHere() : nullptr;
   for (std::int32_t I = 0; I < Items().Count(); ++I)
-    if (TSVGGraphicElement* Child = Items()[I]->AsGraphicElement())
+    if (TSVGGraphicElement* Child = Items()[I]->AsGraphicElement()) {
+      if (Recording) Recording->Visit(*Child);
       Child->Draw(Matrix, Canvas, Rect);
+    }
 }
 
 bool TSVGGraphicElement::BeginDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
@@ -298,7 +308,9 @@ TSVGGraphicElement::Coverage* TSVGGraphicElement::KeptCoverage() {
 void TSVGGraphicElement::DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                   const TRectF&) {
   // The element's own shape tells when it changes.
-  Coverage* const Kept = &Path == FShape.get() ? KeptCoverage() : nullptr;
+  const bool IsOwn = &Path == FShape.get();
+  if (!IsOwn) PaintsOtherwise();
+  Coverage* const Kept = IsOwn ? KeptCoverage() : nullptr;
   DrawView(Path.View(), Path.FillMode(), Kept, Matrix, Canvas);
 }
 
@@ -314,16 +326,23 @@ void TSVGGraphicElement::DrawView(const TQXPathView& View, TQXGPFillMode Mode, C
   const bool Fills = Canvas.Brush().Kind() != TQXGPBrushKind::bkNone;
   const bool Strokes = Canvas.Pen().Kind() != TQXGPBrushKind::bkNone;
   if (!Fills && !Strokes) return;
-  if (const Scope* const InForce = ScopeInForce(); InForce && InForce->IsBorrowed()) {
+  const Scope* const InForce = ScopeInForce();
+  if (InForce && InForce->IsBorrowed()) {
     Source.IsRepeated = true;
-    if (Kept && !Kept->Stamps)
-      Kept->Stamps = std::make_unique<TQXCoverageStamps>(QXSharedCoverageBudget());
-    if (Kept) Source.Stamps = Kept->Stamps.get();
+    if (Kept) Source.Stamps = &Kept->StampsForWriting();
   }
   const double Opacity = GetAbsoluteOpacity();
-  if (Fills) Canvas.FillPath(Source, static_cast<float>(FillOpacity() * Opacity));
+  const auto OfFill = static_cast<float>(Fills ? FillOpacity() * Opacity : 0);
+  const auto OfStroke = static_cast<float>(Strokes ? StrokeOpacity() * Opacity : 0);
+  if (Fills) Canvas.FillPath(Source, OfFill);
   if (Kept) Source.Coverage = &Kept->Stroke;
-  if (Strokes) Canvas.DrawPath(Source, static_cast<float>(StrokeOpacity() * Opacity));
+  if (Strokes) Canvas.DrawPath(Source, OfStroke);
+  if (TSVGRecording* const Recording = InForce ? InForce->RecordingHere() : nullptr)
+    Recording->Draw(*this, Source, Canvas, OfFill, OfStroke);
+}
+
+void TSVGGraphicElement::PaintsOtherwise() {
+  TSVGRecording::Spoil();
 }
 
 void TSVGGraphicElement::FillPolygons(const TMatrix&, TQXGPCanvas&) {}
@@ -335,6 +354,7 @@ void TSVGGraphicElement::PerformClipping(const TMatrix& Matrix, TQXGPCanvas& Can
   if (!GetOptions().Has(TSVGOption::soApplyClipping)) return;
   TSVGGraphicElement* Clip = GetClipURIElement();
   if (!Clip) return;
+  TSVGRecording::Spoil();
   TQXGPRegion Region(&Canvas);
   Region.MakeEmpty();
   Clip->BuildClipRegion(Region, QXIdentityMatrix, Rect);

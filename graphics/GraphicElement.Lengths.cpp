@@ -5,6 +5,7 @@
 #include "foundation/ParseTransform.h"
 #include "foundation/Writers.h"
 #include "graphics/GraphicElementParts.h"
+#include "graphics/Repeats.h"
 #include "runtime/UpdateLock.h"
 #include "shapes/CustomViewBox.h"
 
@@ -50,6 +51,7 @@ constinit const TWiring TSVGGraphicElement::SpacingLength =
 // --- Units
 
 float TSVGGraphicElement::EffectiveFontSize() {
+  TSVGRecording::Spoil();
   if (FFont) return GetFont().Size();
   const bool MayAsk = !FElementState.Has(TSVGElementStateFlag::esReading);
   if (MayAsk && IsMarked(TSVGStyleProperty::ipFontSize))

@@ -3,6 +3,7 @@
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
 #include "graphics/GraphicElementParts.h"
+#include "graphics/Repeats.h"
 #include "paint/Gradient.h"
 #include "paint/Pattern.h"
 
@@ -52,6 +53,7 @@ TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& T
                                                    const TRectF& Viewport) {
   TSVGElement* Server = FindByID(URI);
   if (!Server) return TQXGPBrushKind::bkNone;
+  TSVGRecording::Spoil();
   if (ServerDepth >= Limits::ReferenceDepth) {
     Document()->Diagnose(TSVGDiagnosticKind::dkLimit, this, SReferenceDepthLimit);
     return TQXGPBrushKind::bkNone;
@@ -217,6 +219,7 @@ float TSVGGraphicElement::StrokeOpacity() const {
 // --- Font
 
 TSVGFont& TSVGGraphicElement::GetFont() {
+  TSVGRecording::Spoil();
   TSVGFont& Font = OwnFont();
   if (FElementState.Has(TSVGElementStateFlag::esReading)) return Font;
   TSVGGraphicElement* Ancestor = GetGraphicParent();

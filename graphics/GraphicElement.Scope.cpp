@@ -98,6 +98,11 @@ void TSVGGraphicElement::Scope::Lend(TSVGElement& Child, TSVGElement* To,
   if (Keeps && State.Generation == Generation + 1) State.Generation = Generation;
 }
 
+void TSVGGraphicElement::Scope::ResetLent(TSVGGraphicElement& Element) {
+  const TLending Lending(Thread().IsLending);
+  Element.Reset();
+}
+
 bool TSVGGraphicElement::IsAbove(TSVGElement& Candidate, const TSVGElement& Element) {
   // Where the drawing came straight down from the root, those above are those that are drawn.
   if (const Scope* const Top = Scope::Innermost(); Top && Top->IsRooted() && Top->IsFor(Element)) {

@@ -2,11 +2,13 @@
 #include "graphics/GraphicElement.h"
 
 #include <bit>
+#include <utility>
 
 #include "document/Document.h"
 #include "foundation/Messages.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/GraphicElementScope.h"
+#include "graphics/Repeats.h"
 #include "graphics/surface/Path.h"
 #include "graphics/surface/Region.h"
 #include "runtime/Exceptions.h"
@@ -53,7 +55,10 @@ void TSVGGraphicElement::Reset() {
   FClippingChanged = true;
   FShapeCacheChanged = true;
   // With another parent the outline may come out otherwise, and will tell if it does.
-  if (!Scope::IsLending()) DropCoverage();
+  if (!Scope::IsLending()) {
+    DropCoverage();
+    TSVGDocument::DropRepeats(*this);
+  }
   TSVGElement::Reset();
 }
 
@@ -175,6 +180,7 @@ void TSVGGraphicElement::ShapeChanged(TPersistent*) {
 void TSVGGraphicElement::DropCoverage() {
   FWasShapeDrawn = false;
   FCoverage.reset();
+  if (std::exchange(FIsRecorded, false)) TSVGDocument::DropRepeats(*this);
 }
 
 // --- Preferred styles

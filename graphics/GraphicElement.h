@@ -30,6 +30,8 @@ struct TQXPathView;
 class TSVGBrush;
 class TSVGFont;
 class TSVGPen;
+class TSVGRecording;
+class TSVGRepeats;
 class TSVGViewBox;
 
 // Which of an element's references to other elements is meant.
@@ -387,6 +389,9 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   TQXGPPath& Shape();
   bool HasShape() const { return FShape != nullptr; }
   void OutlineChanged() { DropCoverage(); }
+  // For what paints on the canvas otherwise than by DrawPath: it is not to be drawn again without
+  // asking the element.
+  static void PaintsOtherwise();
   bool ShapeCacheChanged() const { return FShapeCacheChanged; }
   void SetShapeCacheChanged(bool Value) { FShapeCacheChanged = Value; }
   // Where a clip path keeps its region; empty until first asked for.
@@ -419,6 +424,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   enum Stale : std::uint8_t { stBrush = 1, stPen = 2, stFont = 4 };
   class StylingLock;
   friend class StyleApplier;
+  friend class TSVGRecording;
+  friend class TSVGRepeats;
   friend class SelectorMatcher;
   friend class PropertyWriter;
 
@@ -564,6 +571,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   std::uint8_t FStale = 0;
   // The shape was painted since it last changed.
   bool FWasShapeDrawn = false;
+  // What was recorded of a reference shows the outline.
+  bool FIsRecorded = false;
 };
 
 }  // namespace qxsvg

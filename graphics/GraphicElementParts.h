@@ -40,6 +40,11 @@ struct TSVGGraphicElement::Coverage {
   TQXCoverageCache Stroke{QXSharedCoverageBudget(), true};
   // Made for what is shown through references.
   std::unique_ptr<TQXCoverageStamps> Stamps;
+
+  TQXCoverageStamps& StampsForWriting() {
+    if (!Stamps) Stamps = std::make_unique<TQXCoverageStamps>(QXSharedCoverageBudget());
+    return *Stamps;
+  }
 };
 
 // Switches the change notice of a paint object off while inherited parts are copied into it, so

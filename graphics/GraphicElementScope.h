@@ -16,6 +16,26 @@ namespace qxsvg {
 // Whatever changes which element that is makes every scope of the thread stale, and a stale scope
 // finds out anew when it is asked: marks, places in the tree, and what Change tells of.
 class TSVGGraphicElement::Scope {
+  static constexpr std::array Looked{TSVGStyleProperty::ipColorInterpolation,
+                                     TSVGStyleProperty::ipColorRendering,
+                                     TSVGStyleProperty::ipFill,
+                                     TSVGStyleProperty::ipFillOpacity,
+                                     TSVGStyleProperty::ipFillRule,
+                                     TSVGStyleProperty::ipMarkerEnd,
+                                     TSVGStyleProperty::ipMarkerMid,
+                                     TSVGStyleProperty::ipMarkerStart,
+                                     TSVGStyleProperty::ipOpacity,
+                                     TSVGStyleProperty::ipShapeRendering,
+                                     TSVGStyleProperty::ipStroke,
+                                     TSVGStyleProperty::ipStrokeDashOffset,
+                                     TSVGStyleProperty::ipStrokeLinecap,
+                                     TSVGStyleProperty::ipStrokeLineJoin,
+                                     TSVGStyleProperty::ipStrokeMiterLimit,
+                                     TSVGStyleProperty::ipStrokeOpacity,
+                                     TSVGStyleProperty::ipStrokeWidth,
+                                     TSVGStyleProperty::ipTextRendering,
+                                     TSVGStyleProperty::ipVectorEffect};
+
  public:
   explicit Scope(TSVGGraphicElement& Element);
   Scope(const Scope&) = delete;
@@ -53,6 +73,26 @@ class TSVGGraphicElement::Scope {
   // An element of this thread is being lent or given back.
   static bool IsLending() { return Thread().IsLending; }
 
+  // Drops the caches of an element as lending it and taking it back does.
+  static void ResetLent(TSVGGraphicElement& Element);
+
+  // Who takes down what is drawn in this thread, or null.
+  static TSVGRecording* Recording() { return Thread().Recording; }
+  // The same for the scope's thread.
+  TSVGRecording* RecordingHere() const { return FThread.Recording; }
+  static void SetRecording(TSVGRecording* Value) { Thread().Recording = Value; }
+  // Writes down everything inherited that elements below this one may take over from elsewhere.
+  static constexpr std::size_t DescribedCount = Looked.size() + 3;
+  template <class Iterator>
+  Iterator Describe(Iterator Out) const {
+    for (std::size_t I = 0; I < Looked.size(); ++I)
+      *Out++ = SVGInheritedProperties.Has(Looked[I]) ? FSources[I] : nullptr;
+    *Out++ = FDashed;
+    *Out++ = FBrushHolder;
+    *Out++ = FPenHolder;
+    return Out;
+  }
+
   // The last that was made in this thread, or null.
   static const Scope* Innermost() { return Thread().Top; }
   // The scopes of this thread are those of its element, of all that are above that, and none else.
@@ -72,28 +112,10 @@ class TSVGGraphicElement::Scope {
     // Moves leaves out what is lent and given back.
     std::uint64_t Generation = 0, Moves = 0;
     Scope* Top = nullptr;
+    TSVGRecording* Recording = nullptr;
     bool IsLending = false;
   };
   static constexpr std::uint8_t NoSlot = 0xff;
-  static constexpr std::array Looked{TSVGStyleProperty::ipColorInterpolation,
-                                     TSVGStyleProperty::ipColorRendering,
-                                     TSVGStyleProperty::ipFill,
-                                     TSVGStyleProperty::ipFillOpacity,
-                                     TSVGStyleProperty::ipFillRule,
-                                     TSVGStyleProperty::ipMarkerEnd,
-                                     TSVGStyleProperty::ipMarkerMid,
-                                     TSVGStyleProperty::ipMarkerStart,
-                                     TSVGStyleProperty::ipOpacity,
-                                     TSVGStyleProperty::ipShapeRendering,
-                                     TSVGStyleProperty::ipStroke,
-                                     TSVGStyleProperty::ipStrokeDashOffset,
-                                     TSVGStyleProperty::ipStrokeLinecap,
-                                     TSVGStyleProperty::ipStrokeLineJoin,
-                                     TSVGStyleProperty::ipStrokeMiterLimit,
-                                     TSVGStyleProperty::ipStrokeOpacity,
-                                     TSVGStyleProperty::ipStrokeWidth,
-                                     TSVGStyleProperty::ipTextRendering,
-                                     TSVGStyleProperty::ipVectorEffect};
   static constexpr std::array<std::uint8_t, 64> Slots = [] {
     std::array<std::uint8_t, 64> Result{};
     Result.fill(NoSlot);

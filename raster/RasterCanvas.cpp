@@ -197,6 +197,34 @@ bool TQXRasterCanvas::CoverStamped(const TQXPathSource& Source, const TQXCoverag
   return true;
 }
 
+std::optional<TQXStampKey> TQXRasterCanvas::StampKey(const TQXPathSource& Source,
+                                                     const TQXGPPen* Pen) {
+  TRectF R;
+  const TMatrix& M = Source.Matrix;
+  if (!IsIdentityMatrix(Matrix()) || (!Pen && IsUpright(M) && IsRectangle(Source.Path, R)))
+    return std::nullopt;
+  TQXStampKey Key{M.m11, M.m12, M.m21, M.m22};
+  Key.Mode = (Pen ? 0u : static_cast<std::uint32_t>(Source.FillMode)) | (IsAliased() ? 2u : 0u);
+  if (Pen) Key.Stroke = HashOf(TQXStrokeStyle::FromPen(*Pen));
+  return Key;
+}
+
+bool TQXRasterCanvas::DrawStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key,
+                                TPointF Shift, TQXGPColor Color, float Opacity) {
+  TStampPlace Place;
+  Place.Key = Key;
+  if (!Place.Put(Shift)) return false;
+  const TQXStamp* const Stamp = Stamps.Find(Place.Key);
+  if (!Stamp) return false;
+  if (!(Opacity > 0)) return true;
+  PaintColor(Color, std::min(Opacity, 1.0f), [&](ISpanSink& Sink) {
+    Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
+      TStampSink::Replay(*Stamp, Stamps.Bytes(*Stamp), Place.X, Place.Y, Clip, Next);
+    });
+  });
+  return true;
+}
+
 template <class Drawing>
 void TQXRasterCanvas::CoverKept(const TQXPathSource& Source, const TQXCoverageKey& Key, float Reach,
                                 ISpanSink& Sink, const Drawing& Drawn) {

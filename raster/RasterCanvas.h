@@ -25,6 +25,10 @@ class QXSVG_API TQXRasterCanvas final : public TQXGPCanvas {
   TRect GetDeviceBounds() const override;
   TRectF GetClipBounds() const override;
   bool IsVisible(TPointF DevicePoint) const override;
+  bool HasStamps() const override { return true; }
+  std::optional<TQXStampKey> StampKey(const TQXPathSource& Source, const TQXGPPen* Pen) override;
+  bool DrawStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key, TPointF Shift,
+                 TQXGPColor Color, float Opacity) override;
 
  protected:
   void DoSaveState() override;

@@ -27,6 +27,19 @@ TMatrix TStampPlace::Rounded(const TMatrix& M) {
   return Result;
 }
 
+bool TStampPlace::Put(TPointF Shift) {
+  if (!(std::abs(Shift.X) < MostShift && std::abs(Shift.Y) < MostShift)) return false;
+  const auto Phases = [](float V) {
+    return static_cast<std::int32_t>(std::lrint(V * StampPhases));
+  };
+  const std::int32_t PX = Phases(Shift.X), PY = Phases(Shift.Y);
+  X = PX >> StampPhaseBits;
+  Y = PY >> StampPhaseBits;
+  Key.PhaseX = static_cast<std::uint16_t>(PX & (StampPhases - 1));
+  Key.PhaseY = static_cast<std::uint16_t>(PY & (StampPhases - 1));
+  return true;
+}
+
 bool TStampPlace::Begin(const TMatrix& M) {
   if (!IsNear(M)) return false;
   X = static_cast<std::int32_t>(std::floor(M.m31));

@@ -17,6 +17,8 @@ struct TStampPlace {
 
   // M, or M with its shift rounded to what stamps tell apart.
   static TMatrix Rounded(const TMatrix& M);
+  // Takes the rest of Key as it is. False for what is too far away.
+  bool Put(TPointF Shift);
   // M is a rounded one. False for what is too far away.
   bool Begin(const TMatrix& M);
   // The pixels that the path may touch, in a box that Local is made to lead to the left top of.

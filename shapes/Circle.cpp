@@ -80,6 +80,7 @@ bool TSVGCustomEllipse::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canva
   if (TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect)) return true;
   const TRectF Bounds = GetBoundsRect();
   if (Bounds.Width() == 0 || Bounds.Height() == 0) return false;
+  PaintsOtherwise();
   TQXGPPath Path;
   Path.AddEllipse(Bounds);
   Path.ApplyMatrix(Matrix);

@@ -89,6 +89,7 @@ bool TSVGLine::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const 
   const TPointF Ends[] = {StartPoint(), EndPoint()};
   if (Ends[0] == Ends[1]) return Drew;
   if (!Drew) {
+    PaintsOtherwise();
     const auto Device = [&Matrix](TPointF P) {
       return QXPoint(CanvasPoint(QXPoint(QXMatrixTransform(Matrix, QXVector(P)))));
     };

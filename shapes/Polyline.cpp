@@ -172,6 +172,7 @@ bool TSVGPolyline::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, co
 void TSVGPolyline::DrawPoints(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF&,
                               bool Closed) {
   if (FPoints.empty()) return;
+  PaintsOtherwise();
   const std::unique_ptr<TQXGPPath> Path = CreatePath(Canvas, Closed);
   const TSVGFillRule Rule = GetFillRule();
   if (Rule == TSVGFillRule::frNonZero) Path->SetFillMode(TQXGPFillMode::fmWinding);

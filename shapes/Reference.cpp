@@ -29,13 +29,9 @@ struct TSearch {
 
 thread_local TSearch Search;
 
-struct TExtent {
-  std::int64_t Elements = 0;
-  std::int32_t Levels = 0;
-};
-
 // Elements and levels of a subtree; Elements no further than Most.
-void Measure(const TSVGElement& Element, std::int32_t Level, std::int64_t Most, TExtent& Extent) {
+void Measure(const TSVGElement& Element, std::int32_t Level, std::int64_t Most,
+             TSVGRepeatedExtent& Extent) {
   ++Extent.Elements;
   Extent.Levels = std::max(Extent.Levels, Level);
   for (const TSVGElement* Child : Element.Items()) {
@@ -53,6 +49,8 @@ std::int32_t LevelsAbove(const TSVGElement& Element) {
 }
 
 void Tell(const TSVGElement& User, StringView Text) {
+  // At another place there may be room for it.
+  TSVGRecording::Spoil();
   if (User.Document())
     User.Document()->Diagnose(TSVGDiagnosticKind::dkLimit, const_cast<TSVGElement*>(&User), Text);
 }
@@ -112,7 +110,8 @@ TReferenceStep::TReferenceStep(const TSVGElement& User, const TSVGElement& Targe
     Tell(User, SReferenceDepthLimit);
     return;
   }
-  TExtent Extent;
+  TSVGRepeatedExtent& Extent = FExtent;
+  Extent.Depth = 1;
   const bool Counts = Cost == TReferenceCost::rcElements;
   Measure(Target, 1, Counts ? Work.Left : Limits::Elements, Extent);
   if (!Counts) Extent.Elements = 0;
@@ -135,6 +134,15 @@ TReferenceStep::TReferenceStep(const TSVGElement& User, const TSVGElement& Targe
   FIsAllowed = true;
 }
 
+bool TReferenceStep::TakeAtOnce(const TSVGElement& User, const TSVGRepeatedExtent& Extent) {
+  const std::int32_t Levels = Extent.Levels + (Work.Depth == 0 ? LevelsAbove(User) : 0);
+  if (Extent.Elements > Work.Left || Work.Depth + Extent.Depth > Limits::ReferenceDepth ||
+      Work.Levels + Levels > 2 * Limits::NestingDepth)
+    return false;
+  Work.Left -= Extent.Elements;
+  return true;
+}
+
 TReferenceStep::~TReferenceStep() {
   if (!FIsAllowed) return;
   --Work.Depth;
@@ -149,6 +157,7 @@ TAdoption::TAdoption(TSVGElement& Child, TSVGElement& Parent)
   const bool NamesItself = &Child == &Parent && Work.Scopes > 1;
   if (NamesItself || (&Child != &Parent && TSVGGraphicElement::IsAbove(Child, Parent))) {
     // The child would come to stand above itself, and every question to a parent would never end.
+    TSVGRecording::Spoil();
     if (FDocument)
       FDocument->Diagnose(TSVGDiagnosticKind::dkReference, &Parent, SCircularReference);
     return;

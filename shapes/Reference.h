@@ -3,7 +3,7 @@
 #pragma once
 
 #include "foundation/Limits.h"
-#include "graphics/GraphicElement.h"
+#include "graphics/Repeats.h"
 
 namespace qxsvg {
 
@@ -55,9 +55,15 @@ class TReferenceStep {
   TReferenceStep& operator=(const TReferenceStep&) = delete;
   ~TReferenceStep();
   explicit operator bool() const { return FIsAllowed; }
+  // What it cost.
+  const TSVGRepeatedExtent& Extent() const { return FExtent; }
+  // Pays for a step from User with all steps that were once taken within it, of that extent
+  // together; false, with nothing paid, where one of them might not be allowed.
+  static bool TakeAtOnce(const TSVGElement& User, const TSVGRepeatedExtent& Extent);
 
  private:
   TReferenceScope FScope;
+  TSVGRepeatedExtent FExtent;
   std::int32_t FLevels = 0;
   bool FIsAllowed = false;
 };
@@ -74,6 +80,7 @@ class TAdoption {
   TAdoption& operator=(const TAdoption&) = delete;
   ~TAdoption();
   explicit operator bool() const { return FIsLent; }
+  const TSVGRepeatedExtent& Extent() const { return FStep.Extent(); }
 
  private:
   TReferenceStep FStep;

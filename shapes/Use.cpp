@@ -1,10 +1,17 @@
 #include "shapes/Use.h"
 
+#include <typeinfo>
 #include <unordered_set>
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "shapes/Circle.h"
+#include "shapes/Containers.h"
+#include "shapes/Line.h"
 #include "shapes/NodeLengths.h"
+#include "shapes/PathElement.h"
+#include "shapes/Polyline.h"
+#include "shapes/Rectangle.h"
 #include "shapes/Reference.h"
 #include "shapes/Symbol.h"
 
@@ -22,6 +29,25 @@ constexpr auto Properties =
 bool IsViewport(const TSVGElement& Target) {
   const TSVGElementType Type = Target.SVGType();
   return Type == TSVGElementType::etDoc || Type == TSVGElementType::etSymbol;
+}
+
+// Whether the element draws by its state alone, and is not of a class that a host made from ours.
+bool IsPlain(const TSVGElement& Element) {
+  const std::type_info& Class = typeid(Element);
+  switch (Element.SVGType()) {
+    case TSVGElementType::etGroup: return Class == typeid(TSVGGroup);
+    case TSVGElementType::etALink: return Class == typeid(TSVGALinkElement);
+    case TSVGElementType::etDefs: return Class == typeid(TSVGDefs);
+    case TSVGElementType::etUse: return Class == typeid(TSVGUse);
+    case TSVGElementType::etRectangle: return Class == typeid(TSVGRectangle);
+    case TSVGElementType::etCircle: return Class == typeid(TSVGCircle);
+    case TSVGElementType::etEllipse: return Class == typeid(TSVGEllipse);
+    case TSVGElementType::etLine: return Class == typeid(TSVGLine);
+    case TSVGElementType::etPolyline: return Class == typeid(TSVGPolyline);
+    case TSVGElementType::etPolygon: return Class == typeid(TSVGPolygon);
+    case TSVGElementType::etPath: return Class == typeid(TSVGPath);
+    default: return false;
+  }
 }
 
 }  // namespace
@@ -161,14 +187,25 @@ bool TSVGUse::DoShouldDraw() {
 bool TSVGUse::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const TRectF& Rect) {
   TSVGGraphicElement* const Shown = Target();
   if (!Shown) return false;
-  const TAdoption Adoption(*Shown, *this);
-  if (!Adoption) return false;
   if (IsViewport(*Shown)) {
+    const TAdoption Adoption(*Shown, *this);
+    if (!Adoption) return false;
     const TRectF Box = GetBoundsRect(Matrix);
     Shown->Draw(Shown->GetViewMatrix(Matrix, Box), Canvas, Box);
-  } else {
-    Shown->Draw(QXMatrixMultiply(CreateTranslateQXMatrix(GetX(), GetY()), Matrix), Canvas, Rect);
+    return true;
   }
+  const TMatrix Shift = CreateTranslateQXMatrix(GetX(), GetY());
+  const TMatrix Moved = QXMatrixMultiply(Shift, Matrix);
+  TSVGRepeats::TAttempt Attempt(*this, *Shown, Shift, Moved, Canvas, IsPlain,
+                                TReferenceScope::Serial());
+  if (Attempt.Found() && TReferenceStep::TakeAtOnce(*this, *Attempt.Found())) {
+    Attempt.Play();
+    return true;
+  }
+  const TAdoption Adoption(*Shown, *this);
+  if (!Adoption) return false;
+  Shown->Draw(Moved, Canvas, Rect);
+  Attempt.Done(Adoption.Extent());
   return true;
 }
 

@@ -284,6 +284,15 @@ TSizeF TQXGPCanvas::TextExtentF(StringView Text) {
   return {Line.Width(), Line.LineHeight()};
 }
 
+std::optional<TQXStampKey> TQXGPCanvas::StampKey(const TQXPathSource&, const TQXGPPen*) {
+  return std::nullopt;
+}
+
+bool TQXGPCanvas::DrawStamp(const TQXCoverageStamps&, const TQXStampKey&, TPointF, TQXGPColor,
+                            float) {
+  return false;
+}
+
 void TQXGPCanvas::Diagnose(TQXDiagnostic Kind, StringView Text) const {
   if (FOnDiagnostic) FOnDiagnostic(Kind, Text);
 }

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "graphics/surface/Bitmap.h"
 #include "graphics/surface/Brush.h"
 #include "graphics/surface/CanvasState.h"
+#include "graphics/surface/CoverageStamps.h"
 #include "graphics/surface/Font.h"
 #include "graphics/surface/Path.h"
 #include "graphics/surface/Pen.h"
@@ -16,9 +18,6 @@
 #include "graphics/surface/StringFormat.h"
 
 namespace qxsvg {
-
-class TQXCoverageCache;
-class TQXCoverageStamps;
 
 // What is filled or stroked: points that stay the caller's for the length of the call.
 struct TQXPathSource {
@@ -146,7 +145,19 @@ class QXSVG_API TQXGPCanvas {
   // TextWidth and the height of a line.
   TSizeF TextExtentF(StringView Text);
 
+  // --- What is drawn in many places (TQXPathSource::IsRepeated), by the stamps that are there
+  // already. Only surfaces of pixels have stamps, and those under an identity matrix alone.
+  virtual bool HasStamps() const { return false; }
+  // What finds the stamps of Source under the matrix that it has, wherever that shifts it: those of
+  // a stroke with Pen, or of a fill for null. None for what is not drawn by stamps.
+  virtual std::optional<TQXStampKey> StampKey(const TQXPathSource& Source, const TQXGPPen* Pen);
+  // Draws the stamp of that key at the shift of a matrix in one colour. False, with nothing drawn,
+  // where there is none.
+  virtual bool DrawStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key, TPointF Shift,
+                         TQXGPColor Color, float Opacity);
+
   const TQXCanvasQuality& Quality() const { return FQuality; }
+  void SetQuality(const TQXCanvasQuality& Value) { FQuality = Value; }
   void TrySmoothingMode(TQXGPSmoothingMode Mode) { FQuality.Smoothing = Mode; }
   void SetCompositingQuality(TQXGPCompositingQuality Q) { FQuality.Compositing = Q; }
   void SetTextRenderingHint(TQXGPTextRenderingHint Hint) { FQuality.TextHint = Hint; }

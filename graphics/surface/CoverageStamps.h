@@ -22,7 +22,8 @@ struct TQXStampKey {
   std::uint64_t Stroke = 0;
   friend bool operator==(const TQXStampKey&, const TQXStampKey&) = default;
 };
-inline constexpr std::int32_t StampPhases = 256;
+inline constexpr int StampPhaseBits = 8;
+inline constexpr std::int32_t StampPhases = 1 << StampPhaseBits;
 
 // A rectangle of pixels, its left top seen from the whole pixels of the shift.
 struct TQXStamp {
