@@ -236,6 +236,7 @@ void TCellGrid::Line(TFixedPoint A, TFixedPoint B) {
     return;
   }
 
+  if (DX == 0) return VerticalLine(A.X, A.Y, B.Y, Sign);
   const float Rate = RateOf(Sign * DY, DX);
   auto [At, Step] = SlopeOf(A.X, A.Y, DX, DY);
   std::int32_t Row = First + 1;
@@ -268,6 +269,34 @@ void TCellGrid::Line(TFixedPoint A, TFixedPoint B) {
   }
   if (Last < FBandBottom)
     AddPiece(Cells, Marks, MakePiece(X, B.X, Sign * (B.Y - Last * SubpixelScale), Rate));
+}
+
+// What Line leaves of a line that stays at X.
+void TCellGrid::VerticalLine(std::int32_t X, std::int32_t Top, std::int32_t Bottom,
+                             std::int32_t Sign) {
+  const std::int32_t First = std::max(Top, FBandTop * SubpixelScale);
+  const std::int32_t Last = std::min(Bottom, FBandBottom * SubpixelScale);
+  const std::int32_t Cell = X >> SubpixelBits, Part = X & FractionMask;
+  std::int32_t Row = First >> SubpixelBits;
+  std::int32_t* Cells = this->Cells(Row) + Cell;
+  std::uint8_t* Marks = this->Marks(Row) + Cell / GroupCells;
+  const std::ptrdiff_t Next = (Cell + 1) / GroupCells - Cell / GroupCells;
+  const auto Add = [&](std::int32_t Cover) {
+    const std::int32_t Right = Cover * 2 * Part;
+    AddToCell(Cells[0], Cover * DoubleScale - Right);
+    AddToCell(Cells[1], Right);
+    Marks[0] = 1;
+    Marks[Next] = 1;
+    Cells += FStride;
+    Marks += FMarkStride;
+  };
+  const std::int32_t End = Last >> SubpixelBits;
+  if ((First & FractionMask) != 0) {
+    Add(Sign * (std::min((Row + 1) * SubpixelScale, Last) - First));
+    ++Row;
+  }
+  for (; Row < End; ++Row) Add(Sign * SubpixelScale);
+  if (Row == End && Last > End * SubpixelScale) Add(Sign * (Last - End * SubpixelScale));
 }
 
 // The same line, seen through the box, in which it leaves something.

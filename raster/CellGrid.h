@@ -70,6 +70,7 @@ class TCellGrid final : public ILineConsumer {
   bool IsSeen(TFixedPoint A, TFixedPoint B) const;
   void AnyLine(TFixedPoint A, TFixedPoint B);
   void Line(TFixedPoint A, TFixedPoint B);
+  void VerticalLine(std::int32_t X, std::int32_t Top, std::int32_t Bottom, std::int32_t Sign);
   void ClippedLine(TFixedPoint A, TFixedPoint B);
   void ClippedRow(std::int32_t Row, std::int64_t XA, std::int64_t XB, std::int32_t Cover,
                   float Rate);

@@ -282,6 +282,14 @@ QXSVG_AVX2 inline void BlendEight(std::uint32_t* P, TCoverWords Words, __m256i C
   Store(P, _mm256_adds_epu8(_mm256_packus_epi16(Low, High), _mm256_packus_epi16(TLow, THigh)));
 }
 
+// The marks of a block as bits; they are taken back.
+QXSVG_AVX2 inline std::uint32_t TakeMarks(std::uint8_t* Marks) {
+  const __m256i Zero = _mm256_setzero_si256();
+  const int Bits = _mm256_movemask_epi8(_mm256_cmpgt_epi8(Load(Marks), Zero));
+  Store(Marks, Zero);
+  return static_cast<std::uint32_t>(Bits);
+}
+
 // Edges of neighbouring rows lie near each other: memory for a row to come is asked for below
 // those of this one.
 template <bool EvenOdd, bool IsOpaque>
@@ -295,14 +303,13 @@ QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRow& Color) 
   std::uint32_t Cover = 0;
   std::int32_t Done = 0;
   __m256i Sum = Zero;
-  for (std::ptrdiff_t Block = 0; Block < Row.MarkCount; Block += MarkBlock) {
-    const __m256i Marks = Load(Row.Marks + Block);
-    auto Bits = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(Marks, Zero)));
-    if (Bits == 0) continue;
-    Store(Row.Marks + Block, Zero);
+  for (std::ptrdiff_t Block = 0; Block < Row.MarkCount; Block += 2 * MarkBlock) {
+    std::uint64_t Bits = TakeMarks(Row.Marks + Block);
+    if (Block + MarkBlock < Row.MarkCount)
+      Bits |= std::uint64_t{TakeMarks(Row.Marks + Block + MarkBlock)} << MarkBlock;
     for (; Bits != 0; Bits &= Bits - 1) {
       const std::int32_t Group =
-          static_cast<std::int32_t>(Block) + static_cast<std::int32_t>(_tzcnt_u32(Bits));
+          static_cast<std::int32_t>(Block) + static_cast<std::int32_t>(_tzcnt_u64(Bits));
       const std::int32_t X = Group * GroupCells;
       const __m256i Sums = _mm256_add_epi32(RunningSums(Load(Row.Cells + X)), Sum);
       Store(Row.Cells + X, Zero);
