@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include "adapters/libxml2/LibXmlVendor.h"
@@ -12,6 +10,7 @@
 #include "foundation/Messages.h"
 #include "runtime/Exceptions.h"
 #include "runtime/Streams.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/support/XMLDump.h"
 
 namespace qxsvg {
@@ -165,10 +164,8 @@ TEST_P(XMLContract, ReadsUnknownEntitiesAsEmptyWhereAnExternalSubsetMayHoldThem)
 }
 
 TEST_P(XMLContract, OpensNothingThatADocumentNames) {
-  const std::filesystem::path Secret =
-      std::filesystem::path(testing::TempDir()) / "qxsvg-secret.txt";
-  std::ofstream(Secret) << "<!ENTITY inner 'SECRET'> SECRET";
-  const std::string Name = "'" + Secret.string() + "'";
+  const test::TScratchFolder Folder;
+  const std::string Name = "'" + Folder.Add("secret", "<!ENTITY inner 'SECRET'> SECRET") + "'";
   const std::string Documents[] = {
       "<!DOCTYPE svg [<!ENTITY x SYSTEM " + Name + ">]><svg>&x;</svg>",
       "<!DOCTYPE svg [<!ENTITY % x SYSTEM " + Name + "> %x;]><svg>&inner;</svg>",
@@ -186,7 +183,6 @@ TEST_P(XMLContract, OpensNothingThatADocumentNames) {
     }
     EXPECT_EQ(Seen.find("SECRET"), std::string::npos) << Text;
   }
-  std::filesystem::remove(Secret);
 }
 
 TEST_P(XMLContract, TellsWhereMalformedTextIs) {
@@ -267,16 +263,15 @@ TEST_P(XMLContract, ReadsCompressedDocuments) {
 }
 
 TEST_P(XMLContract, ReadsStreamsToTheirEnd) {
-  const std::filesystem::path Path = std::filesystem::path(testing::TempDir()) / "qxsvg-stream.svg";
-  std::ofstream(Path) << "junk<svg>" << Repeated("<g/>", 100'000) << "</svg>";
-  TFileStream File(Path, TFileMode::fmOpenRead);
+  const test::TScratchFolder Folder;
+  const std::string Text = "junk<svg>" + Repeated("<g/>", 100'000) + "</svg>";
+  TFileStream File(std::filesystem::path(Folder.Add("a.svg", Text)), TFileMode::fmOpenRead);
   File.SetPosition(4);
   EXPECT_EQ(FVendor->LoadFromStream(File)->DocumentElement()->ChildCount(), 100'000u);
   TBytesViewStream Memory(std::string_view("junk<svg/>"));
   Memory.SetPosition(4);
   EXPECT_EQ(DumpXML(*FVendor->LoadFromStream(Memory)), "svg");
   EXPECT_EQ(Memory.Position(), Memory.Size());
-  std::filesystem::remove(Path);
 }
 
 TEST_P(XMLContract, ServesSeveralThreadsAtOnce) {

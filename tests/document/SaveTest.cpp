@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sstream>
 #include <tuple>
 
@@ -14,6 +13,7 @@
 #include "runtime/Streams.h"
 #include "shapes/QXSVG.BasicShapes.h"
 #include "tests/support/LoadedDocument.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace qxsvg {
 namespace {
@@ -206,9 +206,8 @@ TEST(Save, WrapsTheDataOfPathsAboveThirtyTwo) {
 }
 
 TEST(Save, AFileIsWholeOrAsItWas) {
-  const auto Folder = std::filesystem::path(QXSVG_TEST_OUTPUT) / "save";
-  std::filesystem::create_directories(Folder);
-  const std::string Name = (Folder / "a.svg").string();
+  const test::TScratchFolder Folder;
+  const std::string Name = (Folder.Path() / "a.svg").string();
   TLoaded Doc("<svg><g id='a'/></svg>");
   Doc.SaveToFile(std::string_view(Name));
   const auto Read = [&] {

@@ -1,13 +1,13 @@
 // Streams in memory and in files.
 #include "runtime/Streams.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 #include "runtime/Exceptions.h"
 #include "runtime/FileResolver.h"
 #include "runtime/Services.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace qxsvg {
 namespace {
@@ -16,27 +16,16 @@ namespace fs = std::filesystem;
 
 class Files : public ::testing::Test {
  protected:
-  Files() {
-    const auto* Test = ::testing::UnitTest::GetInstance()->current_test_info();
-    FFolder = fs::path(QXSVG_TEST_OUTPUT) / "runtime" / Test->name();
-    fs::remove_all(FFolder);
-    fs::create_directories(FFolder);
-  }
-  fs::path Path(const char* Name) const { return FFolder / Name; }
+  fs::path Path(const char* Name) const { return FFolder.Path() / Name; }
   String Name(const char* Name) const { return FromUtf8(Path(Name).string()); }
-  fs::path Put(const char* Name, const std::string& Content) const {
-    std::ofstream(Path(Name), std::ios::binary) << Content;
-    return Path(Name);
+  std::string Put(const char* Name, const std::string& Text) const {
+    return FFolder.Add(Name, Text);
   }
-  static std::string Get(const fs::path& Path) {
-    std::ifstream File(Path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(File), {}};
+  std::string Get(const char* Name) const { return test::FileText(Path(Name)); }
+  std::ptrdiff_t FileCount() const {
+    return std::distance(fs::directory_iterator(FFolder.Path()), fs::directory_iterator());
   }
-  std::size_t FileCount() const {
-    return static_cast<std::size_t>(
-        std::distance(fs::directory_iterator(FFolder), fs::directory_iterator()));
-  }
-  fs::path FFolder;
+  test::TScratchFolder FFolder;
 };
 
 std::string Message(const std::function<void()>& Call) {
@@ -105,18 +94,16 @@ TEST_F(Files, ReadWriteAndSeek) {
   CheckReadWriteSeek(Stream);
   Stream.Close();
   EXPECT_THROW(Stream.Size(), EStreamError);
-  EXPECT_EQ(Get(Path("data")).size(), 13u);
-  TFileStream Again(Name("data"), TFileMode::fmOpenReadWrite);
-  Again.WriteBytes(BytesOf("new"));
-  Again.Close();
-  EXPECT_EQ(Get(Path("data")).substr(0, 4), "newc");
+  EXPECT_EQ(Get("data").size(), 13u);
+  TFileStream(Name("data"), TFileMode::fmOpenReadWrite).WriteBytes(BytesOf("new"));
+  EXPECT_EQ(Get("data").substr(0, 4), "newc");
 }
 
 TEST_F(Files, NamesAreUnicode) {
   const String Umlaut = Name("") + u"/\u00E4\U0001F600.svg";
   TFileStream(Umlaut, TFileMode::fmCreate).WriteBytes(BytesOf("x"));
   EXPECT_TRUE(FileExists(Umlaut));
-  EXPECT_EQ(Get(Path("\xC3\xA4\xF0\x9F\x98\x80.svg")), "x");
+  EXPECT_EQ(Get("\xC3\xA4\xF0\x9F\x98\x80.svg"), "x");
 }
 
 TEST_F(Files, OnlyRegularFilesAreOpenedForReading) {
@@ -126,7 +113,7 @@ TEST_F(Files, OnlyRegularFilesAreOpenedForReading) {
   EXPECT_FALSE(FileExists(Name("device")));
   EXPECT_FALSE(FileExists(u""));
   EXPECT_FALSE(FileExists(Name("file") + String(1, u'\0')));
-  const std::string Prefix = FFolder.string() + "/";
+  const std::string Prefix = FFolder.Path().string() + "/";
   const auto Open = [this](const char* File) {
     return Message([&] { TFileStream(Name(File), TFileMode::fmOpenRead); });
   };
@@ -142,20 +129,20 @@ TEST_F(Files, AnAtomicFileAppearsWhenItIsFinished) {
   {
     TAtomicFile Abandoned(Path("target"));
     Abandoned.WriteBytes(BytesOf("half"));
-    EXPECT_EQ(Get(Path("target")), "old");
+    EXPECT_EQ(Get("target"), "old");
   }
-  EXPECT_EQ(FileCount(), 1u);
+  EXPECT_EQ(FileCount(), 1);
   fs::permissions(Path("target"), fs::perms::owner_read | fs::perms::owner_write);
   fs::create_symlink("target", Path("link"));
   TAtomicFile File(Name("link"));
   File.WriteBytes(BytesOf("new"));
-  EXPECT_EQ(Get(Path("target")), "old");
+  EXPECT_EQ(Get("target"), "old");
   File.Finish();
-  EXPECT_EQ(Get(Path("target")), "new");
+  EXPECT_EQ(Get("target"), "new");
   EXPECT_TRUE(fs::is_symlink(Path("link")));
   EXPECT_EQ(fs::status(Path("target")).permissions(),
             fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_EQ(FileCount(), 2u);
+  EXPECT_EQ(FileCount(), 2);
   EXPECT_THROW(File.WriteBytes(BytesOf("late")), EStreamError);
 }
 
@@ -209,13 +196,9 @@ TEST(Services, AreMadeOnceAtFirstUseAndCanBeReplaced) {
   EXPECT_EQ(Made, 2);
   Service.Install(nullptr);
   EXPECT_FALSE(Service.IsSupplied());
-  try {
-    Service.Get();
-    FAIL();
-  } catch (const EInvalidOperation& Error) {
-    EXPECT_NE(Error.Message().find(u"IFileResolver"), String::npos);
-    EXPECT_NE(Error.Message().find(u"runtime"), String::npos);
-  }
+  EXPECT_THAT([&] { Service.Get(); },
+              testing::ThrowsMessage<EInvalidOperation>(testing::AllOf(
+                  testing::HasSubstr("IFileResolver"), testing::HasSubstr("runtime"))));
 }
 
 }  // namespace

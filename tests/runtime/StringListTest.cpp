@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
@@ -17,12 +18,7 @@ std::vector<String> Items(const TStrings& List) {
 }
 
 TEST(StringList, DelimitedTextIsReadByBothRules) {
-  struct TCase {
-    StringView Text;
-    bool IsStrict;
-    std::vector<String> Items;
-  };
-  const TCase Cases[] = {
+  const std::tuple<StringView, bool, std::vector<String>> Cases[] = {
       {u"a,b,c", true, {u"a", u"b", u"c"}},
       {u"a, b c", true, {u"a", u" b c"}},
       {u"a, b c", false, {u"a", u"b", u"c"}},
@@ -34,12 +30,11 @@ TEST(StringList, DelimitedTextIsReadByBothRules) {
       {u"\"say \"\"hi\"\"\",c", false, {u"say \"hi\"", u"c"}},
       {u"\"open, end", true, {u"open, end"}},
   };
-  for (const TCase& Case : Cases) {
-    SCOPED_TRACE(ToUtf8(Case.Text));
+  for (const auto& [Text, IsStrict, Expected] : Cases) {
     TStrings List;
-    List.SetStrictDelimiter(Case.IsStrict);
-    List.SetDelimitedText(Case.Text);
-    EXPECT_EQ(Items(List), Case.Items);
+    List.SetStrictDelimiter(IsStrict);
+    List.SetDelimitedText(Text);
+    EXPECT_EQ(Items(List), Expected) << ToUtf8(Text);
   }
 }
 

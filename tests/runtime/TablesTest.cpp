@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "runtime/Base64.h"
 #include "runtime/Exceptions.h"
@@ -67,11 +68,8 @@ TEST(NamedColors, HexadecimalDigitsCountFromTheRight) {
 }
 
 TEST(Languages, ComeFromTheEnvironment) {
-  struct TCase {
-    std::string_view Language, All, Messages, Lang;
-    std::vector<String> Tags;
-  };
-  const TCase Cases[] = {
+  using View = std::string_view;
+  const std::tuple<View, View, View, View, std::vector<String>> Cases[] = {
       {"", "", "", "de_DE.UTF-8", {u"de-DE"}},
       {"", "", "fr_CH@euro", "de_DE.UTF-8", {u"fr-CH"}},
       {"", "it", "fr_CH", "de_DE.UTF-8", {u"it"}},
@@ -82,8 +80,8 @@ TEST(Languages, ComeFromTheEnvironment) {
       {"::", "", "", "POSIX", {u"en-US"}},
       {"../etc:pt_BR", "", "", "en_GB", {u"pt-BR", u"en-GB"}},
   };
-  for (const TCase& Case : Cases)
-    EXPECT_EQ(PreferredUILanguages(Case.Language, Case.All, Case.Messages, Case.Lang), Case.Tags);
+  for (const auto& [Language, All, Messages, Lang, Tags] : Cases)
+    EXPECT_EQ(PreferredUILanguages(Language, All, Messages, Lang), Tags);
   EXPECT_FALSE(PreferredUILanguages().empty());
 }
 

@@ -46,17 +46,11 @@ TEST(Threads, SynchronizeRunsOnTheMainThreadWhileItWaits) {
 }
 
 TEST(Threads, WhatASynchronizedCallRaisesGoesToTheWorker) {
-  bool HasCaught = false;
-  TWorker Worker([&HasCaught](TWorker&) {
-    try {
-      TThread::Synchronize([] { throw EAbort(u"no"); });
-    } catch (const EAbort&) {
-      HasCaught = true;
-    }
+  TWorker Worker([](TWorker&) {
+    EXPECT_THROW(TThread::Synchronize([] { throw EAbort(u"no"); }), EAbort);
     throw EInvalidOperation(u"fatal");
   });
   Worker.WaitFor();
-  EXPECT_TRUE(HasCaught);
   EXPECT_TRUE(Worker.IsFinished());
   EXPECT_THROW(std::rethrow_exception(Worker.FatalException()), EInvalidOperation);
   EXPECT_THROW(Worker.Start(), EInvalidOperation);
@@ -130,24 +124,15 @@ TEST(Threads, TheWakeHookIsCalledByTheOneWhoHandsOver) {
 }
 
 TEST(Threads, OnlyTheMainThreadPumps) {
-  bool HasRaised = false;
-  TWorker Worker([&HasRaised](TWorker&) {
-    try {
-      CheckSynchronize();
-    } catch (const EInvalidOperation&) {
-      HasRaised = true;
-    }
-  });
+  TWorker Worker([](TWorker&) { EXPECT_THROW(CheckSynchronize(), EInvalidOperation); });
   Worker.WaitFor();
-  EXPECT_TRUE(HasRaised);
 }
 
 TEST(Threads, EventStaysSetUntilReset) {
   TSimpleEvent Event;
   EXPECT_FALSE(Event.WaitFor(1));
   Event.SetEvent();
-  EXPECT_TRUE(Event.WaitFor(0));
-  EXPECT_TRUE(Event.WaitFor(-1));
+  EXPECT_TRUE(Event.WaitFor(0) && Event.WaitFor(-1));
   Event.ResetEvent();
   EXPECT_FALSE(Event.WaitFor(0));
 }

@@ -1,10 +1,10 @@
 // Images: where the picture comes from and where it is shown.
-#include <filesystem>
-#include <fstream>
+#include <tuple>
 
 #include "graphics/surface/Bitmap.h"
 #include "runtime/Exceptions.h"
 #include "tests/shapes/Drawing.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace qxsvg::test {
 namespace {
@@ -14,48 +14,30 @@ constexpr char Pixel[] =
     "data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAIAAACQd1PeAA"
     "AADElEQVR4nGP4z8AAAAMBAQDJ/pLvAAAAAElFTkSuQmCC";
 
-// A file in the tests' own folder, gone at the end.
-class TTemporaryFile {
- public:
-  TTemporaryFile(const std::string& Name, const std::string& Content)
-      : FPath(std::filesystem::path(QXSVG_TEST_OUTPUT) / Name) {
-    std::filesystem::create_directories(FPath.parent_path());
-    std::ofstream(FPath, std::ios::binary) << Content;
-  }
-  ~TTemporaryFile() { std::filesystem::remove(FPath); }
-  std::string Path() const { return FPath.string(); }
-
- private:
-  std::filesystem::path FPath;
+struct Image : testing::Test {
+  TScratchFolder Folder;
 };
 
-TEST(Image, APictureTakesItsPartOfTheBox) {
-  struct Case {
-    std::int32_t Width, Height;
-    const char* Ratio;
-    TRectF Taken;
-  };
+TEST_F(Image, APictureTakesItsPartOfTheBox) {
   // In a box of 200 by 100.
-  const Case Cases[] = {
-      {10, 10, "xMidYMid meet", {50, 0, 150, 100}},
-      {10, 10, "xMinYMin", {0, 0, 100, 100}},
-      {10, 10, "none", {0, 0, 200, 100}},
-      {10, 10, "xMaxYMax slice", {0, -100, 200, 100}},
+  const std::tuple<std::string, std::string, TRectF> Cases[] = {
+      {"10 10", "xMidYMid meet", {50, 0, 150, 100}},
+      {"10 10", "xMinYMin", {0, 0, 100, 100}},
+      {"10 10", "none", {0, 0, 200, 100}},
+      {"10 10", "xMaxYMax slice", {0, -100, 200, 100}},
       // Pictures of both directions count with their larger ratio.
-      {10, 20, "xMaxYMid", {0, 0, 200, 100}},
-      {20, 10, "xMaxYMid", {0, 0, 200, 100}},
+      {"10 20", "xMaxYMid", {0, 0, 200, 100}},
+      {"20 10", "xMaxYMid", {0, 0, 200, 100}},
   };
-  for (const Case& C : Cases) {
-    TTemporaryFile File("picture.svg", Wrapped("", "viewBox='0 0 " + std::to_string(C.Width) + " " +
-                                                       std::to_string(C.Height) + "'"));
-    TDrawing D("<image id='i' width='200' height='100' preserveAspectRatio='" +
-               std::string(C.Ratio) + "' xlink:href='" + File.Path() + "'/>");
-    EXPECT_EQ(D.Get<TSVGImage>(u"i").Align(QXRect(0, 0, 200, 100)), C.Taken)
-        << C.Width << " " << C.Ratio;
+  for (const auto& [Size, Ratio, Taken] : Cases) {
+    const std::string File = Folder.Add("a.svg", Wrapped("", "viewBox='0 0 " + Size + "'"));
+    TDrawing D("<image id='i' width='200' height='100' preserveAspectRatio='" + Ratio +
+               "' xlink:href='" + File + "'/>");
+    EXPECT_EQ(D.Get<TSVGImage>(u"i").Align(QXRect(0, 0, 200, 100)), Taken) << Size << " " << Ratio;
   }
 }
 
-TEST(Image, IsDrawnAtItsPlaceAndHitByItsBox) {
+TEST_F(Image, IsDrawnAtItsPlaceAndHitByItsBox) {
   if (!QXSVG_TEST_HAS_ADAPTERS) GTEST_SKIP() << "needs what an adapter brings";
   TDrawing D(std::string("<image id='i' x='10' y='20' width='30' height='30' opacity='0.5' "
                          "transform='translate(5 0)' xlink:href='") +
@@ -65,7 +47,7 @@ TEST(Image, IsDrawnAtItsPlaceAndHitByItsBox) {
   EXPECT_EQ(D.At(12, 25), "");
 }
 
-TEST(Image, WhatIsNoPictureLeavesNothing) {
+TEST_F(Image, WhatIsNoPictureLeavesNothing) {
   if (!QXSVG_TEST_HAS_ADAPTERS) GTEST_SKIP() << "needs what an adapter brings";
   for (const char* Reference :
        {"", "no/such/file.png", "data:image/png;base64,AAAA", "data:text/plain,x", "data:"}) {
@@ -73,14 +55,14 @@ TEST(Image, WhatIsNoPictureLeavesNothing) {
                "'/><rect width='1' height='1'/>");
     EXPECT_THAT(D.Draw(), ElementsAre(HasSubstr("M 0,0"))) << Reference;
   }
-  TTemporaryFile Broken("broken.png", "no picture");
-  EXPECT_THROW(TDrawing("<image xlink:href='" + Broken.Path() + "'/>"), EInvalidGraphicOperation);
+  const std::string Broken = Folder.Add("broken.png", "no picture");
+  EXPECT_THROW(TDrawing("<image xlink:href='" + Broken + "'/>"), EInvalidGraphicOperation);
 }
 
-TEST(Image, ADrawingIsMadeIntoAPictureOnce) {
-  TTemporaryFile File("inner.svg",
-                      Wrapped("<rect width='2' height='4' fill='red'/>", "viewBox='0 0 4 4'"));
-  TDrawing D("<image id='i' width='90' height='90' xlink:href='" + File.Path() + "'/>");
+TEST_F(Image, ADrawingIsMadeIntoAPictureOnce) {
+  const std::string File = Folder.Add(
+      "inner.svg", Wrapped("<rect width='2' height='4' fill='red'/>", "viewBox='0 0 4 4'"));
+  TDrawing D("<image id='i' width='90' height='90' xlink:href='" + File + "'/>");
   const TQXGPBitmap* const Picture = D.Get<TSVGImage>(u"i").Bitmap();
   ASSERT_TRUE(Picture);
   EXPECT_EQ(Picture->GetWidth(), 4);
@@ -88,17 +70,15 @@ TEST(Image, ADrawingIsMadeIntoAPictureOnce) {
   EXPECT_EQ(Picture->GetPixels().Row(1)[3], 0u);
 }
 
-TEST(Image, DrawingsThatShowEachOtherEnd) {
-  TTemporaryFile Inner("loop.svg", "");
-  std::ofstream(Inner.Path()) << Wrapped("<image width='9' height='9' xlink:href='" + Inner.Path() +
-                                             "'/><image width='9' height='9' xlink:href='" +
-                                             Inner.Path() + "'/>",
-                                         "viewBox='0 0 9 9'");
-  TDrawing D("<image id='i' width='9' height='9' xlink:href='" + Inner.Path() + "'/>");
+TEST_F(Image, DrawingsThatShowEachOtherEnd) {
+  const std::string Show = "<image id='i' width='9' height='9' xlink:href='" +
+                           (Folder.Path() / "loop.svg").string() + "'/>";
+  Folder.Add("loop.svg", Wrapped(Show + Show, "viewBox='0 0 9 9'"));
+  TDrawing D(Show);
   EXPECT_TRUE(D.Get<TSVGImage>(u"i").Bitmap());
 }
 
-TEST(Image, SavesItsReferenceAsItWasWritten) {
+TEST_F(Image, SavesItsReferenceAsItWasWritten) {
   if (!QXSVG_TEST_HAS_ADAPTERS) GTEST_SKIP() << "needs what an adapter brings";
   TDrawing D(std::string("<image id='i' width='9' xlink:href='") + Pixel + "'/>");
   EXPECT_THAT(D.Saved(u"i"), HasSubstr(std::string("xlink:href=\"") + Pixel));
