@@ -1,4 +1,6 @@
 // What the document is told by its tables and its tree, and what it tells the host.
+#include <algorithm>
+
 #include "document/Document.h"
 #include "document/Style.h"
 #include "document/TreeWalk.h"
@@ -30,6 +32,10 @@ void TSVGDocument::ElementNotification(TSVGElement* Sender, TSVGElement* Item,
 TSVGElement* TSVGDocument::FindElement(StringView ID) const {
   TSVGElement* const* Found = FAllItems.Find(ID);
   return Found ? *Found : nullptr;
+}
+
+bool TSVGDocument::IsStray(const TSVGElement* Element) const {
+  return std::find(FStrays.begin(), FStrays.end(), Element) != FStrays.end();
 }
 
 void TSVGDocument::Unregister(TSVGElement& Element) {

@@ -72,6 +72,9 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   const TSVGElementTable& AllItems() const { return FAllItems; }
   // The element of that identifier (exact), or null.
   TSVGElement* FindElement(StringView ID) const;
+  // Whether Element lives and belongs to the document, but has no place in the table any more: it
+  // was in no tree when that was cleared.
+  bool IsStray(const TSVGElement* Element) const;
   // The rules by selector text; this table's document owns the styles.
   TSVGStyleTable& Styles() { return FStyles; }
   const TSVGStyleTable& Styles() const { return FStyles; }

@@ -55,9 +55,9 @@ void Tell(const TSVGElement& User, StringView Text) {
     User.Document()->Diagnose(TSVGDiagnosticKind::dkLimit, const_cast<TSVGElement*>(&User), Text);
 }
 
-// Whether Element, which had that identifier, is still in the document.
+// Whether Element, which had that identifier, still lives.
 bool IsAlive(TSVGDocument& Document, StringView ID, const TSVGElement* Element) {
-  if (Document.FindElement(ID) == Element) return true;
+  if (Document.FindElement(ID) == Element || Document.IsStray(Element)) return true;
   bool Found = false;
   Document.AllItems().ForEach([&](const auto& Entry) { Found |= Entry.FValue == Element; });
   return Found;

@@ -8,16 +8,6 @@
 namespace qxsvg::test {
 namespace {
 
-TEST(Use, LendsItsStylesToTheTarget) {
-  TDrawing D(
-      "<defs><rect id='r' width='5' height='5'/><rect id='b' width='5' height='5' "
-      "fill='blue'/></defs><g fill='red'><use xlink:href='#r'/><use xlink:href='#b'/></g>");
-  const Lines Drawn = D.DrawInFull();
-  ASSERT_THAT(Drawn, SizeIs(2));
-  EXPECT_THAT(Drawn[0], HasSubstr("0000"));  // red
-  EXPECT_NE(Drawn[0].substr(0, 12), Drawn[1].substr(0, 12));
-}
-
 TEST(Use, ReturnsTheTargetAlsoWhenDrawingFails) {
   TDrawing D("<defs id='d'><rect id='r' width='5' height='5'/></defs><use xlink:href='#r'/>");
   TSVGElement* const Defs = D.Document.FindElement(u"d");
@@ -61,6 +51,17 @@ TEST(Use, ATargetDestroyedWhileItIsDrawnBringsNothingDown) {
   EXPECT_THAT(D.Draw(), SizeIs(2));
   EXPECT_EQ(Group->Parent(), nullptr);
   const std::unique_ptr<TSVGElement> Owner(Group);
+}
+
+TEST(Use, GivesBackATargetThatLivesOutsideTheTree) {
+  TDrawing D("<defs id='d'><rect id='r' width='5' height='5'/></defs><use xlink:href='#r'/>");
+  const auto Kept = D.Get(u"d").Items().Extract(&D.Get(u"r"));
+  D.Document.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&,
+                             bool&) {
+    if (Sender == Kept.get()) D.Document.Clear();
+  };
+  D.Draw();
+  EXPECT_EQ(Kept->Parent(), nullptr) << "the use that showed it is gone";
 }
 
 TEST(Use, ATargetThatComesToStandAboveWhileDrawnIsLeftOut) {
