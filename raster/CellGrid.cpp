@@ -13,7 +13,7 @@ namespace qxsvg {
 namespace {
 
 // From so many whole rows on a steep line is worth the wide form.
-constexpr std::int32_t SteepRowsFrom = 8;
+constexpr std::int32_t SteepRowsFrom = 4;
 
 // The cells of a band, so that they and their marks stay in the second cache between the lines that
 // touch them and the sweep; boxes of some bands are worth the sorting of their lines.

@@ -339,6 +339,16 @@ QXSVG_AVX2 void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
     SweepColor<EvenOdd, false>(Row, Color);
 }
 
+QXSVG_AVX2 void BlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
+  std::uint32_t* P = Block.Pixels;
+  const std::uint8_t* Covers = Block.Covers;
+  for (std::int32_t Row = 0; Row < Block.Rows; ++Row) {
+    BlendCovers(P, Block.Width, Covers, Color);
+    P += Block.Stride;
+    Covers += Block.CoverStride;
+  }
+}
+
 QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                             std::uint32_t Cover) {
   const __m256i Zero = _mm256_setzero_si256();
@@ -406,10 +416,10 @@ QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::ui
 }  // namespace
 
 const TKernels AVX2Kernels = {
-    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,           StreamFill,
-    SSE41StreamCopy, BlendColor,  BlendPixels,       BlendCovered,     MultiplyCovers, ScaleCovers,
-    FetchLinear,     FetchRadial, ResampleRow,       MixRows,          MeanRows,       MeanFewRows,
-    MeanColumns,     FetchTurned, AddSteepRows};
+    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,         StreamFill,
+    SSE41StreamCopy, BlendColor,  BlendBlock,        BlendPixels,      BlendCovered, MultiplyCovers,
+    ScaleCovers,     FetchLinear, FetchRadial,       ResampleRow,      MixRows,      MeanRows,
+    MeanFewRows,     MeanColumns, FetchTurned,       AddSteepRows};
 
 }  // namespace qxsvg
 
