@@ -117,8 +117,7 @@ QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
   std::int32_t* Cells = Rows.Cells;
   std::uint8_t* Marks = Rows.Marks;
   alignas(32) std::int32_t First[8], A[8], B[8], C[8];
-  std::int32_t Row = 0;
-  for (; Row + 8 <= Rows.Count; Row += 8) {
+  for (std::int32_t Row = 0; Row < Rows.Count; Row += 8) {
     const __m256i Base = _mm256_set1_epi32(static_cast<int>(At >> SlopeBits));
     const __m256i Rest =
         _mm256_add_epi32(_mm256_set1_epi32(static_cast<int>(At & ((1 << SlopeBits) - 1))), Steps);
@@ -143,7 +142,8 @@ QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
     _mm256_store_si256(reinterpret_cast<__m256i*>(A), Now);
     _mm256_store_si256(reinterpret_cast<__m256i*>(B), _mm256_sub_epi32(Then, Now));
     _mm256_store_si256(reinterpret_cast<__m256i*>(C), _mm256_sub_epi32(Full, Then));
-    for (int I = 0; I < 8; ++I, Cells += Rows.Stride, Marks += Rows.MarkStride) {
+    const std::int32_t Count = std::min(Rows.Count - Row, 8);
+    for (std::int32_t I = 0; I < Count; ++I, Cells += Rows.Stride, Marks += Rows.MarkStride) {
       const std::int32_t X = First[I];
       AddToCell(Cells[X], A[I]);
       AddToCell(Cells[X + 1], B[I]);
@@ -153,12 +153,6 @@ QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
     }
     At += 8 * Rows.Step;
   }
-  TSteepRows Left = Rows;
-  Left.Cells = Cells;
-  Left.Marks = Marks;
-  Left.At = At;
-  Left.Count = Rows.Count - Row;
-  PlainAddSteepRows(Left);
 }
 
 // Sixteen bytes, one in each 16-bit part, times others over 255.
