@@ -16,6 +16,7 @@
 #include "runtime/Exceptions.h"
 #include "runtime/Streams.h"
 #include "tools/Commands.h"
+#include "tools/InkCanvas.h"
 #include "tools/Input.h"
 #include "tools/Picture.h"
 #include "tools/ProgressBar.h"
@@ -88,7 +89,18 @@ void ApplyStyleSheet(TSVGDocument& Drawing, const std::string& File) {
   Drawing.ApplyStyles();
 }
 
-// Draws the whole drawing over the whole picture, or one element alone with its box over it.
+// What an element covers when the drawing is fitted into View; the box of its geometry where it
+// leaves no ink.
+TRectF BoxOnPaper(TSVGDocument& Drawing, TSVGGraphicElement& Element, const TRectF& View) {
+  InkCanvas Canvas;
+  Drawing.DrawElement(Element, Canvas, View);
+  // Tiles that were made for this size must not serve another.
+  Drawing.Reset();
+  if (!Canvas.Ink().IsEmpty()) return Canvas.Ink();
+  return QXMatrixTransform(Drawing.GetViewMatrix(View), BoxOfElement(Drawing, Element));
+}
+
+// Draws the whole drawing over the whole picture, or one element alone with what it covers over it.
 void Draw(TSVGDocument& Drawing, const RenderOptions& Options, TQXGPBitmap& Picture) {
   const TSizeF Natural = NaturalSize(Drawing);
   const auto Prepare = [&](TSizeF Size) {
@@ -104,7 +116,7 @@ void Draw(TSVGDocument& Drawing, const RenderOptions& Options, TQXGPBitmap& Pict
   }
   TSVGGraphicElement& Element = GraphicElementByID(Drawing, Options.ExportID);
   const TRectF View = QXRect(0, 0, Natural.Width, Natural.Height);
-  const TRectF Box = QXMatrixTransform(Drawing.GetViewMatrix(View), BoxOfElement(Drawing, Element));
+  const TRectF Box = BoxOnPaper(Drawing, Element, View);
   const TRectF Whole = Prepare({Box.Width(), Box.Height()});
   // The drawing at its own size, moved and scaled so that the element's box fills the picture.
   const TMatrix Place = QXMatrixMultiply(

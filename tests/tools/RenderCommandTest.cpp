@@ -48,6 +48,16 @@ TEST(Render, SizesFollowTheOptions) {
       {"-w 100 -h 100", Plain, 100, 100},
       {"-w 100 -h 100 -a", Plain, 100, 50},
       {"-i r", Sample, 16, 16},
+      // With all of its stroke, and what a use shows.
+      {"-i s",
+       "<svg width='40' height='20'><path id='s' d='M5 5h10' stroke='red' "
+       "stroke-width='4'/></svg>",
+       10, 4},
+      {"-i u",
+       "<svg width='40' height='20' xmlns:xlink='http://www.w3.org/1999/xlink'><g><use "
+       "id='u' x='5' xlink:href='#c'/></g><defs><circle id='c' cx='9' cy='9' r='4' "
+       "stroke='red' stroke-width='2'/></defs></svg>",
+       10, 10},
   };
   for (const auto& [Options, Drawing, Width, Height] : Cases) {
     const TRunResult Drawn = RunQxsvg("render - " + Options, Drawing);
