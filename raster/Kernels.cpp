@@ -81,6 +81,13 @@ void PlainBlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
   }
 }
 
+void PlainBlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
+  const TCoverSpan Span{0, Block.Width, TCoverSpan::CoversBase};
+  for (std::int32_t Row = 0; Row < Block.Rows; ++Row)
+    PlainBlendColor(Block.Pixels + Row * Block.Stride, {&Span, 1},
+                    Block.Covers + Row * Block.CoverStride, Color);
+}
+
 void PlainBlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                       std::uint32_t Cover) {
   for (std::int32_t I = 0; I < Count; ++I)
@@ -222,11 +229,11 @@ void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
 }  // namespace
 
 const TKernels PlainKernels = {
-    Sweep<false>,        Sweep<true>,      SweepColor<false>, SweepColor<true>, Fill,
-    StreamFill,          StreamCopy,       PlainBlendColor,   PlainBlendPixels, PlainBlendCovered,
-    PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,  PlainFetchRadial, PlainResampleRow,
-    PlainMixRows,        PlainMeanRows,    PlainMeanFewRows,  PlainMeanColumns, PlainFetchTurned,
-    PlainAddSteepRows};
+    Sweep<false>,      Sweep<true>,         SweepColor<false>, SweepColor<true>, Fill,
+    StreamFill,        StreamCopy,          PlainBlendColor,   PlainBlendBlock,  PlainBlendPixels,
+    PlainBlendCovered, PlainMultiplyCovers, PlainScaleCovers,  PlainFetchLinear, PlainFetchRadial,
+    PlainResampleRow,  PlainMixRows,        PlainMeanRows,     PlainMeanFewRows, PlainMeanColumns,
+    PlainFetchTurned,  PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

@@ -32,6 +32,16 @@ struct TColorRow {
   std::uint32_t Color;
 };
 
+// A block of pixels and the coverage of each; strides are in pixels and bytes. Behind the last one
+// CoversPadding may be read.
+struct TCoverBlock {
+  std::uint32_t* Pixels;
+  std::ptrdiff_t Stride;
+  const std::uint8_t* Covers;
+  std::ptrdiff_t CoverStride;
+  std::int32_t Width, Rows;
+};
+
 // A row of a linear gradient: the pixel X has the colour at Start + X * Step, held to 0 to Last.
 struct TLinearRow {
   const std::uint32_t* Colors;
@@ -123,6 +133,8 @@ struct TKernels {
   // One row of spans in one premultiplied colour over Target, the row's pixel 0.
   void (*BlendColor)(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
                      const std::uint8_t* Covers, std::uint32_t Color);
+  // A block of pixels with a coverage each, in one premultiplied colour.
+  void (*BlendBlock)(const TCoverBlock& Block, std::uint32_t Color);
   // Premultiplied pixels over the target with one coverage, or with one each.
   void (*BlendPixels)(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                       std::uint32_t Cover);

@@ -215,6 +215,16 @@ QXSVG_SSE41 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> S
   }
 }
 
+QXSVG_SSE41 void BlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
+  std::uint32_t* P = Block.Pixels;
+  const std::uint8_t* Covers = Block.Covers;
+  for (std::int32_t Row = 0; Row < Block.Rows; ++Row) {
+    BlendCovers(P, Block.Width, Covers, Color);
+    P += Block.Stride;
+    Covers += Block.CoverStride;
+  }
+}
+
 QXSVG_SSE41 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                              std::uint32_t Cover) {
   const __m128i C = _mm_set1_epi16(static_cast<short>(Cover));
@@ -530,10 +540,10 @@ QXSVG_SSE41 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Sou
 }
 
 const TKernels SSE41Kernels = {
-    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,           StreamFill,
-    SSE41StreamCopy, BlendColor,  BlendPixels,       BlendCovered,     MultiplyCovers, ScaleCovers,
-    FetchLinear,     FetchRadial, ResampleRow,       MixRows,          MeanRows,       MeanFewRows,
-    MeanColumns,     FetchTurned, AddSteepRows};
+    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,         StreamFill,
+    SSE41StreamCopy, BlendColor,  BlendBlock,        BlendPixels,      BlendCovered, MultiplyCovers,
+    ScaleCovers,     FetchLinear, FetchRadial,       ResampleRow,      MixRows,      MeanRows,
+    MeanFewRows,     MeanColumns, FetchTurned,       AddSteepRows};
 
 #undef QXSVG_SSE41
 
