@@ -69,21 +69,33 @@ QXSVG_AVX2 std::size_t Sweep(const TSweepRow& Row) {
 
 QXSVG_AVX2 void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color) {
   const __m256i V = _mm256_set1_epi32(static_cast<int>(Color));
-  if (Count < 8) {
-    for (std::int32_t I = 0; I < Count; ++I) Target[I] = Color;
-    return;
+  // Lengths are hard to foresee: the end is stored over what is there, without more branches.
+  std::uint32_t* const End = Target + Count;
+  if (Count >= 32) {
+    // Stores that cross cache lines cost twice.
+    Store(Target, V);
+    Target += 8 - static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(Target) / 4 % 8);
+    for (; End - Target >= 32; Target += 32) {
+      Store(Target, V);
+      Store(Target + 8, V);
+      Store(Target + 16, V);
+      Store(Target + 24, V);
+    }
+    Store(End - 32, V);
+    Store(End - 24, V);
+    Store(End - 16, V);
+    Store(End - 8, V);
+  } else if (Count >= 16) {
+    Store(Target, V);
+    Store(Target + 8, V);
+    Store(End - 16, V);
+    Store(End - 8, V);
+  } else if (Count >= 8) {
+    Store(Target, V);
+    Store(End - 8, V);
+  } else {
+    for (; Target != End; ++Target) *Target = Color;
   }
-  // Stores that cross cache lines cost twice.
-  Store(Target, V);
-  std::int32_t I = 8 - static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(Target) / 4 % 8);
-  for (; I + 32 <= Count; I += 32) {
-    Store(Target + I, V);
-    Store(Target + I + 8, V);
-    Store(Target + I + 16, V);
-    Store(Target + I + 24, V);
-  }
-  for (; I + 8 <= Count; I += 8) Store(Target + I, V);
-  Store(Target + Count - 8, V);
 }
 
 // Whole lines of memory, which need not be read first then.
@@ -334,10 +346,17 @@ QXSVG_AVX2 void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
 }
 
 QXSVG_AVX2 void BlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
+  const __m256i C =
+      _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color)), _mm256_setzero_si256());
   std::uint32_t* P = Block.Pixels;
   const std::uint8_t* Covers = Block.Covers;
+  // Most stamps are as small as this.
+  const bool IsFew = Block.Width <= 8;
   for (std::int32_t Row = 0; Row < Block.Rows; ++Row) {
-    BlendCovers(P, Block.Width, Covers, Color);
+    if (IsFew)
+      BlendFew(P, Block.Width, CoverWords(Covers), C);
+    else
+      BlendCovers(P, Block.Width, Covers, Color);
     P += Block.Stride;
     Covers += Block.CoverStride;
   }
