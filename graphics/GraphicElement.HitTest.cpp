@@ -1,11 +1,13 @@
 // Which element lies under a point: the walk goes against the order of painting.
 #include <algorithm>
+#include <numbers>
 
 #include "document/Document.h"
 #include "document/TreeWalk.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/PathMeasure.h"
+#include "shapes/CustomViewBox.h"
 
 namespace qxsvg {
 
@@ -30,6 +32,12 @@ constexpr std::size_t LeastFillPoints = 3;
 
 bool Counts(TSVGPointerEvents Events, const TPointerEventSet& Group, TQXGPBrushKind Kind) {
   return Group.Has(Events) || (Kind != TQXGPBrushKind::bkNone && PaintedGroup.Has(Events));
+}
+
+// How far beside a path its stroke of that width may lie: at the corners of square caps, and the
+// tips of joins.
+float StrokeReach(const TSVGPen& Pen, float Width) {
+  return Width / 2 * std::max(std::numbers::sqrt2_v<float>, Pen.MiterLimit());
 }
 
 // The way of one point back to the path is shorter than that of the path to the device.
@@ -86,9 +94,14 @@ TSVGElement* TSVGGraphicElement::DoInternalElementAtPos(const TMatrix& Matrix, T
   const TSVGPen& Pen = PenInForce(QXIdentityMatrix, NeedsBox ? Box : TRectF());
   if (Counts(GetPointerEvents(), StrokeGroup, Pen.Kind())) {
     float Margin = Pen.Thickness();
-    // A hair line is hit beside itself, so that its box must not be narrower than that.
-    if (const float Scale = QXMatrixMultiply(1.0f, Matrix); ShapeDecides && Scale > 0)
-      Margin = std::max(Margin, LeastHitThickness / 2 / Scale);
+    // Where the shape decides, the box must not be narrower than what is hit of its stroke.
+    if (const float Scale = QXMatrixMultiply(1.0f, Matrix); ShapeDecides && Scale > 0) {
+      float Width = Margin;
+      TSVGCustomViewBox* const Nearest = Pen.ThicknessIsPercent() ? GetNearestViewBox() : nullptr;
+      if (Nearest) Width = NormalizedDiagonalShare(Width, Nearest->ViewBox());
+      if (GetVectorEffect() != TSVGVectorEffect::veNone) Width /= Scale;
+      Margin = std::max(Margin, StrokeReach(Pen, std::max(Width, LeastHitThickness / Scale)));
+    }
     QXInflateRect(Box, Margin, Margin);
   }
   TQXGPPath Outline(&Canvas);

@@ -56,12 +56,17 @@ TEST(HitTest, AHairLineIsThreePixelsWide) {
       {"stroke-width='1' vector-effect='non-scaling-stroke'", 51.4f, 51.7f},
       // A wider one keeps its width.
       {"stroke-width='8'", 53.9f, 54.1f},
+      // The box of the element is wide enough for all of it.
+      {"stroke-width='8%'", 53.9f, 54.1f},
   };
   for (const auto& [Attributes, Hit, Miss] : Cases) {
     TDrawing D("<path id='p' stroke='#000' fill='none' d='M10 50H180' " + Attributes + "/>");
     EXPECT_EQ(D.At(50, Hit), "p") << Attributes;
     EXPECT_EQ(D.At(50, Miss), "") << Attributes;
   }
+  // So it is for the tip of a join.
+  TDrawing D("<path id='p' stroke='#000' stroke-width='8' fill='none' d='M20 35L60 50L20 65'/>");
+  EXPECT_EQ(D.At(71, 50), "p");
 }
 
 TEST(HitTest, Options) {
