@@ -140,18 +140,6 @@ TEST(ApplyStyle, TellsTheDocumentOnceAndTheChildrenWhatTheyInherit) {
   EXPECT_EQ(Tree["r"].GetFont().Size(), 20);
 }
 
-TEST(ApplyStyle, ReportsWhatItCannotRead) {
-  TTree Tree("<rect id='r'/>");
-  int Reports = 0;
-  Tree.Document.OnDiagnostic = [&](TSVGDiagnosticKind Kind, TSVGElement* Element, StringView) {
-    EXPECT_EQ(Kind, TSVGDiagnosticKind::dkValue);
-    EXPECT_EQ(Element, &Tree["r"]);
-    ++Reports;
-  };
-  Tree["r"].ApplyStyle(TSVGStyle(u"", u"fill:rgb(1,x,2)"));
-  EXPECT_EQ(Reports, 1);
-}
-
 // --- Cascade
 
 TEST(Cascade, SelectorsMatchWithTheirSpecificity) {

@@ -43,10 +43,15 @@ TEST(StylePropertiesSet, HasATextForm) {
   EXPECT_FALSE(FindProperty(TSVGStylePropertiesSet::Class, u"None"));
 }
 
+template <class T, class V>
+V ValueOf(V (T::*)() const);
+
 // A property of the common form, through its own getter and setter.
-template <class Value>
-void ExpectCommonForm(TSVGStyleProperty Property, Value (TSVGGraphicElement::*Get)() const,
-                      void (TSVGGraphicElement::*Set)(Value), Value First, Value Other) {
+template <auto Get, auto Set>
+void ExpectCommonForm(TSVGStyleProperty Property) {
+  using V = decltype(ValueOf(Get));
+  const V First = (TSVGRectangle(nullptr).*Get)();
+  const V Other = First == static_cast<V>(1) ? static_cast<V>(0) : static_cast<V>(1);
   SCOPED_TRACE(ToUtf8(SVGStylePropertyRowOf(Property).Name));
   TTree Tree("<g id='above'><rect id='r'/></g>");
   TSVGGraphicElement& Above = Tree["above"];
@@ -81,33 +86,21 @@ void ExpectCommonForm(TSVGStyleProperty Property, Value (TSVGGraphicElement::*Ge
 
 TEST(GraphicElement, SettersEndInheritance) {
   using E = TSVGGraphicElement;
-  ExpectCommonForm(ipAlignmentBaseline, &E::GetAlignmentBaseline, &E::SetAlignmentBaseline,
-                   TSVGAlignmentBaseline::abAuto, TSVGAlignmentBaseline::abMiddle);
-  ExpectCommonForm(ipClipRule, &E::GetClipRule, &E::SetClipRule, TSVGFillRule::frNonZero,
-                   TSVGFillRule::frEvenOdd);
-  ExpectCommonForm(ipColor, &E::GetColor, &E::SetColor, 0u, 0xff123456u);
-  ExpectCommonForm(ipColorInterpolation, &E::GetColorInterpolation, &E::SetColorInterpolation,
-                   TSVGColorInterpolation::sciSRGB, TSVGColorInterpolation::sciLinearRGB);
-  ExpectCommonForm(ipColorRendering, &E::GetColorRendering, &E::SetColorRendering,
-                   TSVGColorRendering::clrnAuto, TSVGColorRendering::clrnOptimizeSpeed);
-  ExpectCommonForm(ipCursor, &E::GetCursor, &E::SetCursor, TCursor{0}, TCursor{-21});
-  ExpectCommonForm(ipDirection, &E::GetDirection, &E::SetDirection, TSVGDirection::dirLeftToRight,
-                   TSVGDirection::dirRightToLeft);
-  ExpectCommonForm(ipDominantBaseline, &E::GetDominantBaseline, &E::SetDominantBaseline,
-                   TSVGDominantBaseline::dbAuto, TSVGDominantBaseline::dbCentral);
-  ExpectCommonForm(ipEnableBackground, &E::IsEnableBackground, &E::SetEnableBackground, false,
-                   true);
-  ExpectCommonForm(ipOverflow, &E::IsOverflow, &E::SetOverflow, true, false);
-  ExpectCommonForm(ipPointerEvents, &E::GetPointerEvents, &E::SetPointerEvents,
-                   TSVGPointerEvents::peVisiblePainted, TSVGPointerEvents::peAll);
-  ExpectCommonForm(ipShapeRendering, &E::GetShapeRendering, &E::SetShapeRendering,
-                   TSVGShapeRendering::srnAuto, TSVGShapeRendering::srnCrispEdges);
-  ExpectCommonForm(ipTextAnchor, &E::GetTextAlign, &E::SetTextAlign, TSVGTextAlign::staLeading,
-                   TSVGTextAlign::staCenter);
-  ExpectCommonForm(ipTextRendering, &E::GetTextRendering, &E::SetTextRendering,
-                   TSVGTextRendering::txrnAuto, TSVGTextRendering::txrnOptimizeSpeed);
-  ExpectCommonForm(ipWritingMode, &E::GetWritingMode, &E::SetWritingMode,
-                   TSVGWritingMode::wmLeftRight_TopBottom, TSVGWritingMode::wmTopBottom);
+  ExpectCommonForm<&E::GetAlignmentBaseline, &E::SetAlignmentBaseline>(ipAlignmentBaseline);
+  ExpectCommonForm<&E::GetClipRule, &E::SetClipRule>(ipClipRule);
+  ExpectCommonForm<&E::GetColor, &E::SetColor>(ipColor);
+  ExpectCommonForm<&E::GetColorInterpolation, &E::SetColorInterpolation>(ipColorInterpolation);
+  ExpectCommonForm<&E::GetColorRendering, &E::SetColorRendering>(ipColorRendering);
+  ExpectCommonForm<&E::GetCursor, &E::SetCursor>(ipCursor);
+  ExpectCommonForm<&E::GetDirection, &E::SetDirection>(ipDirection);
+  ExpectCommonForm<&E::GetDominantBaseline, &E::SetDominantBaseline>(ipDominantBaseline);
+  ExpectCommonForm<&E::IsEnableBackground, &E::SetEnableBackground>(ipEnableBackground);
+  ExpectCommonForm<&E::IsOverflow, &E::SetOverflow>(ipOverflow);
+  ExpectCommonForm<&E::GetPointerEvents, &E::SetPointerEvents>(ipPointerEvents);
+  ExpectCommonForm<&E::GetShapeRendering, &E::SetShapeRendering>(ipShapeRendering);
+  ExpectCommonForm<&E::GetTextAlign, &E::SetTextAlign>(ipTextAnchor);
+  ExpectCommonForm<&E::GetTextRendering, &E::SetTextRendering>(ipTextRendering);
+  ExpectCommonForm<&E::GetWritingMode, &E::SetWritingMode>(ipWritingMode);
 }
 
 TEST(GraphicElement, SomeSettersKeepTheMark) {

@@ -6,6 +6,7 @@
 
 #include "RasterTestSupport.h"
 #include "graphics/surface/CoverageStamps.h"
+#include "graphics/surface/PathData.h"
 
 namespace qxsvg {
 namespace {
@@ -181,30 +182,15 @@ TEST(TRasterCanvasTest, DegenerateInputComesToAnEnd) {
   constexpr float Inf = std::numeric_limits<float>::infinity(),
                   Not = std::numeric_limits<float>::quiet_NaN(), Huge = 3e38f;
   std::vector<TQXPathGeometry> Paths(1);
-  const auto Add = [&](std::initializer_list<TPointF> Points) {
-    TQXPathGeometry Path;
-    for (const TPointF P : Points) Path.IsEmpty() ? Path.MoveTo(P) : Path.LineTo(P);
-    Paths.push_back(Path);
-    Path.Close();
-    Paths.push_back(Path);
-  };
-  Add({{5, 5}});
-  Add({{5, 5}, {5, 5}, {5, 5}});
-  Add({{-Huge, -Huge}, {Huge, Huge}, {-Huge, Huge}});
-  Add({{-1e6f, 50}, {1e6f, 50.5f}});
-  Add({{-1e30f, 50}, {1e30f, 51}, {1e30f, -1e30f}});
-  Add({{Not, 3}, {10, Inf}, {40, 40}, {1e-30f, 1e-38f}});
-  Add({{10, 10}, {90, 10}, {10, 10}, {90, 10}});
-  TQXPathGeometry Curves;
-  Curves.MoveTo({-Huge, 0});
-  Curves.CurveTo({Huge, Huge}, {-Huge, Huge}, {Huge, 0});
-  Curves.MoveTo({50, 50});
-  Curves.CurveTo({50, 50}, {50, 50}, {50, 50});
-  Curves.CurveTo({90, 50}, {10, 50}, {50, 50});
-  Curves.CurveTo({1e7f, 1e7f}, {-1e7f, 1e7f}, {50, 20});
-  Curves.AddEllipse({-1e9f, -1e9f, 1e9f, 1e9f});
-  Curves.AddEllipse({10, 10, 10, 90});
-  Paths.push_back(Curves);
+  for (const StringView Text :
+       {u"M5 5", u"M5 5L5 5L5 5", u"M-3e38-3e38L3e38 3e38L-3e38 3e38", u"M-1e6 50L1e6 50.5",
+        u"M-1e30 50L1e30 51L1e30-1e30", u"M40 40L1e-30 1e-38", u"M10 10H90H10H90",
+        u"M-3e38 0C3e38 3e38-3e38 3e38 3e38 0M50 50C50 50 50 50 50 50C90 50 10 50 50 50"
+        u"C1e7 1e7-1e7 1e7 50 20M-1e9 0A1e9 1e9 0 1 1 1e9 0M10 10A0.001 40 0 1 1 10 90"})
+    for (const bool IsClosed : {false, true}) {
+      EXPECT_TRUE(QXParsePath(Text, Paths.emplace_back()));
+      if (IsClosed) Paths.back().Close();
+    }
 
   const TMatrix Matrices[] = {QXIdentityMatrix,
                               CreateScaleQXMatrix(1e-20f, 1e-20f),
