@@ -17,9 +17,16 @@ int main(int Count, char** Arguments) {
     TSVGDocument Drawing;
     Drawing.LoadFromFile(std::string_view(Arguments[1]));
 
-    // The size of the root element, in pixels, gives the proportions of the picture.
-    const double Width = Count > 3 ? std::stod(Arguments[3]) : Drawing.GetWidth();
-    const double Height = Width * Drawing.GetHeight() / Drawing.GetWidth();
+    // The size of the root element, in pixels, gives the proportions of the picture; many drawings
+    // have a view box alone.
+    const TRectF Shown = Drawing.GetBoundsRect();
+    const double OwnWidth = Drawing.GetWidth() > 0 ? Drawing.GetWidth() : Shown.Width();
+    const double OwnHeight = Drawing.GetHeight() > 0 ? Drawing.GetHeight() : Shown.Height();
+    const double Width = Count > 3 ? std::stod(Arguments[3]) : OwnWidth;
+    const double Height = Width * OwnHeight / OwnWidth;
+    constexpr double Most = 32767;
+    if (!(Width > 0 && Width <= Most && Height > 0 && Height <= Most))
+      throw ESVGException(u"There is no picture of that size");
     TQXGPBitmap Picture(static_cast<std::int32_t>(std::ceil(Width)),
                         static_cast<std::int32_t>(std::ceil(Height)));
     Drawing.Draw(Picture.GetCanvas(), QXRect(0, 0, static_cast<float>(Picture.GetWidth()),
