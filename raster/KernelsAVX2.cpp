@@ -239,11 +239,15 @@ QXSVG_AVX2 inline void BlendOne(std::uint32_t* P, std::int32_t Length, std::uint
     BlendEven(P, Length, ScalePixel(Color, Cover));
 }
 
+// A mask of the first Count of eight pixels.
+QXSVG_AVX2 inline __m256i FirstOf(std::int32_t Count) {
+  return _mm256_cmpgt_epi32(_mm256_set1_epi32(Count), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+}
+
 // Fewer than eight pixels, without touching what lies behind them, which may be another thread's.
 QXSVG_AVX2 inline void BlendFew(std::uint32_t* P, std::int32_t Count, TCoverWords Words,
                                 __m256i Color) {
-  const __m256i IsFew =
-      _mm256_cmpgt_epi32(_mm256_set1_epi32(Count), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+  const __m256i IsFew = FirstOf(Count);
   auto* Few = reinterpret_cast<int*>(P);
   _mm256_maskstore_epi32(
       Few, IsFew,
@@ -393,7 +397,14 @@ QXSVG_AVX2 void BlendCovered(std::uint32_t* Target, const std::uint32_t* Source,
     const __m256i High = MultiplyWords(_mm256_unpackhi_epi8(S, Zero), Words.High);
     Store(Target + I, OverWords(Load(Target + I), Low, High));
   }
-  PlainBlendCovered(Target + I, Source + I, Count - I, Covers + I);
+  if (I == Count) return;
+  const __m256i IsRest = FirstOf(Count - I);
+  auto* Rest = reinterpret_cast<int*>(Target + I);
+  const __m256i S = _mm256_maskload_epi32(reinterpret_cast<const int*>(Source + I), IsRest);
+  const TCoverWords Words = CoverWords(Covers + I);
+  const __m256i Low = MultiplyWords(_mm256_unpacklo_epi8(S, Zero), Words.Low);
+  const __m256i High = MultiplyWords(_mm256_unpackhi_epi8(S, Zero), Words.High);
+  _mm256_maskstore_epi32(Rest, IsRest, OverWords(_mm256_maskload_epi32(Rest, IsRest), Low, High));
 }
 
 QXSVG_AVX2 void MultiplyCovers(std::uint8_t* Target, const std::uint8_t* A, const std::uint8_t* B,

@@ -97,28 +97,50 @@ void TPaintSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
   std::uint32_t Color = 0;
   if (FPaint.IsRowEven(Y, Color))
     return Kernels().BlendColor(FTarget.Row(Y), Spans, Covers, ScalePixel(Color, FOpacity));
-  for (const TCoverSpan& Span : Spans) Blend(Y, Span, Covers);
+  // Spans that touch each other have their pixels made at once: a beginning costs as much as some
+  // pixels.
+  for (auto First = Spans.begin(); First != Spans.end();) {
+    auto Last = First + 1;
+    if (GoesToTarget(*First)) {
+      FPaint.Fetch(First->X, Y, First->Length, FTarget.Row(Y) + First->X);
+    } else if (First->Length > Chunk) {
+      for (std::int32_t At = 0; At < First->Length; At += Chunk) {
+        const std::int32_t Count = std::min(First->Length - At, Chunk);
+        Blend(FTarget.Row(Y), *First, Covers, At, Count, Pixels(First->X + At, Y, Count));
+      }
+    } else {
+      while (Last != Spans.end() && Last->X == Last[-1].End() && Last->End() - First->X <= Chunk &&
+             !GoesToTarget(*Last))
+        ++Last;
+      const std::uint32_t* Source = Pixels(First->X, Y, Last[-1].End() - First->X);
+      for (auto Span = First; Span != Last; Source += Span->Length, ++Span)
+        Blend(FTarget.Row(Y), *Span, Covers, 0, Span->Length, Source);
+    }
+    First = Last;
+  }
 }
 
-void TPaintSink::Blend(std::int32_t Y, const TCoverSpan& Span, const std::uint8_t* Covers) {
+// Whether the paint may make the pixels where they belong.
+bool TPaintSink::GoesToTarget(const TCoverSpan& Span) const {
+  constexpr std::int32_t FewPixels = 32;
+  return Span.Cover == FullCover && Span.Length > FewPixels && FOpacity == FullCover &&
+         FPaint.IsOpaque();
+}
+
+// Count pixels of a span, from At on.
+void TPaintSink::Blend(std::uint32_t* Row, const TCoverSpan& Span, const std::uint8_t* Covers,
+                       std::int32_t At, std::int32_t Count, const std::uint32_t* Source) {
   const TKernels& K = Kernels();
-  std::uint32_t* Target = FTarget.Row(Y) + Span.X;
-  if (Span.Cover == FullCover && FOpacity == FullCover && FPaint.IsOpaque())
-    return FPaint.Fetch(Span.X, Y, Span.Length, Target);
-  for (std::int32_t At = 0; At < Span.Length; At += Chunk) {
-    const std::int32_t Count = std::min(Span.Length - At, Chunk);
-    const std::uint32_t* Source = Pixels(Span.X + At, Y, Count);
-    if (Span.IsEven()) {
-      K.BlendPixels(Target + At, Source, Count, MultiplyBytes(Span.Cover, FOpacity));
-      continue;
-    }
-    const std::uint8_t* C = Span.Covers(Covers) + At;
-    if (FOpacity != FullCover) {
-      K.ScaleCovers(FScaled.data(), C, FOpacity, Count);
-      C = FScaled.data();
-    }
-    K.BlendCovered(Target + At, Source, Count, C);
+  std::uint32_t* Target = Row + Span.X + At;
+  if (Span.IsEven())
+    return K.BlendPixels(Target, Source, Count, MultiplyBytes(Span.Cover, FOpacity));
+  const std::uint8_t* C = Span.Covers(Covers) + At;
+  if (FOpacity != FullCover) {
+    // As many as a chunk holds, which no run of pixels exceeds.
+    K.ScaleCovers(FScaled.data(), C, FOpacity, Count);
+    C = FScaled.data();
   }
+  K.BlendCovered(Target, Source, Count, C);
 }
 
 }  // namespace qxsvg

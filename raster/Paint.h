@@ -63,7 +63,9 @@ class TPaintSink final : public ISpanSink {
  private:
   static constexpr std::int32_t Chunk = 1024;
   const std::uint32_t* Pixels(std::int32_t X, std::int32_t Y, std::int32_t Count);
-  void Blend(std::int32_t Y, const TCoverSpan& Span, const std::uint8_t* Covers);
+  bool GoesToTarget(const TCoverSpan& Span) const;
+  void Blend(std::uint32_t* Row, const TCoverSpan& Span, const std::uint8_t* Covers,
+             std::int32_t At, std::int32_t Count, const std::uint32_t* Source);
 
   const TQXPixels FTarget;
   IPaint& FPaint;
