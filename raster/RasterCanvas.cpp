@@ -96,16 +96,21 @@ struct TQXRasterCanvas::TScratch {
   TSpanStore Kept;
   TStampSink StampSink;
   std::vector<std::uint8_t> StampBytes;
+  // Room is made beforehand, so that a clip cannot fail half way.
+  static constexpr std::size_t MostSpares = 4;
   std::vector<std::shared_ptr<TSpanStore>> SpareMasks;
   std::vector<std::uint64_t> Packed;
   TGradientPaint Gradient;
   TImagePaint Image;
+  TQXPathGeometry Outline;
+  TRegionCover Region;
 };
 
 TQXRasterCanvas::TQXRasterCanvas(const TQXPixels& Pixels)
     : FPixels(Pixels), FScratch(std::make_unique<TScratch>()) {
   if (std::max(Pixels.Width, Pixels.Height) > Limits::BitmapSide)
     throw EInvalidGraphicOperation(SBitmapSizeLimit);
+  FScratch->SpareMasks.reserve(TScratch::MostSpares);
   FClip = TClip({0, 0, std::max(Pixels.Width, 0), std::max(Pixels.Height, 0)});
 }
 
@@ -130,13 +135,19 @@ void TQXRasterCanvas::DoSaveState() {
 }
 
 void TQXRasterCanvas::DoRestoreState() {
-  constexpr std::size_t MostSpares = 4;
-  const std::shared_ptr<const TSpanStore> Left = FClip.TakeMask();
+  Recycle(FClip.TakeMask());
   FClip = std::move(FSavedClips.back());
   FSavedClips.pop_back();
-  // Its memory serves the next clip.
-  if (Left && Left.use_count() == 1 && FScratch->SpareMasks.size() < MostSpares)
-    FScratch->SpareMasks.push_back(std::const_pointer_cast<TSpanStore>(Left));
+}
+
+void TQXRasterCanvas::Recycle(std::shared_ptr<const TSpanStore> Mask) {
+  if (Mask && Mask.use_count() == 1 && FScratch->SpareMasks.size() < TScratch::MostSpares)
+    FScratch->SpareMasks.push_back(std::const_pointer_cast<TSpanStore>(Mask));
+}
+
+void TQXRasterCanvas::SetMask(std::shared_ptr<TSpanStore> Mask) {
+  Recycle(FClip.TakeMask());
+  FClip.SetMask(std::move(Mask));
 }
 
 std::shared_ptr<TSpanStore> TQXRasterCanvas::NewMask() {
@@ -261,7 +272,7 @@ void TQXRasterCanvas::DoIntersectClipRect(const TRectF& Area) {
   Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
     FScratch->Rasterizer.Rectangle(R, Clip, IsAliased(), Sink);
   });
-  FClip.SetMask(std::move(Mask));
+  SetMask(std::move(Mask));
 }
 
 void TQXRasterCanvas::DoClear(TQXGPColor Color) {
@@ -409,7 +420,8 @@ void TQXRasterCanvas::DoDrawImage(const TQXConstPixels& Pixels, const TRectF& De
     Place.Filter = TImageFilter::Nearest;
 
   const TRectF Area = Dest.Normalized();
-  TQXPathGeometry Outline;
+  TQXPathGeometry& Outline = FScratch->Outline;
+  Outline.Clear();
   const bool IsBox = IsUpright(Matrix());
   const TRectF Device = QXMatrixTransform(Matrix(), Area);
   TRect Box = FClip.Box();
@@ -448,7 +460,8 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
   Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
     if (IsSingle) return DrawStep(0, Clip, Sink);
     const TRect Box = Region.IsInfinite() ? Clip : PixelsUnder(Region.GetBounds(), Matrix, Clip);
-    TRegionCover Cover(Box, Region.IsInfinite());
+    TRegionCover& Cover = FScratch->Region;
+    Cover.Begin(Box, Region.IsInfinite());
     for (std::size_t I = 0; I < Steps; ++I) {
       Cover.BeginStep(Region.Step(I).Mode);
       DrawStep(I, Box, Cover);
@@ -456,7 +469,7 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
     }
     Cover.Emit(Sink);
   });
-  FClip.SetMask(std::move(Mask));
+  SetMask(std::move(Mask));
 }
 
 std::shared_ptr<ICanvasFactory> CreateRasterCanvasFactory() {

@@ -48,6 +48,9 @@ class QXSVG_API TQXRasterCanvas final : public TQXGPCanvas {
   bool IsAliased() const { return Quality().Smoothing == TQXGPSmoothingMode::smHighSpeed; }
   // Empty, in the memory of one that is no longer used.
   std::shared_ptr<TSpanStore> NewMask();
+  // The memory of a mask that no clip holds any more serves the next clip.
+  void Recycle(std::shared_ptr<const TSpanStore> Mask);
+  void SetMask(std::shared_ptr<TSpanStore> Mask);
   template <class Drawing>
   void Cover(ISpanSink& Sink, const Drawing& Draw);
   // The matrix of a path, which is moved a little where the path is drawn in many places.

@@ -6,12 +6,13 @@
 
 namespace qxsvg {
 
-TRegionCover::TRegionCover(const TRect& Box, bool IsInfinite)
-    : FBox(Box),
-      FWidth(static_cast<std::size_t>(Box.Width())),
-      FCovers(FWidth * static_cast<std::size_t>(Box.Height()),
-              static_cast<std::uint8_t>(IsInfinite ? FullCover : 0)),
-      FRow(FWidth) {}
+void TRegionCover::Begin(const TRect& Box, bool IsInfinite) {
+  FBox = Box;
+  FWidth = static_cast<std::size_t>(Box.Width());
+  FCovers.assign(FWidth * static_cast<std::size_t>(Box.Height()),
+                 static_cast<std::uint8_t>(IsInfinite ? FullCover : 0));
+  FRow.resize(FWidth + CoversPadding);
+}
 
 std::uint8_t* TRegionCover::RowOf(std::int32_t Y) {
   return FCovers.data() + static_cast<std::size_t>(Y - FBox.Top) * FWidth;
@@ -57,30 +58,29 @@ void TRegionCover::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                                        MultiplyBytes(FullCover - Row[I], FullCover - FRow[I]));
 }
 
-void TRegionCover::Emit(ISpanSink& Sink) const {
-  std::vector<TCoverSpan> Spans;
-  std::vector<std::uint8_t> Row(FWidth + CoversPadding);
+void TRegionCover::Emit(ISpanSink& Sink) {
   for (std::int32_t Y = FBox.Top; Y < FBox.Bottom; ++Y) {
     const std::uint8_t* C = FCovers.data() + static_cast<std::size_t>(Y - FBox.Top) * FWidth;
-    std::copy_n(C, FWidth, Row.begin());
-    Spans.clear();
+    std::copy_n(C, FWidth, FRow.begin());
+    FSpans.clear();
     // Long stretches of one value become even spans, all else is given by the pixel.
     for (std::size_t X = 0; X < FWidth;) {
       std::size_t End = X + 1;
       while (End < FWidth && C[End] == C[X]) ++End;
       const auto From = FBox.Left + static_cast<std::int32_t>(X);
       const auto Length = static_cast<std::int32_t>(End - X);
-      const bool JoinsLast = !Spans.empty() && !Spans.back().IsEven() && Spans.back().End() == From;
+      const bool JoinsLast =
+          !FSpans.empty() && !FSpans.back().IsEven() && FSpans.back().End() == From;
       if (Length >= 16 || C[X] == 0) {
-        if (C[X] != 0) Spans.push_back({From, Length, C[X]});
+        if (C[X] != 0) FSpans.push_back({From, Length, C[X]});
       } else if (JoinsLast) {
-        Spans.back().Length += Length;
+        FSpans.back().Length += Length;
       } else {
-        Spans.push_back({From, Length, TCoverSpan::CoversBase + static_cast<std::uint32_t>(X)});
+        FSpans.push_back({From, Length, TCoverSpan::CoversBase + static_cast<std::uint32_t>(X)});
       }
       X = End;
     }
-    if (!Spans.empty()) Sink.Row(Y, Spans, Row.data());
+    if (!FSpans.empty()) Sink.Row(Y, FSpans, FRow.data());
   }
 }
 

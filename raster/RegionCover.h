@@ -8,10 +8,11 @@
 
 namespace qxsvg {
 
+// Keeps its memory for the next region.
 class TRegionCover final : public ISpanSink {
  public:
   // Begins with nothing, or with everything.
-  TRegionCover(const TRect& Box, bool IsInfinite);
+  void Begin(const TRect& Box, bool IsInfinite);
 
   // Rows that come between the two are the step's. Where both cover a pixel in part, a union takes
   // the sum of the areas less their product, an intersection the product, as if the two were
@@ -21,15 +22,16 @@ class TRegionCover final : public ISpanSink {
   void EndStep();
 
   // The rows of the whole.
-  void Emit(ISpanSink& Sink) const;
+  void Emit(ISpanSink& Sink);
 
  private:
   std::uint8_t* RowOf(std::int32_t Y);
   void SkipTo(std::int32_t Y);
 
-  const TRect FBox;
-  const std::size_t FWidth;
+  TRect FBox;
+  std::size_t FWidth = 0;
   std::vector<std::uint8_t> FCovers, FRow;
+  std::vector<TCoverSpan> FSpans;
   TQXGPCombineMode FMode = TQXGPCombineMode::cmUnion;
   std::int32_t FNextRow = 0;
 };
