@@ -69,7 +69,8 @@ QXSVG_AVX2 std::size_t Sweep(const TSweepRow& Row) {
 
 QXSVG_AVX2 void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color) {
   const __m256i V = _mm256_set1_epi32(static_cast<int>(Color));
-  // Lengths are hard to foresee: the end is stored over what is there, without more branches.
+  // Lengths are hard to foresee: the end is stored over what is there, without
+  // more branches.
   std::uint32_t* const End = Target + Count;
   if (Count >= 32) {
     // Stores that cross cache lines cost twice.
@@ -116,7 +117,8 @@ QXSVG_AVX2 void StreamFill(std::uint32_t* Target, std::ptrdiff_t Stride, std::in
   }
 }
 
-// Eight rows of a steep line at a time; see TSteepRows. Each lane is the arithmetic of AddPiece.
+// Eight rows of a steep line at a time; see TSteepRows. Each lane is the
+// arithmetic of AddPiece.
 QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
   const __m256i Step = _mm256_set1_epi32(static_cast<int>(Rows.Step));
   const __m256i Steps = _mm256_mullo_epi32(Step, _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
@@ -199,7 +201,8 @@ QXSVG_AVX2 inline __m256i OverPixels(__m256i Target, __m256i Source) {
       MultiplyWords(_mm256_unpackhi_epi8(Target, Zero), _mm256_shuffle_epi8(Rest, High));
   return _mm256_adds_epu8(Source, _mm256_packus_epi16(TLow, THigh));
 }
-// Eight covers, each four times: for the pixels 0, 1, 4, 5 in the low and 2, 3, 6, 7 in the high.
+// Eight covers, each four times: for the pixels 0, 1, 4, 5 in the low and 2, 3,
+// 6, 7 in the high.
 struct TCoverWords {
   __m256i Low, High;
 };
@@ -244,7 +247,8 @@ QXSVG_AVX2 inline __m256i FirstOf(std::int32_t Count) {
   return _mm256_cmpgt_epi32(_mm256_set1_epi32(Count), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
 }
 
-// Fewer than eight pixels, without touching what lies behind them, which may be another thread's.
+// Fewer than eight pixels, without touching what lies behind them, which may be
+// another thread's.
 QXSVG_AVX2 inline void BlendFew(std::uint32_t* P, std::int32_t Count, TCoverWords Words,
                                 __m256i Color) {
   const __m256i IsFew = FirstOf(Count);
@@ -255,30 +259,8 @@ QXSVG_AVX2 inline void BlendFew(std::uint32_t* P, std::int32_t Count, TCoverWord
                 MultiplyWords(Color, Words.High)));
 }
 
-QXSVG_AVX2 inline void BlendCovers(std::uint32_t* P, std::int32_t Length,
-                                   const std::uint8_t* Covers, std::uint32_t Color) {
-  const __m256i C =
-      _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color)), _mm256_setzero_si256());
-  std::int32_t I = 0;
-  for (; I + 8 <= Length; I += 8) {
-    const TCoverWords Words = CoverWords(Covers + I);
-    Store(P + I, OverWords(Load(P + I), MultiplyWords(C, Words.Low), MultiplyWords(C, Words.High)));
-  }
-  if (I != Length) BlendFew(P + I, Length - I, CoverWords(Covers + I), C);
-}
-
-QXSVG_AVX2 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
-                           const std::uint8_t* Covers, std::uint32_t Color) {
-  for (const TCoverSpan& Span : Spans) {
-    std::uint32_t* P = Target + Span.X;
-    if (!Span.IsEven())
-      BlendCovers(P, Span.Length, Span.Covers(Covers), Color);
-    else
-      BlendOne(P, Span.Length, Color, Span.Cover);
-  }
-}
-
-// Eight pixels; Color is in words. The alpha of an opaque colour's product is the coverage itself.
+// Eight pixels; Color is in words. The alpha of an opaque colour's product is
+// the coverage itself.
 template <bool IsOpaque>
 QXSVG_AVX2 inline void BlendEight(std::uint32_t* P, TCoverWords Words, __m256i Color) {
   const __m256i T = Load(P);
@@ -292,6 +274,37 @@ QXSVG_AVX2 inline void BlendEight(std::uint32_t* P, TCoverWords Words, __m256i C
   Store(P, _mm256_adds_epu8(_mm256_packus_epi16(Low, High), _mm256_packus_epi16(TLow, THigh)));
 }
 
+// Color is in words.
+template <bool IsOpaque>
+QXSVG_AVX2 inline void BlendCovers(std::uint32_t* P, std::int32_t Length,
+                                   const std::uint8_t* Covers, __m256i Color) {
+  std::int32_t I = 0;
+  for (; I + 8 <= Length; I += 8) BlendEight<IsOpaque>(P + I, CoverWords(Covers + I), Color);
+  if (I != Length) BlendFew(P + I, Length - I, CoverWords(Covers + I), Color);
+}
+
+template <bool IsOpaque>
+QXSVG_AVX2 inline void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
+                                  const std::uint8_t* Covers, std::uint32_t Color) {
+  const __m256i C =
+      _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color)), _mm256_setzero_si256());
+  for (const TCoverSpan& Span : Spans) {
+    std::uint32_t* P = Target + Span.X;
+    if (!Span.IsEven())
+      BlendCovers<IsOpaque>(P, Span.Length, Span.Covers(Covers), C);
+    else
+      BlendOne(P, Span.Length, Color, Span.Cover);
+  }
+}
+
+QXSVG_AVX2 void BlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
+                           const std::uint8_t* Covers, std::uint32_t Color) {
+  if (Color >> 24 == 255)
+    BlendColor<true>(Target, Spans, Covers, Color);
+  else
+    BlendColor<false>(Target, Spans, Covers, Color);
+}
+
 // The marks of a block as bits; they are taken back.
 QXSVG_AVX2 inline std::uint32_t TakeMarks(std::uint8_t* Marks) {
   const __m256i Zero = _mm256_setzero_si256();
@@ -300,8 +313,8 @@ QXSVG_AVX2 inline std::uint32_t TakeMarks(std::uint8_t* Marks) {
   return static_cast<std::uint32_t>(Bits);
 }
 
-// Edges of neighbouring rows lie near each other: memory for a row to come is asked for below
-// those of this one.
+// Edges of neighbouring rows lie near each other: memory for a row to come is
+// asked for below those of this one.
 template <bool EvenOdd, bool IsOpaque>
 QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
   std::uint32_t* const P = Color.Pixels + Row.Left;
@@ -360,7 +373,7 @@ QXSVG_AVX2 void BlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
     if (IsFew)
       BlendFew(P, Block.Width, CoverWords(Covers), C);
     else
-      BlendCovers(P, Block.Width, Covers, Color);
+      BlendCovers<false>(P, Block.Width, Covers, C);
     P += Block.Stride;
     Covers += Block.CoverStride;
   }
@@ -371,7 +384,8 @@ QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, 
   const __m256i Zero = _mm256_setzero_si256();
   const __m256i C = _mm256_set1_epi16(static_cast<short>(Cover));
   std::int32_t I = 0;
-  // The product with a full cover is the pixel itself, and nothing shows through opaque ones.
+  // The product with a full cover is the pixel itself, and nothing shows
+  // through opaque ones.
   const __m256i Alphas = _mm256_set1_epi32(static_cast<int>(0xff000000));
   for (; Cover == FullCover && I + 8 <= Count; I += 8) {
     const __m256i S = Load(Source + I);

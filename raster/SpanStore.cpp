@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "raster/Kernels.h"
+#include "raster/Paint.h"
+
 namespace qxsvg {
 
 namespace {
@@ -79,6 +82,12 @@ TRect TSpanStore::FullBox() const {
 
 void TSpanStore::Replay(std::span<const TRow> Rows, const TCoverSpan* Spans,
                         const std::uint8_t* Covers, ISpanSink& Sink) {
+  if (const TColorTarget* const Target = Sink.Target()) {
+    const auto Blend = Kernels().BlendColor;
+    for (const TRow& Row : Rows)
+      Blend(Target->Pixels.Row(Row.Y), {Spans + Row.First, Row.Count}, Covers, Target->Color);
+    return;
+  }
   for (const TRow& Row : Rows) Sink.Row(Row.Y, {Spans + Row.First, Row.Count}, Covers);
 }
 
