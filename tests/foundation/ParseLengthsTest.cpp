@@ -62,22 +62,17 @@ TEST(ParseLengths, TheInheritingFormKnowsNoInfinity) {
 
 TEST(ParseLengths, ObjectsKeepWhatIsWritten) {
   TSVGLength Length(5, false, Pixels);
-  ParseLength(u"2in", Length);
-  EXPECT_EQ(Length.Raw(), 2);
-  EXPECT_EQ(Length.Unit(), TSVGUnit::suInches);
-  // A failure takes the unit and keeps the size.
-  ParseLength(u"xpx", Length);
-  EXPECT_EQ(Length.Raw(), 192);
-  EXPECT_EQ(Length.Unit(), Pixels);
-  ParseLength(u" ", Length);
-  EXPECT_EQ(Length.Raw(), 192);
-  ParseLength(u"-INFINITY", Length);
-  EXPECT_EQ(Length.Raw(), -1e8f);
-  ParseLength(u"30%", Length);
-  EXPECT_TRUE(Length.IsPercent());
-  EXPECT_EQ(Length.Raw(), 30);
-  ParseLength(u"30", Length);
-  EXPECT_FALSE(Length.IsPercent());
+  // One after the other. A failure takes the unit and keeps the size.
+  const std::tuple<StringView, float, TSVGUnit> Cases[] = {
+      {u"2in", 2, TSVGUnit::suInches}, {u"xpx", 192, Pixels}, {u" ", 192, Pixels},
+      {u"-INFINITY", -1e8f, NoUnit},   {u"30%", 30, Percent}, {u"30", 30, NoUnit},
+  };
+  for (const auto& [Text, Raw, Unit] : Cases) {
+    ParseLength(Text, Length);
+    EXPECT_EQ(Length.Raw(), Raw) << ToUtf8(Text);
+    EXPECT_EQ(Length.Unit(), Unit) << ToUtf8(Text);
+    EXPECT_EQ(Length.IsPercent(), Unit == Percent) << ToUtf8(Text);
+  }
 }
 
 TEST(ParsePercent, FloatForms) {

@@ -42,13 +42,8 @@ std::string Describe(TPointF P) {
 // --- Gradients
 
 TEST(Gradient, StopsAreLaidOutByTheSpread) {
-  struct Case {
-    const char* Spread;
-    const char* Stops;
-    Lines Offsets;
-  };
   constexpr char Half[] = "<stop/><stop offset='0.5'/>";
-  const Case Cases[] = {
+  const std::tuple<std::string, std::string, Lines> Cases[] = {
       {"pad", "<stop offset='.25'/><stop offset='75%'/>", {"0.2500", "0.7500"}},
       // Neither sorted nor clamped.
       {"pad", "<stop offset='2'/><stop offset='-1'/>", {"2.0000", "-1.0000"}},
@@ -58,10 +53,10 @@ TEST(Gradient, StopsAreLaidOutByTheSpread) {
       {"pad", "", {}},
       {"repeat", "<title/>", {}},
   };
-  for (const Case& C : Cases) {
-    TDrawing D(std::string("<linearGradient id='g' spreadMethod='") + C.Spread + "'>" + C.Stops +
+  for (const auto& [Spread, Stops, Offsets] : Cases) {
+    TDrawing D("<linearGradient id='g' spreadMethod='" + Spread + "'>" + Stops +
                "</linearGradient>");
-    EXPECT_EQ(OffsetsOf(*GradientOf(D, u"g")), C.Offsets) << C.Spread << " " << C.Stops;
+    EXPECT_EQ(OffsetsOf(*GradientOf(D, u"g")), Offsets) << Spread << " " << Stops;
   }
 }
 
@@ -325,9 +320,7 @@ TEST(ClipPath, IsTheUnionOfItsVisibleChildren) {
   EXPECT_EQ(ClipsOf("<clipPath id='c' clipPathUnits='objectBoundingBox'><polygon points='0 0 2 0 "
                     "2 2'/></clipPath><circle r='9' clip-path='url(#c)'/>"),
             " | M 0,0 L 2,0 L 2,2 Z");
-}
-
-TEST(ClipPath, TakesTheOutlineOfAUseWhereItsTargetLies) {
+  // The outline of a use is taken where its target lies.
   EXPECT_EQ(ClipsOf("<defs><polygon id='t' points='0 0 2 0 2 2'/></defs><clipPath id='c'>"
                     "<use x='7' xlink:href='#t'/></clipPath><circle r='9' clip-path='url(#c)'/>"),
             " | M 0,0 L 2,0 L 2,2 Z");

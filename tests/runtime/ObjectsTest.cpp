@@ -1,10 +1,9 @@
-// Sets, priority lists, bound methods and persistent objects with their property tables.
+// Sets, priority lists and persistent objects with their property tables.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "runtime/EnumSet.h"
 #include "runtime/Exceptions.h"
-#include "runtime/Method.h"
 #include "runtime/Persistent.h"
 #include "runtime/PriorityList.h"
 #include "runtime/StringList.h"
@@ -112,15 +111,6 @@ TEST(Persistent, AssignOfAStrangerNamesBothClasses) {
   EXPECT_THAT([&] { Thing.Assign(&List); }, testing::ThrowsMessage<EConvertError>(testing::StrEq(
                                                 "Cannot assign a TStrings to a TThing")));
   EXPECT_THROW(Thing.Assign(nullptr), EConvertError);
-}
-
-TEST(Method, IsBoundToItsObject) {
-  TThing Thing;
-  const auto Reader = TMethod<float()>::Bind<&TThing::Size>(&Thing);
-  Thing.SetSize(3);
-  EXPECT_EQ(Reader(), 3.0f);
-  EXPECT_TRUE(Reader == TMethod<float()>::Bind<&TThing::Size>(&Thing));
-  EXPECT_FALSE(TNotifyMethod());
 }
 
 }  // namespace

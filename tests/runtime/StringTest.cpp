@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 namespace qxsvg {
 namespace {
 
@@ -44,19 +42,11 @@ TEST(String, LoneSurrogatesBecomeReplacementCharacters) {
 }
 
 TEST(String, ConversionRoundTripsWhatIsValid) {
-  std::mt19937 Random(20240611);
-  for (int Round = 0; Round < 200; ++Round) {
-    String Text;
-    for (unsigned I = Random() % 40; I > 0; --I) {
-      const char32_t Code = Random() % (Round % 2 ? 0x80 : 0x110000);
-      if (Code >= 0xD800 && Code < 0xE000) continue;
-      if (Code >= 0x10000) {
-        Text.push_back(static_cast<char16_t>(0xD800 + ((Code - 0x10000) >> 10)));
-        Text.push_back(static_cast<char16_t>(0xDC00 + (Code & 0x3FF)));
-      } else {
-        Text.push_back(static_cast<char16_t>(Code));
-      }
-    }
+  for (char32_t Code = 0; Code < 0x110000; Code += Code < 0x1000 ? 1 : 61) {
+    if (Code >= 0xD800 && Code < 0xE000) continue;
+    String Text(Code % 19, u'a');
+    if (Code >= 0x10000) Text.push_back(static_cast<char16_t>(0xD7C0 + (Code >> 10)));
+    Text.push_back(static_cast<char16_t>(Code < 0x10000 ? Code : 0xDC00 | (Code & 0x3FF)));
     ASSERT_EQ(FromUtf8(ToUtf8(Text)), Text);
   }
 }

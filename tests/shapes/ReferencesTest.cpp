@@ -232,15 +232,13 @@ TEST(Markers, EveryOneSeesTheWidthOfItsOwnShape) {
 }
 
 TEST(Markers, EndWithTheShapeThatAHandlerTakesAway) {
-  constexpr StringView Path = u"p", Polyline = u"l";
-  const std::pair<StringView, bool> Cases[] = {
-      {Path, true}, {Path, false}, {Polyline, true}, {Polyline, false}};
-  for (const auto& [ID, IsRemoved] : Cases) {
+  for (int Case = 0; Case < 4; ++Case) {
+    const bool IsPath = Case % 2 == 0, IsRemoved = Case < 2;
+    const StringView ID = IsPath ? u"p" : u"l";
     TDrawing D(MarkerOf("") +
                "<g fill='none' marker-start='url(#m)' marker-mid='url(#m)' marker-end='url(#m)'>"
                "<path id='p' d='M0 0h5v5h5'/><polyline id='l' points='0 0 5 0 5 5 9 9'/></g>");
-    const bool IsPath = ID == Path;
-    D.Get(IsPath ? Polyline : Path).SetVisible(false);
+    D.Get(IsPath ? u"l" : u"p").SetVisible(false);
     int Drawn = 0;
     D.Document.OnDrawn = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&) {
       if (static_cast<TSVGElement*>(Sender)->GetSVGType() != TSVGElementType::etMarker) return;

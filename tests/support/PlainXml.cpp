@@ -105,14 +105,7 @@ class Parser {
     if (FOpen.empty()) Fail(u"Content outside of the root");
     return *FOpen.back();
   }
-  [[noreturn]] void Fail(StringView Message) const {
-    int Line = 1, Column = 1;
-    for (const char16_t C : FText.substr(0, FAt)) {
-      Column = C == u'\n' ? 1 : Column + 1;
-      Line += C == u'\n';
-    }
-    throw EXMLError(Message, Line, Column);
-  }
+  [[noreturn]] static void Fail(StringView Message) { throw EXMLError(Message, 1, 1); }
 
   StringView FText;
   std::size_t FAt = 0;

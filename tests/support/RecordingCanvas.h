@@ -101,11 +101,11 @@ class TRecordingCanvas : public TQXGPCanvas {
   }
   void DoClear(TQXGPColor Color) override { Record("clear " + Hex(Color)); }
   void DoFillPath(const TQXPathSource& Source, const TQXGPBrush& Brush, float Opacity) override {
-    Record("fill " + Describe(Brush) + " " + Brief(Opacity) + RuleOf(Source.FillMode) + ": " +
+    Record("fill " + Named(Brush) + " " + Brief(Opacity) + RuleOf(Source.FillMode) + ": " +
            Describe(OnDevice(Source).View()));
   }
   void DoDrawPath(const TQXPathSource& Source, const TQXGPPen& Pen, float Opacity) override {
-    std::string Text = "draw " + DescribePaint(Pen) + " " + Brief(Opacity) + " width " +
+    std::string Text = "draw " + Named(Pen) + " " + Brief(Opacity) + " width " +
                        (Pen.Thickness() < 1e-3f ? "hair" : Brief(Pen.Thickness()));
     if (!Pen.DashPattern().empty()) {
       Text += " dash";
@@ -137,35 +137,33 @@ class TRecordingCanvas : public TQXGPCanvas {
   TQXPathGeometry OnDevice(const TQXPathSource& Source) const {
     return Mapped(Source.Path, QXMatrixMultiply(Source.Matrix, Matrix()));
   }
-  static std::string Describe(const TQXGPGradient* Gradient) {
+  static std::string Named(const TQXGPGradient* Gradient) {
     if (!Gradient) return "gradient";
     std::string Text = Gradient->Style() == TQXGPGradientStyle::gsLinear ? "linear(" : "radial(";
     for (const TQXGPGradientPoint& Point : Gradient->Points().Items())
       Text += (Text.back() == '(' ? "" : " ") + Brief(Point.Offset()) + Hex(Point.Color());
     return Text + ")";
   }
-  static std::string Describe(const TQXGPImage* Image) {
+  static std::string Named(const TQXGPImage* Image) {
     if (!Image) return "bitmap";
     return "bitmap(" + std::to_string(Image->GetWidth()) + "x" +
            std::to_string(Image->GetHeight()) + ")";
   }
-  static std::string Describe(const TQXGPBrush& Brush) {
+  static std::string Named(const TQXGPBrush& Brush) {
     switch (Brush.Kind()) {
-      case TQXGPBrushKind::bkGradient: return Describe(Brush.Gradient());
-      case TQXGPBrushKind::bkBitmap: return Describe(Brush.Bitmap());
+      case TQXGPBrushKind::bkGradient: return Named(Brush.Gradient());
+      case TQXGPBrushKind::bkBitmap: return Named(Brush.Bitmap());
       default: return Hex(Brush.Color());
     }
   }
-  static std::string DescribePaint(const TQXGPPen& Pen) {
+  static std::string Named(const TQXGPPen& Pen) {
     const TQXGPBrush* Brush = Pen.InnerBrush();
     switch (Pen.Kind()) {
-      case TQXGPBrushKind::bkGradient: return Describe(Brush ? Brush->Gradient() : nullptr);
-      case TQXGPBrushKind::bkBitmap: return Describe(Brush ? Brush->Bitmap() : nullptr);
+      case TQXGPBrushKind::bkGradient: return Named(Brush ? Brush->Gradient() : nullptr);
+      case TQXGPBrushKind::bkBitmap: return Named(Brush ? Brush->Bitmap() : nullptr);
       default: return Hex(Pen.Color());
     }
   }
-  static std::string Describe(const TRectF& R) { return test::Describe(R); }
-  static std::string Describe(const TQXPathView& Path) { return test::Describe(Path); }
 
   TRect FBounds;
   std::vector<TRectF> FClips;

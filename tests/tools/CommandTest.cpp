@@ -104,27 +104,23 @@ TEST(Command, InfoForProgramsIsOneJsonText) {
 
 TEST(Command, ValidateGivesALineForEachBadFile) {
   const TScratchFolder Folder;
-  struct Case {
-    std::string_view Text, Shallow, Deep;  // parts of the message, empty for a good file
+  // Parts of the messages, shallow and deep, empty for a good file.
+  const std::pair<std::string_view, std::string> Cases[] = {
+      {"<svg xmlns='http://www.w3.org/2000/svg'/>", ""},
+      {"<x:svg xmlns:x='http://www.w3.org/2000/svg'/>", ""},
+      {"<html/>", "Not a valid SVG"},
+      {"", "line 1, column 1"},
+      {"<svg>\n  <g></svg>", "line 2, column 12"},
+      {"<svg><circle><circle/></circle></svg>", ""},
+      {"<svg><radialGradient><g/></radialGradient></svg>", ""},
   };
-  const Case Cases[] = {
-      {"<svg xmlns='http://www.w3.org/2000/svg'/>", "", ""},
-      {"<x:svg xmlns:x='http://www.w3.org/2000/svg'/>", "", ""},
-      {"<html/>", "Not a valid SVG", "Not a valid SVG"},
-      {"", "line 1, column 1", "line 1, column 1"},
-      {"<svg>\n  <g></svg>", "line 2, column 12", "line 2, column 12"},
-      {"<svg><circle><circle/></circle></svg>", "", ""},
-      {"<svg><radialGradient><g/></radialGradient></svg>", "", ""},
-  };
-  std::string Names;
-  for (const Case& C : Cases) {
-    const std::string Name = Folder.Add("case.svg", C.Text);
+  for (const auto& [Text, Expected] : Cases) {
+    const std::string Name = Folder.Add("case.svg", Text);
     for (const bool Deep : {false, true}) {
       const TRunResult Told = RunQxsvg((Deep ? "validate --deep " : "validate ") + Quoted(Name));
-      const std::string Expected(Deep ? C.Deep : C.Shallow);
-      EXPECT_EQ(Told.Status, Expected.empty() ? 0 : 1) << C.Text << "\n" << Told.Errors;
+      EXPECT_EQ(Told.Status, Expected.empty() ? 0 : 1) << Text << "\n" << Told.Errors;
       EXPECT_EQ(LineCount(Told.Errors), Expected.empty() ? 0u : 1u) << Told.Errors;
-      EXPECT_TRUE(Has(Told.Errors, Expected)) << C.Text << "\n" << Told.Errors;
+      EXPECT_TRUE(Has(Told.Errors, Expected)) << Text << "\n" << Told.Errors;
       EXPECT_EQ(Told.Output, "");
     }
   }

@@ -13,12 +13,10 @@ namespace {
 
 using namespace test;
 
-void Decode(const std::string& Bytes, TQXGPBitmap& Picture) {
-  Services().Images.Get()->Decode(BytesOf(Bytes), Picture);
-}
-
-std::uint32_t PixelAt(const TQXGPBitmap& Picture, std::int32_t X, std::int32_t Y) {
-  return Picture.GetPixels().Row(Y)[X];
+void Render(const std::string& Options, std::string_view Drawing, TQXGPBitmap& Picture) {
+  const TRunResult Drawn = RunQxsvg("render - " + Options, Drawing);
+  ASSERT_EQ(Drawn.Status, 0) << Options << Drawn.Errors;
+  Services().Images.Get()->Decode(BytesOf(Drawn.Output), Picture);
 }
 
 constexpr std::string_view Sample =
@@ -60,28 +58,22 @@ TEST(Render, SizesFollowTheOptions) {
        10, 10},
   };
   for (const auto& [Options, Drawing, Width, Height] : Cases) {
-    const TRunResult Drawn = RunQxsvg("render - " + Options, Drawing);
-    ASSERT_EQ(Drawn.Status, 0) << Options << Drawn.Errors;
     TQXGPBitmap Picture;
-    Decode(Drawn.Output, Picture);
+    Render(Options, Drawing, Picture);
     EXPECT_EQ(Picture.GetWidth(), Width) << Options << Drawing;
     EXPECT_EQ(Picture.GetHeight(), Height) << Options << Drawing;
   }
 }
 
 TEST(Render, OptionsReachThePicture) {
-  struct Case {
-    std::string Options;
-    std::string_view Drawing;
-    std::uint32_t Pixel;  // in the middle
-  };
   const TScratchFolder Folder;
   const std::string Rules = Folder.Add("rules.css", "rect { fill: blue }");
   const std::string Marked = Folder.Add("marked.css", "\xef\xbb\xbfrect { fill: blue }");
   const std::string Wide =
       Folder.Add("wide.css", std::string("\xff\xfe*\0{\0f\0i\0l\0l\0:\0r\0e\0d\0}\0", 24));
   constexpr std::string_view Rect = "<svg width='8' height='8'><rect width='8' height='8'/></svg>";
-  const Case Cases[] = {
+  // The pixel in the middle.
+  const std::tuple<std::string, std::string_view, std::uint32_t> Cases[] = {
       {"", "<svg width='8' height='8'/>", 0},
       {"-b transparent", "<svg width='8' height='8'/>", 0},
       {"-b '#102030'", "<svg width='8' height='8'/>", 0xFF102030},
@@ -102,13 +94,11 @@ TEST(Render, OptionsReachThePicture) {
       {"-f jpeg -q 100 -b white", "<svg width='8' height='8'/>", 0xFFFFFFFF},
       {"-f webp -b white", "<svg width='8' height='8'/>", 0xFFFFFFFF},
   };
-  for (const Case& C : Cases) {
-    const TRunResult Drawn = RunQxsvg("render - " + C.Options, C.Drawing);
-    ASSERT_EQ(Drawn.Status, 0) << C.Options << Drawn.Errors;
+  for (const auto& [Options, Drawing, Pixel] : Cases) {
     TQXGPBitmap Picture;
-    Decode(Drawn.Output, Picture);
-    EXPECT_EQ(PixelAt(Picture, Picture.GetWidth() / 2, Picture.GetHeight() / 2), C.Pixel)
-        << C.Options << C.Drawing;
+    Render(Options, Drawing, Picture);
+    EXPECT_EQ(Picture.GetPixels().Row(Picture.GetHeight() / 2)[Picture.GetWidth() / 2], Pixel)
+        << Options << Drawing;
   }
 }
 
