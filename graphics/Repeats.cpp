@@ -122,7 +122,8 @@ TMatrix TSVGRepeats::TMove::Then(const TMatrix& M) const {
   return Result;
 }
 
-void TSVGRepeats::Play(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas& Canvas) {
+template <class Painting>
+bool TSVGRepeats::ForEachShape(TProgram& Program, const TMatrix& Matrix, const Painting& Paint) {
   TMatrix M = Matrix;
   for (const TStep& Step : Program.Steps) {
     switch (Step.Kind) {
@@ -134,18 +135,75 @@ void TSVGRepeats::Play(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas& Ca
         M = FStack.back();
         FStack.pop_back();
         break;
-      case TStep::Paint: Paint(Program.Shapes[Step.Index], M, Canvas); break;
-      case TStep::Play: Play(*Program.Parts[Step.Index], M, Canvas); break;
+      case TStep::Paint:
+        if (!Paint(Program.Shapes[Step.Index], M)) return false;
+        break;
+      case TStep::Play:
+        if (!ForEachShape(*Program.Parts[Step.Index], M, Paint)) return false;
+        break;
     }
   }
+  return true;
+}
+
+void TSVGRepeats::Play(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas& Canvas) {
+  if (IsPlaced(Program, Matrix)) return Canvas.DrawStamps(Program.Placed);
+  FStack.clear();
+  ForEachShape(Program, Matrix, [&](TShape& Shape, const TMatrix& M) {
+    Paint(Shape, M, Canvas);
+    return true;
+  });
+}
+
+TQXCoverageStamps* TSVGRepeats::StampsOf(TShape& Shape) {
+  if (!Shape.Kept) Shape.Kept = Shape.Element->KeptCoverage();
+  return Shape.Kept ? &Shape.Kept->StampsForWriting() : nullptr;
+}
+
+bool TSVGRepeats::IsPlaced(const TProgram& Program, const TMatrix& Matrix) {
+  return !Program.Placed.empty() && Program.PlacedUnder == Matrix &&
+         std::all_of(Program.Serials.begin(), Program.Serials.end(),
+                     [](const auto& Known) { return Known.first->Serial() == Known.second; });
+}
+
+void TSVGRepeats::PlaceAll(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas& Canvas) {
+  auto& Placed = Program.Placed;
+  FBytes -= Placed.capacity() * sizeof(TQXPlacedStamp);
+  Placed = {};
+  std::unordered_map<const TQXCoverageStamps*, std::uint32_t> Serials;
+  FStack.clear();
+  const bool IsDone = ForEachShape(Program, Matrix, [&](TShape& Shape, const TMatrix& M) {
+    const TQXCoverageStamps* const Stamps = StampsOf(Shape);
+    if (!Stamps) return false;
+    Serials[Stamps] = Stamps->Serial();
+    for (const std::optional<TPaint>* By : {&Shape.Fill, &Shape.Stroke}) {
+      if (!*By) continue;
+      TQXPlacedStamp Next;
+      if (!(*By)->Stamp || !Canvas.PlaceStamp(*Stamps, *(*By)->Stamp, {M.m31, M.m32}, (*By)->Color,
+                                              (*By)->Opacity, Next))
+        return false;
+      if (Next.Stamp.Width != 0 && Next.Color != 0) Placed.push_back(Next);
+    }
+    // A vector grows by doubling.
+    return FBytes + 2 * Placed.size() * sizeof(TQXPlacedStamp) < Limits::RepeatBytes;
+  });
+  if (!IsDone) Placed = {};
+  Placed.shrink_to_fit();
+  FBytes += Placed.capacity() * sizeof(TQXPlacedStamp);
+  Program.Serials.assign(Serials.begin(), Serials.end());
+  Program.PlacedUnder = Matrix;
 }
 
 void TSVGRepeats::Paint(TShape& Shape, const TMatrix& Matrix, TQXGPCanvas& Canvas) {
-  if (!Shape.Kept) Shape.Kept = Shape.Element->KeptCoverage();
-  TQXCoverageStamps* const Stamps = Shape.Kept ? &Shape.Kept->StampsForWriting() : nullptr;
+  TQXCoverageStamps* const Stamps = StampsOf(Shape);
   const auto IsStamped = [&](const TPaint& By) {
-    return Stamps && By.Stamp &&
-           Canvas.DrawStamp(*Stamps, *By.Stamp, {Matrix.m31, Matrix.m32}, By.Color, By.Opacity);
+    TQXPlacedStamp Placed;
+    if (!Stamps || !By.Stamp ||
+        !Canvas.PlaceStamp(*Stamps, *By.Stamp, {Matrix.m31, Matrix.m32}, By.Color, By.Opacity,
+                           Placed))
+      return false;
+    Canvas.DrawStamps({&Placed, 1});
+    return true;
   };
   TQXPathSource Source{Shape.View, Shape.Mode, Matrix};
   Source.IsRepeated = true;
@@ -250,6 +308,8 @@ TSVGRepeats::TAttempt::TAttempt(TSVGGraphicElement& User, TSVGGraphicElement& Ta
   bool IsNew = false;
   TEntry* const Entry = FRepeats->EntryFor(FKey, Drawing, IsNew);
   if (!Entry || Entry->IsVoid) return;
+  IsInPlace = !IsNew && !FOuter && Entry->Under == Matrix;
+  Entry->Under = Matrix;
   if (Entry->Program) {
     // What is above User would come to stand above itself.
     const auto IsDrawn = [](const TElement* E) { return E->FScope != nullptr; };
@@ -285,6 +345,7 @@ void TSVGRepeats::TAttempt::Play() {
   // The walk lends each target and takes it back, which drops its caches.
   for (TElement* Target : FFound->Targets) TScope::ResetLent(*Target);
   FRepeats->Play(*FFound, FMatrix, FCanvas);
+  if (IsInPlace && FFound->PlacedUnder != FMatrix) FRepeats->PlaceAll(*FFound, FMatrix, FCanvas);
   Tell(*FFound);
 }
 
@@ -302,6 +363,7 @@ void TSVGRepeats::TAttempt::Done(const TSVGRepeatedExtent& Own) {
   Program.Extent.Depth += Own.Depth;
   Program.Targets.push_back(&FTarget);
   FRepeats->FBytes += Program.Bytes();
+  if (IsInPlace) FRepeats->PlaceAll(Program, FMatrix, FCanvas);
   Tell(Program);
 }
 

@@ -96,19 +96,33 @@ class TSVGRepeats {
     // What the walk would have borrowed, each once.
     std::vector<TElement*> Targets;
     TSVGRepeatedExtent Extent;
+    // All that it paints under one matrix, with the serials of what the stamps are from. Made for
+    // what is drawn at the same place again, and only where there is nothing but stamps.
+    std::vector<TQXPlacedStamp> Placed;
+    std::vector<std::pair<const TQXCoverageStamps*, std::uint32_t>> Serials;
+    TMatrix PlacedUnder;
     std::size_t Bytes() const;
   };
   // Without a program where it was drawn but once, or could not be recorded.
   struct TEntry {
     std::unique_ptr<TProgram> Program;
     bool IsVoid = false;
+    // The matrix that it was last drawn under.
+    TMatrix Under;
   };
 
   // False where the drawing did not come straight down to User.
   static bool MakeKey(TElement& User, const TElement& Target, const TMatrix& Matrix, TKey& Key);
   // Null where there is no room.
   TEntry* EntryFor(const TKey& Key, std::uint64_t Drawing, bool& IsNew);
+  // Calls Paint with each shape and its matrix, until it gives false.
+  template <class Painting>
+  bool ForEachShape(TProgram& Program, const TMatrix& Matrix, const Painting& Paint);
   void Play(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas& Canvas);
+  void PlaceAll(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas& Canvas);
+  // Null where it was not drawn before.
+  static TQXCoverageStamps* StampsOf(TShape& Shape);
+  static bool IsPlaced(const TProgram& Program, const TMatrix& Matrix);
   static void Paint(TShape& Shape, const TMatrix& Matrix, TQXGPCanvas& Canvas);
 
   std::unordered_map<TKey, TEntry, THash> FEntries;
@@ -194,6 +208,8 @@ class TSVGRepeats::TAttempt {
   const TMatrix &FShift, &FMatrix;
   TKey FKey;
   TProgram* FFound = nullptr;
+  // As the time before.
+  bool IsInPlace = false;
   TSVGRecording* const FOuter;
   std::optional<TSVGRecording> FRecording;
   bool FIsOver = false;

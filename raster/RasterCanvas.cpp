@@ -183,7 +183,7 @@ bool TQXRasterCanvas::CoverStamped(const TQXPathSource& Source, const TQXCoverag
   Place.Key.Stroke = Key.Stroke;
   const auto Replay = [&](const TQXStamp& Stamp, const std::uint8_t* Bytes) {
     Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
-      TStampSink::Replay(Stamp, Bytes, Place.X, Place.Y, Clip, Next);
+      TStampSink::Replay(Stamp, Bytes, Place.X + Stamp.Left, Place.Y + Stamp.Top, Clip, Next);
     });
   };
   if (Source.Stamps)
@@ -220,20 +220,37 @@ std::optional<TQXStampKey> TQXRasterCanvas::StampKey(const TQXPathSource& Source
   return Key;
 }
 
-bool TQXRasterCanvas::DrawStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key,
-                                TPointF Shift, TQXGPColor Color, float Opacity) {
+bool TQXRasterCanvas::PlaceStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key,
+                                 TPointF Shift, TQXGPColor Color, float Opacity,
+                                 TQXPlacedStamp& Placed) {
   TStampPlace Place;
   Place.Key = Key;
   if (!Place.Put(Shift)) return false;
   const TQXStamp* const Stamp = Stamps.Find(Place.Key);
   if (!Stamp) return false;
-  if (!(Opacity > 0)) return true;
-  PaintColor(Color, std::min(Opacity, 1.0f), [&](ISpanSink& Sink) {
-    Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
-      TStampSink::Replay(*Stamp, Stamps.Bytes(*Stamp), Place.X, Place.Y, Clip, Next);
-    });
-  });
+  const std::uint32_t Pixel = Opacity > 0 ? PaintedColor(Color, std::min(Opacity, 1.0f)) : 0;
+  Placed = {&Stamps, *Stamp, Place.X + Stamp->Left, Place.Y + Stamp->Top, Pixel};
   return true;
+}
+
+void TQXRasterCanvas::DrawStamps(std::span<const TQXPlacedStamp> Placed) {
+  const TRect Clip = FClip.Box();
+  const TKernels& K = Kernels();
+  for (const TQXPlacedStamp& P : Placed) {
+    if (P.Color == 0) continue;
+    const std::uint8_t* const Bytes = P.Stamps->Bytes(P.Stamp);
+    const std::int32_t Width = P.Stamp.Width, Height = P.Stamp.Height;
+    const bool IsWhole = !FClip.Mask() && P.X >= Clip.Left && P.X + Width <= Clip.Right &&
+                         P.Y >= Clip.Top && P.Y + Height <= Clip.Bottom;
+    if (IsWhole) {
+      K.BlendBlock({FPixels.Row(P.Y) + P.X, FPixels.Stride, Bytes, Width, Width, Height}, P.Color);
+      continue;
+    }
+    TColorSink Sink(FPixels, P.Color);
+    Cover(Sink, [&](const TRect& Part, ISpanSink& Next) {
+      TStampSink::Replay(P.Stamp, Bytes, P.X, P.Y, Part, Next);
+    });
+  }
 }
 
 template <class Drawing>

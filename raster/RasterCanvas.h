@@ -27,8 +27,9 @@ class QXSVG_API TQXRasterCanvas final : public TQXGPCanvas {
   bool IsVisible(TPointF DevicePoint) const override;
   bool HasStamps() const override { return true; }
   std::optional<TQXStampKey> StampKey(const TQXPathSource& Source, const TQXGPPen* Pen) override;
-  bool DrawStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key, TPointF Shift,
-                 TQXGPColor Color, float Opacity) override;
+  bool PlaceStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key, TPointF Shift,
+                  TQXGPColor Color, float Opacity, TQXPlacedStamp& Placed) override;
+  void DrawStamps(std::span<const TQXPlacedStamp> Placed) override;
 
  protected:
   void DoSaveState() override;

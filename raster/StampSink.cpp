@@ -5,6 +5,8 @@
 #include <cstring>
 
 #include "graphics/surface/Flatten.h"
+#include "raster/Kernels.h"
+#include "raster/Paint.h"
 
 namespace qxsvg {
 
@@ -120,16 +122,23 @@ void TStampSink::CopyTo(const TQXStamp& Part, std::uint8_t* Bytes) const {
                 FBytes.data() + std::ptrdiff_t{FTop + Y} * Side + FLeft, Part.Width);
 }
 
-void TStampSink::Replay(const TQXStamp& Stamp, const std::uint8_t* Bytes, std::int32_t X,
-                        std::int32_t Y, const TRect& Clip, ISpanSink& Sink) {
-  const std::int32_t Left = X + Stamp.Left, Top = Y + Stamp.Top;
+void TStampSink::Replay(const TQXStamp& Stamp, const std::uint8_t* Bytes, std::int32_t Left,
+                        std::int32_t Top, const TRect& Clip, ISpanSink& Sink) {
   const std::int32_t From = std::max(Left, Clip.Left);
   const std::int32_t To = std::min(Left + Stamp.Width, Clip.Right);
-  if (From >= To) return;
-  const TCoverSpan Span{From, To - From, TCoverSpan::CoversBase};
+  const std::int32_t Begin = std::max(Top, Clip.Top);
   const std::int32_t End = std::min(Top + Stamp.Height, Clip.Bottom);
-  for (std::int32_t Line = std::max(Top, Clip.Top); Line < End; ++Line)
-    Sink.Row(Line, {&Span, 1}, Bytes + std::ptrdiff_t{Line - Top} * Stamp.Width + (From - Left));
+  if (From >= To || Begin >= End) return;
+  const std::uint8_t* Covers = Bytes + std::ptrdiff_t{Begin - Top} * Stamp.Width + (From - Left);
+  if (const TColorTarget* const Target = Sink.Target()) {
+    const TQXPixels& Pixels = Target->Pixels;
+    return Kernels().BlendBlock(
+        {Pixels.Row(Begin) + From, Pixels.Stride, Covers, Stamp.Width, To - From, End - Begin},
+        Target->Color);
+  }
+  const TCoverSpan Span{From, To - From, TCoverSpan::CoversBase};
+  for (std::int32_t Line = Begin; Line < End; ++Line, Covers += Stamp.Width)
+    Sink.Row(Line, {&Span, 1}, Covers);
 }
 
 }  // namespace qxsvg

@@ -288,10 +288,12 @@ std::optional<TQXStampKey> TQXGPCanvas::StampKey(const TQXPathSource&, const TQX
   return std::nullopt;
 }
 
-bool TQXGPCanvas::DrawStamp(const TQXCoverageStamps&, const TQXStampKey&, TPointF, TQXGPColor,
-                            float) {
+bool TQXGPCanvas::PlaceStamp(const TQXCoverageStamps&, const TQXStampKey&, TPointF, TQXGPColor,
+                             float, TQXPlacedStamp&) {
   return false;
 }
+
+void TQXGPCanvas::DrawStamps(std::span<const TQXPlacedStamp>) {}
 
 void TQXGPCanvas::Diagnose(TQXDiagnostic Kind, StringView Text) const {
   if (FOnDiagnostic) FOnDiagnostic(Kind, Text);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "graphics/surface/Bitmap.h"
@@ -151,10 +152,12 @@ class QXSVG_API TQXGPCanvas {
   // What finds the stamps of Source under the matrix that it has, wherever that shifts it: those of
   // a stroke with Pen, or of a fill for null. None for what is not drawn by stamps.
   virtual std::optional<TQXStampKey> StampKey(const TQXPathSource& Source, const TQXGPPen* Pen);
-  // Draws the stamp of that key at the shift of a matrix in one colour. False, with nothing drawn,
-  // where there is none.
-  virtual bool DrawStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key, TPointF Shift,
-                         TQXGPColor Color, float Opacity);
+  // Finds the stamp of that key for the shift of a matrix, in one colour; false where there is
+  // none.
+  virtual bool PlaceStamp(const TQXCoverageStamps& Stamps, const TQXStampKey& Key, TPointF Shift,
+                          TQXGPColor Color, float Opacity, TQXPlacedStamp& Placed);
+  // Draws what this canvas or one like it placed, in that order.
+  virtual void DrawStamps(std::span<const TQXPlacedStamp> Placed);
 
   const TQXCanvasQuality& Quality() const { return FQuality; }
   void SetQuality(const TQXCanvasQuality& Value) { FQuality = Value; }

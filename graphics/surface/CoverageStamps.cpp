@@ -85,6 +85,7 @@ void TQXCoverageStamps::Clear() {
   FBudget->GiveBack(FTaken);
   FTaken = 0;
   FRefused = 0;
+  ++FSerial;
 }
 
 }  // namespace qxsvg

@@ -52,6 +52,8 @@ class QXSVG_API TQXCoverageStamps {
   // Keeps a stamp that is not there yet and gives its bytes, all 0, to be filled in. Null where the
   // memory allows no more; what is kept already is given up once too much else was asked for.
   std::uint8_t* Add(const TQXStampKey& Key, TQXStamp Stamp);
+  // Another number when stamps that were found before are void.
+  std::uint32_t Serial() const { return FSerial; }
 
  private:
   struct TEntry {
@@ -68,7 +70,15 @@ class QXSVG_API TQXCoverageStamps {
   std::vector<TEntry> FEntries;
   std::vector<std::uint8_t> FBytes;
   std::size_t FTaken = 0;
-  std::uint32_t FRefused = 0;
+  std::uint32_t FRefused = 0, FSerial = 0;
+};
+
+// A stamp of Stamps with its left top at a pixel, and the premultiplied colour that it gets there.
+struct TQXPlacedStamp {
+  const TQXCoverageStamps* Stamps;
+  TQXStamp Stamp;
+  std::int32_t X, Y;
+  std::uint32_t Color;
 };
 
 }  // namespace qxsvg

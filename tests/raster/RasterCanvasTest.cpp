@@ -153,27 +153,46 @@ TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
   }
 }
 
-// Without a cache beside them, too.
+// Without a cache beside them, too, and by whatever kernels.
 TEST(TRasterCanvasTest, StampsAreDrawnLikeWhatIsNotKept) {
   TQXCoverageBudget Budget(1 << 20);
-  for (std::uint32_t Seed = 1; Seed <= 20; ++Seed) {
+  constexpr TSimdLevel Levels[] = {TSimdLevel::Plain, TSimdLevel::SSE41, TSimdLevel::AVX2};
+  for (std::uint32_t Seed = 1; Seed <= 30; ++Seed) {
     TRandom Random(Seed);
-    const TQXPathGeometry Path = RandomPath(Random, 40, true);
+    const TQXPathGeometry Path = RandomPath(Random, Seed % 2 ? 40 : 7, true);
     TQXCoverageStamps Stamps(Budget);
-    TTestSurface Fresh(Side, Side), Kept(Side, Side);
+    TTestSurface Fresh(Side, Side), Kept(Side, Side), Placed(Side, Side);
     SetRandomPen(Random, Fresh.Canvas.Pen());
-    Kept.Canvas.SetPen(Fresh.Canvas.Pen());
-    for (const float X : {3.3f, 60.3f, -20.7f, 33.0f, 40000.0f})
-      for (const bool IsKept : {false, true}) {
-        TQXPathSource Source{Path.View(), static_cast<TQXGPFillMode>(Seed % 2),
-                             CreateTranslateQXMatrix(X, 70.1f)};
-        Source.IsRepeated = true;
-        if (IsKept) Source.Stamps = &Stamps;
-        TQXGPCanvas& Canvas = (IsKept ? Kept : Fresh).Canvas;
-        Canvas.FillPath(Source, 1);
-        Canvas.DrawPath(Source, 1);
+    for (const float X : {3.3f, 60.3f, -20.7f, 33.0f, 40000.0f}) {
+      TQXPathSource Source{Path.View(), static_cast<TQXGPFillMode>(Seed % 2),
+                           CreateTranslateQXMatrix(X, 70.1f)};
+      Source.IsRepeated = true;
+      for (TTestSurface* To : {&Fresh, &Kept}) {
+        SetSimdLevel(To == &Kept ? Levels[Seed % 3] : TSimdLevel::Plain);
+        if (To == &Kept) Source.Stamps = &Stamps;
+        To->Canvas.SetPen(Fresh.Canvas.Pen());
+        To->Canvas.FillPath(Source, 0.7f);
+        To->Canvas.DrawPath(Source, 1);
       }
+      TQXRasterCanvas& Canvas = Placed.Canvas;
+      Canvas.SetPen(Fresh.Canvas.Pen());
+      for (const bool Strokes : {false, true}) {
+        const TQXGPPen* const Pen = Strokes ? &Fresh.Canvas.Pen() : nullptr;
+        const auto Key = Canvas.StampKey(Source, Pen);
+        const TQXGPColor Color = Pen ? Pen->Color() : Canvas.Brush().Color();
+        const float Opacity = Pen ? 1 : 0.7f;
+        TQXPlacedStamp One;
+        if (Key && Canvas.PlaceStamp(Stamps, *Key, QXPoint(X, 70.1f), Color, Opacity, One))
+          Canvas.DrawStamps({&One, 1});
+        else if (Pen)
+          Canvas.DrawPath(Source, Opacity);
+        else
+          Canvas.FillPath(Source, Opacity);
+      }
+    }
+    Restore();
     ASSERT_EQ(Difference(Fresh.Bitmap, Kept.Bitmap), "") << "seed " << Seed;
+    ASSERT_EQ(Difference(Fresh.Bitmap, Placed.Bitmap), "") << "seed " << Seed;
   }
 }
 
