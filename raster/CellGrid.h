@@ -50,6 +50,7 @@ class TCellGrid final : public ILineConsumer {
   }
   std::int32_t* Cells(std::int32_t Row) { return FCells.get() + (Row - FBandTop) * FStride; }
   std::uint8_t* Marks(std::int32_t Row) { return FMarks.get() + (Row - FBandTop) * FMarkStride; }
+  std::ptrdiff_t Stride() const { return FStride; }
   std::ptrdiff_t MarkStride() const { return FMarkStride; }
   // Zeroes what lines have left, for a drawing that is given up.
   void Abandon();

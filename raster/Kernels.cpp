@@ -221,9 +221,14 @@ void PlainAddSteepRows(const TSteepRows& Rows) {
 namespace {
 
 template <bool EvenOdd>
-void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
-  const std::size_t Count = Sweep<EvenOdd>(Row);
-  PlainBlendColor(Color.Pixels, {Row.Spans, Count}, Row.Covers, Color.Color);
+void SweepColor(const TSweepRow& First, const TColorRows& Rows) {
+  TSweepRow Row = First;
+  for (std::int32_t I = 0; I < Rows.Count; ++I) {
+    const std::size_t Count = Sweep<EvenOdd>(Row);
+    PlainBlendColor(Rows.Pixels + I * Rows.Stride, {Row.Spans, Count}, Row.Covers, Rows.Color);
+    Row.Cells += Rows.CellStride;
+    Row.Marks += Rows.MarkStride;
+  }
 }
 
 }  // namespace

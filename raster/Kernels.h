@@ -24,11 +24,12 @@ struct TSweepRow {
   TCoverSpan* Spans = nullptr;
 };
 
-// A row of pixels, from pixel 0 on, and what is blended over it. Ahead is the way to a row that
-// will come soon.
-struct TColorRow {
+// Rows of pixels, the first from pixel 0 on, and what is blended over them; the ways from row to
+// row of pixels, cells and marks.
+struct TColorRows {
   std::uint32_t* Pixels;
-  std::ptrdiff_t Ahead;
+  std::ptrdiff_t Stride, CellStride, MarkStride;
+  std::int32_t Count;
   std::uint32_t Color;
 };
 
@@ -119,10 +120,11 @@ struct TKernels {
   std::size_t (*SweepNonZero)(const TSweepRow& Row);
   std::size_t (*SweepEvenOdd)(const TSweepRow& Row);
 
-  // The same, and blends one premultiplied colour with that coverage: what both kernels do without
-  // the spans between them. The row's covers and spans may be written to.
-  void (*SweepColorNonZero)(const TSweepRow& Row, const TColorRow& Color);
-  void (*SweepColorEvenOdd)(const TSweepRow& Row, const TColorRow& Color);
+  // The same for some rows, of which Row is the first, and blends one premultiplied colour with
+  // that coverage: what both kernels do without the spans between them. The row's covers and spans
+  // may be written to.
+  void (*SweepColorNonZero)(const TSweepRow& Row, const TColorRows& Rows);
+  void (*SweepColorEvenOdd)(const TSweepRow& Row, const TColorRows& Rows);
   // Every pixel becomes Color.
   void (*Fill)(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color);
   // The same for a block of rows, and for a copy, past the caches: for what is so large that it

@@ -233,9 +233,9 @@ QXSVG_AVX2 inline void BlendEven(std::uint32_t* P, std::int32_t Length, std::uin
   for (; I < Length; ++I) P[I] = OverPixel(P[I], Source);
 }
 
-// One coverage for all pixels.
-QXSVG_AVX2 inline void BlendOne(std::uint32_t* P, std::int32_t Length, std::uint32_t Color,
-                                std::uint32_t Cover) {
+// One coverage for all pixels. Not inline: the loops around need all registers.
+[[gnu::noinline]] QXSVG_AVX2 void BlendOne(std::uint32_t* P, std::int32_t Length,
+                                           std::uint32_t Color, std::uint32_t Cover) {
   if (Cover == FullCover && Color >> 24 == 255)
     Fill(P, Length, Color);
   else
@@ -313,53 +313,63 @@ QXSVG_AVX2 inline std::uint32_t TakeMarks(std::uint8_t* Marks) {
   return static_cast<std::uint32_t>(Bits);
 }
 
-// Edges of neighbouring rows lie near each other: memory for a row to come is
-// asked for below those of this one.
+// Edges of neighbouring rows lie near each other: memory for a row to come is asked for below
+// those of this one.
 template <bool EvenOdd, bool IsOpaque>
-QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
-  std::uint32_t* const P = Color.Pixels + Row.Left;
-  const auto Soon = reinterpret_cast<std::uintptr_t>(P) +
-                    static_cast<std::uintptr_t>(Color.Ahead) * sizeof(std::uint32_t);
+QXSVG_AVX2 inline void SweepColor(const TSweepRow& Row, const TColorRows& Rows) {
+  constexpr std::ptrdiff_t Ahead = 4 * sizeof(std::uint32_t);
   const __m256i Zero = _mm256_setzero_si256(), Last = _mm256_set1_epi32(7);
-  const __m256i C = _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color.Color)), Zero);
-  // The pixels from Done on have this coverage, up to the next group.
-  std::uint32_t Cover = 0;
-  std::int32_t Done = 0;
-  __m256i Sum = Zero;
-  for (std::ptrdiff_t Block = 0; Block < Row.MarkCount; Block += 2 * MarkBlock) {
-    std::uint64_t Bits = TakeMarks(Row.Marks + Block);
-    if (Block + MarkBlock < Row.MarkCount)
-      Bits |= std::uint64_t{TakeMarks(Row.Marks + Block + MarkBlock)} << MarkBlock;
-    for (; Bits != 0; Bits &= Bits - 1) {
-      const std::int32_t Group =
-          static_cast<std::int32_t>(Block) + static_cast<std::int32_t>(_tzcnt_u64(Bits));
-      const std::int32_t X = Group * GroupCells;
-      const __m256i Sums = _mm256_add_epi32(RunningSums(Load(Row.Cells + X)), Sum);
-      Store(Row.Cells + X, Zero);
-      Sum = _mm256_permutevar8x32_epi32(Sums, Last);
-      const __m256i Covers = CoversOf<EvenOdd>(Sums);
-      if (Cover != 0 && X != Done)
-        BlendOne(P + Done, std::min(X, Row.Width) - Done, Color.Color, Cover);
-      Cover = static_cast<std::uint32_t>(_mm256_extract_epi32(Covers, 7));
-      Done = X + GroupCells;
-      if (Done <= Row.Width) {
-        __builtin_prefetch(reinterpret_cast<const void*>(Soon + static_cast<std::size_t>(X) * 4),
-                           1);
-        BlendEight<IsOpaque>(P + X, CoverWords(Covers), C);
-      } else {
-        BlendFew(P + X, Row.Width - X, CoverWords(Covers), C);
+  const std::uint32_t Color = Rows.Color;
+  const __m256i C = _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color)), Zero);
+  const std::int32_t Width = Row.Width;
+  const std::ptrdiff_t MarkCount = Row.MarkCount;
+  std::uint32_t* P = Rows.Pixels + Row.Left;
+  std::int32_t* Cells = Row.Cells;
+  std::uint8_t* Marks = Row.Marks;
+  for (std::int32_t I = 0; I < Rows.Count; ++I) {
+    const auto Soon =
+        reinterpret_cast<std::uintptr_t>(P) + static_cast<std::uintptr_t>(Rows.Stride * Ahead);
+    // The pixels from Done on have this coverage, up to the next group.
+    std::uint32_t Cover = 0;
+    std::int32_t Done = 0;
+    __m256i Sum = Zero;
+    for (std::ptrdiff_t Block = 0; Block < MarkCount; Block += 2 * MarkBlock) {
+      std::uint64_t Bits = TakeMarks(Marks + Block);
+      if (Block + MarkBlock < MarkCount)
+        Bits |= std::uint64_t{TakeMarks(Marks + Block + MarkBlock)} << MarkBlock;
+      for (; Bits != 0; Bits &= Bits - 1) {
+        const std::int32_t Group =
+            static_cast<std::int32_t>(Block) + static_cast<std::int32_t>(_tzcnt_u64(Bits));
+        const std::int32_t X = Group * GroupCells;
+        const __m256i Sums = _mm256_add_epi32(RunningSums(Load(Cells + X)), Sum);
+        Store(Cells + X, Zero);
+        Sum = _mm256_permutevar8x32_epi32(Sums, Last);
+        const __m256i Covers = CoversOf<EvenOdd>(Sums);
+        if (Cover != 0 && X != Done) BlendOne(P + Done, std::min(X, Width) - Done, Color, Cover);
+        Cover = static_cast<std::uint32_t>(_mm256_extract_epi32(Covers, 7));
+        Done = X + GroupCells;
+        if (Done <= Width) {
+          const auto Below = Soon + static_cast<std::size_t>(X) * sizeof(std::uint32_t);
+          __builtin_prefetch(reinterpret_cast<const void*>(Below), 1);
+          BlendEight<IsOpaque>(P + X, CoverWords(Covers), C);
+        } else {
+          BlendFew(P + X, Width - X, CoverWords(Covers), C);
+        }
       }
     }
+    if (Cover != 0 && Done < Width) BlendOne(P + Done, Width - Done, Color, Cover);
+    P += Rows.Stride;
+    Cells += Rows.CellStride;
+    Marks += Rows.MarkStride;
   }
-  if (Cover != 0 && Done < Row.Width) BlendOne(P + Done, Row.Width - Done, Color.Color, Cover);
 }
 
 template <bool EvenOdd>
-QXSVG_AVX2 void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
-  if (Color.Color >> 24 == 255)
-    SweepColor<EvenOdd, true>(Row, Color);
+QXSVG_AVX2 void SweepColor(const TSweepRow& Row, const TColorRows& Rows) {
+  if (Rows.Color >> 24 == 255)
+    SweepColor<EvenOdd, true>(Row, Rows);
   else
-    SweepColor<EvenOdd, false>(Row, Color);
+    SweepColor<EvenOdd, false>(Row, Rows);
 }
 
 QXSVG_AVX2 void BlendBlock(const TCoverBlock& Block, std::uint32_t Color) {

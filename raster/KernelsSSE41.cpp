@@ -523,9 +523,14 @@ void StreamFill(std::uint32_t* Target, std::ptrdiff_t Stride, std::int32_t Width
 }
 
 template <bool EvenOdd>
-QXSVG_SSE41 void SweepColor(const TSweepRow& Row, const TColorRow& Color) {
-  const std::size_t Count = Sweep<EvenOdd>(Row);
-  BlendColor(Color.Pixels, {Row.Spans, Count}, Row.Covers, Color.Color);
+QXSVG_SSE41 void SweepColor(const TSweepRow& First, const TColorRows& Rows) {
+  TSweepRow Row = First;
+  for (std::int32_t I = 0; I < Rows.Count; ++I) {
+    const std::size_t Count = Sweep<EvenOdd>(Row);
+    BlendColor(Rows.Pixels + I * Rows.Stride, {Row.Spans, Count}, Row.Covers, Rows.Color);
+    Row.Cells += Rows.CellStride;
+    Row.Marks += Rows.MarkStride;
+  }
 }
 
 }  // namespace

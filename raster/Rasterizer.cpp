@@ -117,20 +117,17 @@ TSweepRow TRasterizer::NewRow(std::size_t Rows) {
 
 // In one colour, so that no spans are needed.
 void TRasterizer::SweepColor(TQXGPFillMode FillMode, const TColorTarget& Target) {
-  constexpr std::int32_t Ahead = 4;
   const TRect& Box = FGrid.Box();
-  TSweepRow Row = NewRow(1);
   const TKernels& K = Kernels();
-  const auto SweepRow =
+  const auto SweepRows =
       FillMode == TQXGPFillMode::fmWinding ? K.SweepColorNonZero : K.SweepColorEvenOdd;
-  TColorRow Color{nullptr, Ahead * Target.Pixels.Stride, Target.Color};
-  const std::int32_t Bottom = FGrid.TouchedBottom();
-  for (std::int32_t Y = FGrid.TouchedTop(); Y < Bottom; ++Y) {
-    Row.Cells = FGrid.Cells(Y);
-    Row.Marks = FGrid.Marks(Y);
-    Color.Pixels = Target.Pixels.Row(Box.Top + Y);
-    SweepRow(Row, Color);
-  }
+  const std::int32_t Top = FGrid.TouchedTop(), Bottom = FGrid.TouchedBottom();
+  if (Top >= Bottom) return;
+  TSweepRow Row = NewRow(1);
+  Row.Cells = FGrid.Cells(Top);
+  Row.Marks = FGrid.Marks(Top);
+  SweepRows(Row, {Target.Pixels.Row(Box.Top + Top), Target.Pixels.Stride, FGrid.Stride(),
+                  FGrid.MarkStride(), Bottom - Top, Target.Color});
 }
 
 // Rows are summed up some at a time before any of them is blended: meanwhile the pixels they need
