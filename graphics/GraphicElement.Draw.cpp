@@ -308,9 +308,7 @@ TSVGGraphicElement::Coverage* TSVGGraphicElement::KeptCoverage() {
 void TSVGGraphicElement::DrawPath(const TQXGPPath& Path, const TMatrix& Matrix, TQXGPCanvas& Canvas,
                                   const TRectF&) {
   // The element's own shape tells when it changes.
-  const bool IsOwn = &Path == FShape.get();
-  if (!IsOwn) PaintsOtherwise();
-  Coverage* const Kept = IsOwn ? KeptCoverage() : nullptr;
+  Coverage* const Kept = &Path == FShape.get() ? KeptCoverage() : nullptr;
   DrawView(Path.View(), Path.FillMode(), Kept, Matrix, Canvas);
 }
 

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <typeinfo>
 
 #include "document/Document.h"
 #include "foundation/Limits.h"
 #include "graphics/GraphicElementParts.h"
+#include "graphics/surface/PathData.h"
+#include "shapes/PathElement.h"
 
 namespace qxsvg {
 
@@ -75,7 +78,8 @@ bool TSVGRepeats::MakeKey(TElement& User, const TElement& Target, const TMatrix&
               std::uint32_t{InForce->SourceOfVisible().FVisible} << 8 |
               std::uint32_t{InForce->IsEnabled()} << 9;
   Key.Opacity = InForce->AbsoluteOpacity();
-  return true;
+  // What is no number would never be found again.
+  return !std::isnan(Key.Opacity) && !std::isnan(Key.Numbers.back());
 }
 
 // --- The store
@@ -85,8 +89,11 @@ TSVGRepeats::~TSVGRepeats() = default;
 
 void TSVGRepeats::Drop() {
   ++FEpoch;
+  // Clearing a table that was large takes as long as it was.
+  if (FEntries.empty()) return;
   FBytes = 0;
-  FEntries.clear();
+  FEntries = decltype(FEntries)();
+  FStack = {};
 }
 
 std::size_t TSVGRepeats::TProgram::Bytes() const {
@@ -205,7 +212,8 @@ void TSVGRepeats::Paint(TShape& Shape, const TMatrix& Matrix, TQXGPCanvas& Canva
     Canvas.DrawStamps({&Placed, 1});
     return true;
   };
-  TQXPathSource Source{Shape.View, Shape.Mode, Matrix};
+  const TQXPathView View = Shape.Path ? Shape.Path->View() : Shape.Data->View();
+  TQXPathSource Source{View, Shape.Mode, Matrix};
   Source.IsRepeated = true;
   Source.Stamps = Stamps;
   if (Shape.Fill && !IsStamped(*Shape.Fill)) {
@@ -257,10 +265,27 @@ void TSVGRecording::Draw(TSVGGraphicElement& Element, const TQXPathSource& Sourc
                          TQXGPCanvas& Canvas, float FillOpacity, float StrokeOpacity) {
   const TQXGPBrush& Brush = Canvas.Brush();
   const TQXGPPen& Pen = Canvas.Pen();
-  if (Source.Matrix != FMatrix || !IsPlainPaint(Brush.Kind()) || !IsPlainPaint(Pen.Kind()))
+  const auto IsFrom = [&Source](const TQXPathView& View) {
+    return View.Points.data() == Source.Path.Points.data();
+  };
+  const TQXGPPath* const Path = Element.FShape.get();
+  const TQXPathData* const Data = Element.SVGType() == TSVGElementType::etPath
+                                      ? &static_cast<const TSVGPath&>(Element).Data()
+                                      : nullptr;
+  const bool IsPath = Path && IsFrom(Path->View()), IsData = Data && IsFrom(Data->View());
+  if (Source.Matrix != FMatrix || !IsPlainPaint(Brush.Kind()) || !IsPlainPaint(Pen.Kind()) ||
+      IsPath == IsData)
     FIsSpoiled = true;
   if (FIsSpoiled) return;
-  TShape Shape{&Element, Source.Path, Source.FillMode, Canvas.Quality(), {}, {}, nullptr, nullptr};
+  TShape Shape{&Element,
+               IsPath ? Path : nullptr,
+               IsData ? Data : nullptr,
+               Source.FillMode,
+               Canvas.Quality(),
+               {},
+               {},
+               nullptr,
+               nullptr};
   if (Brush.Kind() == TQXGPBrushKind::bkSolid)
     Shape.Fill = TPaint{FillOpacity, Brush.Color(), Canvas.StampKey(Source, nullptr)};
   if (Pen.Kind() == TQXGPBrushKind::bkSolid) {
@@ -280,10 +305,9 @@ void TSVGRecording::Play(TProgram& Part) {
   Extent.Elements += Part.Extent.Elements;
   Extent.Levels = std::max(Extent.Levels, Part.Extent.Levels);
   Extent.Depth = std::max(Extent.Depth, Part.Extent.Depth);
+  if (!FKnown.insert(&Part).second) return;
   for (TSVGGraphicElement* Target : Part.Targets)
-    if (std::find(FProgram.Targets.begin(), FProgram.Targets.end(), Target) ==
-        FProgram.Targets.end())
-      FProgram.Targets.push_back(Target);
+    if (FKnown.insert(Target).second) FProgram.Targets.push_back(Target);
 }
 
 // --- Attempts

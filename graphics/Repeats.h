@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "foundation/Geometry.h"
@@ -70,7 +71,10 @@ class TSVGRepeats {
   };
   struct TShape {
     TElement* Element;
-    TQXPathView View;
+    // Whose points they are. They are looked at anew each time, as both can be held back from
+    // telling of a change.
+    const TQXGPPath* Path;
+    const TQXPathData* Data;
     TQXGPFillMode Mode;
     TQXCanvasQuality Quality;
     std::optional<TPaint> Fill, Stroke;
@@ -170,6 +174,8 @@ class TSVGRecording {
   void Play(TProgram& Part);
 
   TProgram FProgram;
+  // The parts and targets of the program.
+  std::unordered_set<const void*> FKnown;
   std::vector<TLevel> FStack;
   TMatrix FMatrix;
   TIsPlain FIsPlain = nullptr;
