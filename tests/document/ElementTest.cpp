@@ -118,11 +118,10 @@ TEST(ElementChange, TravelsToTheDocumentOnly) {
   Group->EndUpdate();
   EXPECT_THAT(Heard, ElementsAre(Group, Group, Group, nullptr));
   Heard.clear();
-  {
-    const TUpdateLock Lock(Doc);
-    Group->SetTitle(u"u");
-    Group->SetEnabled(false);
-  }
+  Doc.BeginUpdate();
+  Group->SetTitle(u"u");
+  Group->SetEnabled(false);
+  Doc.EndUpdate();
   EXPECT_THAT(Heard, ElementsAre(nullptr)) << "one notice without sender for the whole update";
 }
 

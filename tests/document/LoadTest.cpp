@@ -7,7 +7,6 @@
 
 #include "document/QXSVG.h"
 #include "document/XML.h"
-#include "foundation/Limits.h"
 #include "foundation/Messages.h"
 #include "runtime/Exceptions.h"
 #include "runtime/Streams.h"
@@ -61,10 +60,8 @@ TEST(Load, MakesATypedTree) {
   EXPECT_EQ(Top->Language(), u"de");
   EXPECT_EQ(Top->Classes().CommaText(), u"a,b");
   EXPECT_EQ(&Doc.FindElement(u"f")->ClassType(), &TSVGPlaceholder::Class);
-  ASSERT_EQ(Doc.Gradients().size(), 1u);
-  EXPECT_EQ(Doc.Gradients()[0]->ID(), u"grad");
+  EXPECT_EQ(Doc.Gradients().size(), 1u);
   EXPECT_EQ(Doc.Markers().size(), 1u);
-  EXPECT_TRUE(Doc.Patterns().empty());
 }
 
 TEST(Load, TellsInOrder) {

@@ -59,16 +59,6 @@ TEST_P(RoundTrip, Lengths) {
   }
 }
 
-TEST_P(RoundTrip, Colors) {
-  for (int Round = 0; Round < 20'000; ++Round) {
-    const TQXGPColor Color = 0xFF000000 | static_cast<TQXGPColor>(Random());
-    const String Text = SVGColorToString(Color);
-    bool IsNone = true, Inherit = true;
-    ASSERT_EQ(ParseColor(Text, 0, IsNone, Inherit, 0), Color) << ToUtf8(Text);
-    ASSERT_FALSE(IsNone || Inherit);
-  }
-}
-
 TEST_P(RoundTrip, Transforms) {
   for (int Round = 0; Round < 2'000; ++Round) {
     TMatrix M;

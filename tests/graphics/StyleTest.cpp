@@ -93,11 +93,6 @@ TEST(Style, ShowsItsEntriesInTheOrderOfATable) {
       EXPECT_EQ(EntriesOf(Style), TableOrder(Names)) << I;
     }
   }
-  // Emptied, the table keeps its size, and another order than that of a new one.
-  const std::size_t Before = EntriesOf(Style).size();
-  EXPECT_GT(Before, 100u);
-  Style.SetStyle(u"fill:v;stroke:v;a:v;b:v;c:v");
-  EXPECT_EQ(Style.Count(), 5);
 }
 
 TEST(Style, WritesTexts) {

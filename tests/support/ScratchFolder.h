@@ -29,8 +29,6 @@ class TScratchFolder {
     std::filesystem::remove_all(FPath);
     std::filesystem::create_directories(FPath);
   }
-  TScratchFolder(const TScratchFolder&) = delete;
-  TScratchFolder& operator=(const TScratchFolder&) = delete;
   ~TScratchFolder() {
     std::error_code Ignored;
     std::filesystem::remove_all(FPath, Ignored);
