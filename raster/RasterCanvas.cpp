@@ -237,7 +237,7 @@ void TQXRasterCanvas::DrawStamps(std::span<const TQXPlacedStamp> Placed) {
   const TRect Clip = FClip.Box();
   const TKernels& K = Kernels();
   for (const TQXPlacedStamp& P : Placed) {
-    if (P.Color == 0) continue;
+    if (P.Color == 0 || P.Stamp.Width == 0) continue;
     const std::uint8_t* const Bytes = P.Stamps->Bytes(P.Stamp);
     const std::int32_t Width = P.Stamp.Width, Height = P.Stamp.Height;
     const bool IsWhole = !FClip.Mask() && P.X >= Clip.Left && P.X + Width <= Clip.Right &&
