@@ -56,6 +56,7 @@ bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
   FOffsetX = M.m31 + (double{M.m11} + M.m21) / 2;
   FOffsetY = M.m32 + (double{M.m12} + M.m22) / 2;
   FShrunkY = FTiledY = Device.Top - 1;
+  FTiledSize = 0;
 
   const double AcrossX = std::hypot(FScaleX, FSkewY), AcrossY = std::hypot(FSkewX, FScaleY);
   const bool IsUpright = std::abs(FSkewX) < LeastSkew * std::max(1.0, AcrossY) &&
@@ -141,7 +142,14 @@ void TImagePaint::MakeAxis(TAxis& Axis, double Scale, double Offset, std::int32_
   }
 }
 
+// Where far coordinates are rounded, a drawing may reach past what its box was taken to be.
+bool TImagePaint::IsPrepared(std::int32_t X, std::int32_t Y, std::int32_t Count) const {
+  return X >= FDevice.Left && X + Count <= FDevice.Right && Y >= FDevice.Top && Y < FDevice.Bottom;
+}
+
 void TImagePaint::Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) {
+  const bool IsByTable = FForm == TForm::Upright || FForm == TForm::Shrunk;
+  if (IsByTable && !IsPrepared(X, Y, Count)) return FetchTurned(X, Y, Count, Out);
   switch (FForm) {
     case TForm::Shifted: return FetchShifted(X, Y, Count, Out);
     case TForm::Upright: return FetchUpright(X, Y, Count, Out);
@@ -184,14 +192,18 @@ const std::uint32_t* TImagePaint::ReadyShifted(std::int32_t X, std::int32_t Y, s
                           At
                     : nullptr;
   }
+  // The copying of a long row would not come back.
+  constexpr std::int32_t MostTiled = 4096;
+  if (Width > MostTiled) return nullptr;
   const auto Needed = static_cast<std::size_t>(Width) + static_cast<std::size_t>(Count);
-  if (FTiledY != Y || FTiled.size() < Needed) {
-    if (FTiled.size() < Needed) FTiled.resize(Needed);
+  if (FTiledY != Y || FTiledSize < Needed) {
+    FTiledSize = std::max(FTiledSize, Needed);
+    if (FTiled.size() < FTiledSize) FTiled.resize(FTiledSize);
     const auto Row =
         static_cast<std::int32_t>(Held(std::int64_t{Y} + FShiftY, FPart.Top, FPart.Bottom));
     std::copy_n(FPixels.Row(Row), Width, FTiled.data());
-    for (auto Done = static_cast<std::size_t>(Width); Done < FTiled.size();) {
-      const std::size_t Part = std::min(Done, FTiled.size() - Done);
+    for (auto Done = static_cast<std::size_t>(Width); Done < FTiledSize;) {
+      const std::size_t Part = std::min(Done, FTiledSize - Done);
       std::copy_n(FTiled.data(), Part, FTiled.data() + Done);
       Done += Part;
     }
@@ -319,7 +331,7 @@ void TImagePaint::ShrinkRow(std::int32_t Y) {
 
 const std::uint32_t* TImagePaint::Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) {
   if (FForm == TForm::Shifted) return ReadyShifted(X, Y, Count);
-  if (FForm != TForm::Shrunk) return nullptr;
+  if (FForm != TForm::Shrunk || !IsPrepared(X, Y, Count)) return nullptr;
   if (FShrunkY != Y) ShrinkRow(Y);
   return FShrunk.data() + (X - FDevice.Left);
 }

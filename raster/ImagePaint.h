@@ -28,8 +28,9 @@ struct TImagePlace {
 // Keeps the memory that rows need.
 class TImagePaint final : public IPaint {
  public:
-  // Paints within Device. The pixels must outlive the painting. False where nothing can be painted:
-  // the matrix cannot be inverted, or there are no pixels.
+  // Paints within Device; what lies outside is painted too, but slower and, where the image is made
+  // smaller, less exactly. The pixels must outlive the painting. False where nothing can be
+  // painted: the matrix cannot be inverted, or there are no pixels.
   bool Begin(const TQXConstPixels& Pixels, const TImagePlace& Place, const TRect& Device);
   void Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) override;
   const std::uint32_t* Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) override;
@@ -51,6 +52,7 @@ class TImagePaint final : public IPaint {
   void BeginUpright();
   const std::uint32_t* SmoothRow(std::int32_t Source, std::int32_t Avoid);
   const std::uint32_t* ReadyShifted(std::int32_t X, std::int32_t Y, std::int32_t Count);
+  bool IsPrepared(std::int32_t X, std::int32_t Y, std::int32_t Count) const;
   void FetchShifted(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
   void FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out);
   void FetchTurned(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) const;
@@ -71,8 +73,9 @@ class TImagePaint final : public IPaint {
   // Rows of the image stretched to the device, and which row of the image each is.
   std::vector<std::uint32_t> FSmooth;
   std::vector<std::int32_t> FSmoothRows;
-  // A row of tiles side by side, made for this row of the device.
+  // A row of tiles side by side, made for this row of the device, and how much of it.
   std::vector<std::uint32_t> FTiled;
+  std::size_t FTiledSize = 0;
   std::int32_t FTiledY = -1;
   // A smaller copy, or one row of the shrunk image and what it is the mean of.
   std::vector<std::uint32_t> FSmaller, FShrunk;

@@ -81,6 +81,16 @@ TRect PixelsUnder(const TRectF& Area, const TMatrix& M, const TRect& Clip) {
           static_cast<std::int32_t>(std::ceil(R.Bottom))};
 }
 
+// The box that a paint of that kind asks for, in the canvas's coordinates. Reach is how far the
+// painted area goes beyond the points.
+TRectF PaintedBox(TQXGPBrushKind Kind, const TQXPathSource& Source, float Reach) {
+  if (Kind == TQXGPBrushKind::bkGradient) return QXPathBounds(Source.Path, Source.Matrix);
+  if (Kind != TQXGPBrushKind::bkBitmap) return {};
+  TRectF Box = QXMatrixTransform(Source.Matrix, QXPointsBox(Source.Path.Points));
+  QXInflateRect(Box, Reach, Reach);
+  return Box;
+}
+
 class TRasterCanvasFactory final : public ICanvasFactory {
  public:
   std::unique_ptr<TQXGPCanvas> CreateCanvas(const TQXPixels& Pixels) override {
@@ -322,7 +332,8 @@ void TQXRasterCanvas::PaintColor(TQXGPColor Color, float Opacity, const Covering
 }
 
 // Kind is that of the brush, or of the pen whose brush this is: a pen's own brush only holds
-// gradient and bitmap. Box is what gradients refer to.
+// gradient and bitmap. Box, in the canvas's coordinates, is what gradients refer to, and what
+// images are painted within.
 template <class Covering>
 void TQXRasterCanvas::Paint(TQXGPBrushKind Kind, const TQXGPBrush& Brush, const TRectF& Box,
                             float Opacity, const Covering& Draw) {
@@ -340,7 +351,9 @@ void TQXRasterCanvas::Paint(TQXGPBrushKind Kind, const TQXGPBrush& Brush, const 
       Place.IsRepeated = true;
       if (Quality().Interpolation == TQXGPInterpolationMode::imNearestNeighbor)
         Place.Filter = TImageFilter::Nearest;
-      if (!FScratch->Image.Begin(Brush.Bitmap()->GetPixels(), Place, FClip.Box())) return;
+      // Only the pixels that are painted are worth preparing.
+      const TRect Pixels = PixelsUnder(Box, Matrix(), FClip.Box());
+      if (!FScratch->Image.Begin(Brush.Bitmap()->GetPixels(), Place, Pixels)) return;
       TPaintSink Sink(FPixels, FScratch->Image, OpacityByte(Opacity));
       return Draw(Sink);
     }
@@ -358,9 +371,7 @@ void TQXRasterCanvas::DoFillPath(const TQXPathSource& Source, const TQXGPBrush& 
   Key.PathMatrix = PlaceOf(Source);
   const TMatrix ToDevice = Through(Key.PathMatrix);
   if (!IsFinite(ToDevice)) return;
-  const TRectF Box = Brush.Kind() == TQXGPBrushKind::bkGradient
-                         ? QXPathBounds(Source.Path, Source.Matrix)
-                         : TRectF{};
+  const TRectF Box = PaintedBox(Brush.Kind(), Source, 0);
   if (IsUpright(ToDevice) && IsRectangle(Source.Path, R)) {
     R = QXMatrixTransform(ToDevice, R);
     return Paint(Brush.Kind(), Brush, Box, Opacity, [&](ISpanSink& Sink) {
@@ -401,9 +412,8 @@ void TQXRasterCanvas::DoDrawPath(const TQXPathSource& Source, const TQXGPPen& Pe
   };
   if (Pen.Kind() == TQXGPBrushKind::bkSolid) return PaintColor(Pen.Color(), Opacity, Draw);
   if (!Pen.InnerBrush()) return;
-  const bool HasGradient = Pen.Kind() == TQXGPBrushKind::bkGradient;
-  Paint(Pen.Kind(), *Pen.InnerBrush(),
-        HasGradient ? QXPathBounds(Source.Path, Source.Matrix) : TRectF{}, Opacity, Draw);
+  Paint(Pen.Kind(), *Pen.InnerBrush(), PaintedBox(Pen.Kind(), Source, Style.Reach()), Opacity,
+        Draw);
 }
 
 void TQXRasterCanvas::DoFillRect(const TRectF& R, const TQXGPBrush& Brush, float Opacity) {
@@ -441,17 +451,8 @@ void TQXRasterCanvas::DoDrawImage(const TQXConstPixels& Pixels, const TRectF& De
   Outline.Clear();
   const bool IsBox = IsUpright(Matrix());
   const TRectF Device = QXMatrixTransform(Matrix(), Area);
-  TRect Box = FClip.Box();
   if (!IsBox) Outline.AddRectangle(Area);
-  // Only the pixels that are seen are worth preparing.
-  const auto Within = [](double V, std::int32_t Low, std::int32_t High) {
-    return static_cast<std::int32_t>(std::clamp(V, double(Low), double(High)));
-  };
-  Box = {Within(std::floor(Device.Left), Box.Left, Box.Right),
-         Within(std::floor(Device.Top), Box.Top, Box.Bottom),
-         Within(std::ceil(Device.Right), Box.Left, Box.Right),
-         Within(std::ceil(Device.Bottom), Box.Top, Box.Bottom)};
-  if (!FScratch->Image.Begin(Pixels, Place, Box)) return;
+  if (!FScratch->Image.Begin(Pixels, Place, PixelsUnder(Area, Matrix(), FClip.Box()))) return;
   TPaintSink Sink(FPixels, FScratch->Image, OpacityByte(Opacity));
   Cover(Sink, [&](const TRect& Clip, ISpanSink& Next) {
     if (IsBox)
