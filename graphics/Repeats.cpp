@@ -30,9 +30,11 @@ bool IsPlainPaint(TQXGPBrushKind Kind) {
 
 // Whether a handler of the host may look on, or the host's own class decide something.
 bool IsWatched(const TSVGDocument& Document) {
+  // Those around it are asked for options.
+  for (const TSVGDocument* Asked = &Document; Asked; Asked = Asked->Document())
+    if (typeid(*Asked) != typeid(TSVGDocument)) return true;
   return Document.OnDrawing || Document.OnDrawn || Document.OnShouldDraw ||
-         Document.OnDisableAppearance || Document.OnDiagnostic ||
-         typeid(Document) != typeid(TSVGDocument);
+         Document.OnDisableAppearance || Document.OnDiagnostic;
 }
 
 bool HasConditions(const TSVGElement& Element) {
@@ -59,7 +61,7 @@ std::size_t TSVGRepeats::THash::operator()(const TKey& Key) const {
   for (const void* Element : Key.Elements) Mix(reinterpret_cast<std::uintptr_t>(Element));
   // Both zeros are one number.
   for (const float Number : Key.Numbers) Mix(std::bit_cast<std::uint32_t>(Number + 0.0f));
-  Mix(Key.Flags);
+  Mix(std::uint64_t{Key.Flags} << 32 | static_cast<std::uint32_t>(Key.Items));
   Mix(std::bit_cast<std::uint64_t>(Key.Opacity + 0.0));
   return Hash;
 }
@@ -77,6 +79,8 @@ bool TSVGRepeats::MakeKey(TElement& User, const TElement& Target, const TMatrix&
   Key.Flags = static_cast<std::uint32_t>(User.GetVectorEffect()) |
               std::uint32_t{InForce->SourceOfVisible().FVisible} << 8 |
               std::uint32_t{InForce->IsEnabled()} << 9;
+  // Whoever clears the table of identifiers by hand tells nobody.
+  Key.Items = User.Document()->AllItems().Count();
   Key.Opacity = InForce->AbsoluteOpacity();
   // What is no number would never be found again.
   return !std::isnan(Key.Opacity) && !std::isnan(Key.Numbers.back());
@@ -98,7 +102,7 @@ void TSVGRepeats::Drop() {
 
 std::size_t TSVGRepeats::TProgram::Bytes() const {
   return sizeof *this + Steps.capacity() * sizeof(TStep) + Moves.capacity() * sizeof(TMove) +
-         Shapes.capacity() * (sizeof(TShape) + sizeof(TQXGPPen)) +
+         Shapes.capacity() * (sizeof(TShape) + sizeof(TQXGPPen)) + DashBytes +
          (Parts.capacity() + Targets.capacity()) * sizeof(void*);
 }
 
@@ -174,9 +178,10 @@ bool TSVGRepeats::IsPlaced(const TProgram& Program, const TMatrix& Matrix) {
 }
 
 void TSVGRepeats::PlaceAll(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas& Canvas) {
-  auto& Placed = Program.Placed;
-  FBytes -= Placed.capacity() * sizeof(TQXPlacedStamp);
-  Placed = {};
+  FBytes -= Program.PlacedBytes();
+  Program.Placed = {};
+  Program.Serials = {};
+  std::vector<TQXPlacedStamp> Placed;
   std::unordered_map<const TQXCoverageStamps*, std::uint32_t> Serials;
   FStack.clear();
   const bool IsDone = ForEachShape(Program, Matrix, [&](TShape& Shape, const TMatrix& M) {
@@ -191,14 +196,17 @@ void TSVGRepeats::PlaceAll(TProgram& Program, const TMatrix& Matrix, TQXGPCanvas
         return false;
       if (Next.Stamp.Width != 0 && Next.Color != 0) Placed.push_back(Next);
     }
-    // A vector grows by doubling.
-    return FBytes + 2 * Placed.size() * sizeof(TQXPlacedStamp) < Limits::RepeatBytes;
+    // A vector grows by doubling, and a table has a link and a slot for each entry.
+    return FBytes + 2 * Placed.size() * sizeof(TQXPlacedStamp) +
+               4 * Serials.size() * sizeof(TSerial) <
+           Limits::RepeatBytes;
   });
-  if (!IsDone) Placed = {};
-  Placed.shrink_to_fit();
-  FBytes += Placed.capacity() * sizeof(TQXPlacedStamp);
-  Program.Serials.assign(Serials.begin(), Serials.end());
   Program.PlacedUnder = Matrix;
+  if (!IsDone) return;
+  Placed.shrink_to_fit();
+  Program.Serials.assign(Serials.begin(), Serials.end());
+  Program.Placed = std::move(Placed);
+  FBytes += Program.PlacedBytes();
 }
 
 void TSVGRepeats::Paint(TShape& Shape, const TMatrix& Matrix, TQXGPCanvas& Canvas) {
@@ -243,8 +251,9 @@ void TSVGRecording::Visit(const TSVGElement& Element) {
 }
 
 void TSVGRecording::Enter(const TMatrix& Own, const TMatrix& M) {
-  const bool Moves = !IsIdentityMatrix(Own);
+  const bool Moves = !FIsSpoiled && !IsIdentityMatrix(Own);
   FStack.push_back({FMatrix, Moves});
+  if (FIsSpoiled) return;
   if (Moves) {
     const TMove Move{Own, IsShift(Own)};
     FProgram.Steps.push_back({TStep::Move, static_cast<std::uint32_t>(FProgram.Moves.size())});
@@ -253,6 +262,13 @@ void TSVGRecording::Enter(const TMatrix& Own, const TMatrix& M) {
   }
   // Whoever came here by another way than the walk's.
   if (FMatrix != M) FIsSpoiled = true;
+  CheckSize();
+}
+
+void TSVGRecording::CheckSize() {
+  if (FIsSpoiled || FProgram.Bytes() <= FRoom) return;
+  FIsSpoiled = true;
+  FProgram = {};
 }
 
 void TSVGRecording::Leave() {
@@ -292,13 +308,16 @@ void TSVGRecording::Draw(TSVGGraphicElement& Element, const TQXPathSource& Sourc
     Shape.Stroke = TPaint{StrokeOpacity, Pen.Color(), Canvas.StampKey(Source, &Pen)};
     Shape.Pen = std::make_unique<TQXGPPen>();
     Shape.Pen->Take(Pen);
+    FProgram.DashBytes += Pen.CustomDash().size_bytes();
   }
   Element.FIsRecorded = true;
   FProgram.Steps.push_back({TStep::Paint, static_cast<std::uint32_t>(FProgram.Shapes.size())});
   FProgram.Shapes.push_back(std::move(Shape));
+  CheckSize();
 }
 
 void TSVGRecording::Play(TProgram& Part) {
+  if (FIsSpoiled) return;
   FProgram.Steps.push_back({TStep::Play, static_cast<std::uint32_t>(FProgram.Parts.size())});
   FProgram.Parts.push_back(&Part);
   TSVGRepeatedExtent& Extent = FProgram.Extent;
@@ -308,6 +327,7 @@ void TSVGRecording::Play(TProgram& Part) {
   if (!FKnown.insert(&Part).second) return;
   for (TSVGGraphicElement* Target : Part.Targets)
     if (FKnown.insert(Target).second) FProgram.Targets.push_back(Target);
+  CheckSize();
 }
 
 // --- Attempts
@@ -325,10 +345,6 @@ TSVGRepeats::TAttempt::TAttempt(TSVGGraphicElement& User, TSVGGraphicElement& Ta
       !IsIdentityMatrix(Canvas.Matrix()) || !MakeKey(User, Target, Matrix, FKey))
     return;
   FRepeats = &Document->Repeats();
-  if (FRepeats->FItems != Document->AllItems().Count()) {
-    FRepeats->Drop();
-    FRepeats->FItems = Document->AllItems().Count();
-  }
   bool IsNew = false;
   TEntry* const Entry = FRepeats->EntryFor(FKey, Drawing, IsNew);
   if (!Entry || Entry->IsVoid) return;
@@ -343,11 +359,13 @@ TSVGRepeats::TAttempt::TAttempt(TSVGGraphicElement& User, TSVGGraphicElement& Ta
   }
   // What is drawn once must not pay for being drawn again.
   if (IsNew && !(FOuter && !FOuter->FIsSpoiled)) return;
+  if (FRepeats->FBytes >= Limits::RepeatBytes) return;
   FRecording.emplace();
   FRecording->FMatrix = Matrix;
   FRecording->FIsPlain = IsPlain;
   FRecording->FDocument = Document;
   FRecording->FEpoch = FRepeats->FEpoch;
+  FRecording->FRoom = Limits::RepeatBytes - FRepeats->FBytes;
   FRecording->Visit(Target);
   TScope::SetRecording(&*FRecording);
 }
@@ -365,12 +383,18 @@ void TSVGRepeats::TAttempt::Tell(TProgram& Program) {
   FOuter->Leave();
 }
 
-void TSVGRepeats::TAttempt::Play() {
+bool TSVGRepeats::TAttempt::Play() {
   // The walk lends each target and takes it back, which drops its caches.
-  for (TElement* Target : FFound->Targets) TScope::ResetLent(*Target);
+  const std::uint64_t Epoch = FRepeats->FEpoch;
+  for (std::size_t I = 0; I < FFound->Targets.size(); ++I) {
+    TScope::ResetLent(*FFound->Targets[I]);
+    // An element of the host's own may tell of a change.
+    if (FRepeats->FEpoch != Epoch) return false;
+  }
   FRepeats->Play(*FFound, FMatrix, FCanvas);
   if (IsInPlace && FFound->PlacedUnder != FMatrix) FRepeats->PlaceAll(*FFound, FMatrix, FCanvas);
   Tell(*FFound);
+  return true;
 }
 
 void TSVGRepeats::TAttempt::Done(const TSVGRepeatedExtent& Own) {
@@ -386,6 +410,10 @@ void TSVGRepeats::TAttempt::Done(const TSVGRepeatedExtent& Own) {
   Program.Extent.Levels += Own.Levels;
   Program.Extent.Depth += Own.Depth;
   Program.Targets.push_back(&FTarget);
+  if (FRepeats->FBytes + Program.Bytes() > Limits::RepeatBytes) {
+    Entry = {nullptr, true, FMatrix};
+    return;
+  }
   FRepeats->FBytes += Program.Bytes();
   if (IsInPlace) FRepeats->PlaceAll(Program, FMatrix, FCanvas);
   Tell(Program);

@@ -56,6 +56,7 @@ class TSVGRepeats {
     std::array<const void*, TScope::DescribedCount + 2> Elements;
     std::array<float, 5> Numbers;
     std::uint32_t Flags;
+    std::int32_t Items;
     double Opacity;
     friend bool operator==(const TKey&, const TKey&) = default;
   };
@@ -92,6 +93,7 @@ class TSVGRepeats {
     bool IsShift;
     TMatrix Then(const TMatrix& M) const;
   };
+  using TSerial = std::pair<const TQXCoverageStamps*, std::uint32_t>;
   struct TProgram {
     std::vector<TStep> Steps;
     std::vector<TMove> Moves;
@@ -103,8 +105,14 @@ class TSVGRepeats {
     // All that it paints under one matrix, with the serials of what the stamps are from. Made for
     // what is drawn at the same place again, and only where there is nothing but stamps.
     std::vector<TQXPlacedStamp> Placed;
-    std::vector<std::pair<const TQXCoverageStamps*, std::uint32_t>> Serials;
+    std::vector<TSerial> Serials;
     TMatrix PlacedUnder;
+    // What the dashes of its pens take.
+    std::size_t DashBytes = 0;
+    std::size_t PlacedBytes() const {
+      return Placed.capacity() * sizeof(TQXPlacedStamp) + Serials.capacity() * sizeof(TSerial);
+    }
+    // Without what is placed.
     std::size_t Bytes() const;
   };
   // Without a program where it was drawn but once, or could not be recorded.
@@ -115,7 +123,7 @@ class TSVGRepeats {
     TMatrix Under;
   };
 
-  // False where the drawing did not come straight down to User.
+  // User has a document. False where the drawing did not come straight down to it.
   static bool MakeKey(TElement& User, const TElement& Target, const TMatrix& Matrix, TKey& Key);
   // Null where there is no room.
   TEntry* EntryFor(const TKey& Key, std::uint64_t Drawing, bool& IsNew);
@@ -134,8 +142,6 @@ class TSVGRepeats {
   std::size_t FBytes = 0;
   // How often everything was dropped, and in which drawing that was to make room.
   std::uint64_t FEpoch = 0, FEmptied = 0;
-  // Whoever clears the table of identifiers by hand tells nobody.
-  std::int32_t FItems = 0;
   std::vector<TMatrix> FStack;
 };
 
@@ -172,6 +178,8 @@ class TSVGRecording {
   };
 
   void Play(TProgram& Part);
+  // Gives up what becomes too large.
+  void CheckSize();
 
   TProgram FProgram;
   // The parts and targets of the program.
@@ -181,6 +189,8 @@ class TSVGRecording {
   TIsPlain FIsPlain = nullptr;
   const TSVGDocument* FDocument = nullptr;
   std::uint64_t FEpoch = 0;
+  // Bytes that the program may take.
+  std::size_t FRoom = 0;
   bool FIsSpoiled = false;
 };
 
@@ -201,7 +211,8 @@ class TSVGRepeats::TAttempt {
 
   // What Play would cost; null where there is nothing to play.
   const TSVGRepeatedExtent* Found() const { return FFound ? &FFound->Extent : nullptr; }
-  void Play();
+  // False where everything was dropped meanwhile, with nothing drawn.
+  bool Play();
   // The walk is over; Own is the extent of the target alone.
   void Done(const TSVGRepeatedExtent& Own);
 
