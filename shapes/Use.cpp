@@ -188,6 +188,8 @@ bool TSVGUse::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const T
   TSVGGraphicElement* const Shown = Target();
   if (!Shown) return false;
   if (IsViewport(*Shown)) {
+    // It may be left out without a visit.
+    PaintsOtherwise();
     const TAdoption Adoption(*Shown, *this);
     if (!Adoption) return false;
     const TRectF Box = GetBoundsRect(Matrix);
@@ -198,10 +200,8 @@ bool TSVGUse::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const T
   const TMatrix Moved = QXMatrixMultiply(Shift, Matrix);
   TSVGRepeats::TAttempt Attempt(*this, *Shown, Shift, Moved, Canvas, IsPlain,
                                 TReferenceScope::Serial());
-  if (Attempt.Found() && TReferenceStep::TakeAtOnce(*this, *Attempt.Found())) {
-    Attempt.Play();
+  if (Attempt.Found() && TReferenceStep::TakeAtOnce(*this, *Attempt.Found()) && Attempt.Play())
     return true;
-  }
   const TAdoption Adoption(*Shown, *this);
   if (!Adoption) return false;
   Shown->Draw(Moved, Canvas, Rect);
