@@ -1,4 +1,6 @@
 // The way from bytes to a finished tree, and the test whether there is one.
+#include <utility>
+
 #include "document/Document.h"
 #include "document/XML.h"
 #include "foundation/Messages.h"
@@ -12,6 +14,20 @@ namespace qxsvg {
 namespace {
 
 constexpr StringView RootName = u"svg";
+
+// The innermost document that this thread loads, or null.
+thread_local const TSVGDocument* Loaded = nullptr;
+
+class TLoadedLock {
+ public:
+  explicit TLoadedLock(const TSVGDocument& Document) : FOuter(std::exchange(Loaded, &Document)) {}
+  TLoadedLock(const TLoadedLock&) = delete;
+  TLoadedLock& operator=(const TLoadedLock&) = delete;
+  ~TLoadedLock() { Loaded = FOuter; }
+
+ private:
+  const TSVGDocument* FOuter;
+};
 
 // A text that is in memory has no encoding any more, whatever its declaration says: the name of one
 // is left out of the bytes that the XML parser gets.
@@ -77,12 +93,16 @@ void TSVGDocument::LoadFromXML(IXMLDocument& XMLDocument) {
 
 void TSVGDocument::LoadFromXML(IXMLNode& Node) {
   if (Node.LocalName() != RootName) return;
+  // The document around a nested one styles all that is in it. To style that on each level would
+  // multiply the time by the levels, so it is done only where somebody looks at it.
+  const bool IsStyledLater = Document() && Document() == Loaded;
+  const TLoadedLock Loading(*this);
   const TUpdateLock Lock(*this);
   Clear();
   DoLoading();
   try {
     TSVGCustomViewBox::LoadFromXML(Node);
-    ApplyStyles();
+    if (!IsStyledLater || OnLoaded) ApplyStyles();
   } catch (...) {
     DoLoaded();
     throw;

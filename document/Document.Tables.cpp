@@ -9,7 +9,8 @@
 namespace qxsvg {
 
 void TSVGDocument::Change(TSVGElement* Element) {
-  DropRepeats(*this);
+  // One that is nested passes the change on.
+  if (!Document()) DropRepeats(*this);
   TSVGCustomViewBox::Change(Element);
   if (IsUpdating() || FElementState.Has(TSVGElementStateFlag::esDestroying)) return;
   if (OnChange) OnChange(Element);
