@@ -29,8 +29,9 @@ void FetchAhead(const TQXPixels& Target, std::int32_t Y, std::span<const TCoverS
 
 // A block of so many bytes throws everything else out of the caches of most machines, its own
 // beginning too, and would first be read from memory line by line only to be overwritten. Stores
-// past the caches halve the time. What is smaller may be drawn over soon and is best kept near.
-constexpr std::int64_t StreamedBytes = std::int64_t{8} << 20;
+// past the caches halve the time. What is smaller is drawn over soon more often than not, as the
+// grounds of flags are, and is best kept near.
+constexpr std::int64_t StreamedBytes = std::int64_t{16} << 20;
 
 // Other threads may look at the pixels as soon as the drawing is over: until then what was stored
 // past the caches must have arrived, which only a full fence sees to.
