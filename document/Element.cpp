@@ -194,6 +194,8 @@ void TSVGElement::SetID(StringView Value) {
     Table.Remove(FID);
   }
   FID = std::move(Name);
+  // While the table is silent it tells nobody.
+  TSVGDocument::DropRepeats(*this);
 }
 
 // --- Setters

@@ -1,6 +1,7 @@
 // Finding out what is in force for an element that is drawn.
 #include <utility>
 
+#include "document/Document.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/GraphicElementScope.h"
 
@@ -32,7 +33,8 @@ TSVGGraphicElement::Scope::Scope(TSVGGraphicElement& Element)
     case TSVGElementType::etPattern: FIsBorrowed = false; break;
     default: FIsBorrowed = FPrevious && (FPrevious->FIsBorrowed || FPrevious->FIsUse); break;
   }
-  FIsRooted = FIsStraight && (FPrevious ? FPrevious->FIsRooted : !Element.Parent());
+  FIsRooted = FIsStraight && (FPrevious ? FPrevious->FIsRooted && FPrevious->HasOwnerOf(Element)
+                                        : !Element.Parent());
   FMoves = FPrevious ? FPrevious->FMoves : FThread.Moves;
   FIsUse = Element.SVGType() == TSVGElementType::etUse;
   Build();
@@ -43,6 +45,12 @@ TSVGGraphicElement::Scope::Scope(TSVGGraphicElement& Element)
 TSVGGraphicElement::Scope::~Scope() {
   FElement.FScope = FOuter;
   FThread.Top = FPrevious;
+}
+
+// What was made for another document, or for none, tells this one of no change.
+bool TSVGGraphicElement::Scope::HasOwnerOf(const TSVGElement& Child) const {
+  const TSVGDocument* const Owner = Child.Document();
+  return Owner && (Owner == FElement.Document() || Owner == &FElement);
 }
 
 void TSVGGraphicElement::Scope::Build() {

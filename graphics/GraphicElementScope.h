@@ -128,6 +128,7 @@ class TSVGGraphicElement::Scope {
     thread_local TThread Instance;
     return Instance;
   }
+  bool HasOwnerOf(const TSVGElement& Child) const;
   void Build();
   // The parts for an element below Parent, of whose scope Above is; null where Parent is not drawn.
   void BuildBelow(const TSVGGraphicElement& Parent, const Scope* Above);
@@ -148,7 +149,8 @@ class TSVGGraphicElement::Scope {
   // The scopes before are those of the ancestors, and none else.
   bool FIsStraight;
   bool FIsBorrowed, FIsUse;
-  // They reach up to the root of the tree, as long as no element has moved since the first of them.
+  // They reach up to the root of the tree, and all belong to its document, as long as no element
+  // has moved since the first of them.
   bool FIsRooted;
   std::uint64_t FMoves;
 };

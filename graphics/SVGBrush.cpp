@@ -47,8 +47,8 @@ std::unique_ptr<TQXGPGraphicsObject> TSVGBrush::Clone() const {
 
 void TSVGBrush::Clear() {
   SetColor(OpaqueBlack);
-  FURI.clear();
-  FOpacity = FDefaultOpacity;
+  SetURI({});
+  SetOpacity(FDefaultOpacity);
   SetKind(TQXGPBrushKind::bkSolid);
 }
 

@@ -92,7 +92,7 @@ void TSVGPen::Clear() {
   SetColor(OpaqueBlack);
   SetDash(TQXGPStrokeDash::sdSolid);
   FThicknessPreferredUnit = TSVGUnit::suNone;
-  FThicknessIsPercent = false;
+  SetThicknessIsPercent(false);
   SetThickness(FirstThickness);
   SetDashOffset(0);
   SetStartCap(TQXGPLineCap::lcFlat);
@@ -103,8 +103,8 @@ void TSVGPen::Clear() {
   FDashArrayIsPercent.clear();
   FDashArrayPreferredUnits.clear();
   SetJoin(TQXGPStrokeJoin::sjMiter);
-  FURI.clear();
-  FOpacity = FDefaultOpacity;
+  SetURI({});
+  SetOpacity(FDefaultOpacity);
 }
 
 // --- Setters
@@ -124,6 +124,12 @@ void TSVGPen::SetOpacity(float Value) {
 void TSVGPen::SetURI(StringView Value) {
   if (Value == FURI) return;
   FURI = Value;
+  Update();
+}
+
+void TSVGPen::SetThicknessIsPercent(bool Value) {
+  if (Value == FThicknessIsPercent) return;
+  FThicknessIsPercent = Value;
   Update();
 }
 

@@ -42,7 +42,7 @@ class QXSVG_API TSVGPen : public TQXGPPen {
 
   // The width was a percentage: the thickness holds its fraction.
   bool ThicknessIsPercent() const { return FThicknessIsPercent; }
-  void SetThicknessIsPercent(bool Value) { FThicknessIsPercent = Value; }
+  void SetThicknessIsPercent(bool Value);
   // The unit that the width is written back in.
   TSVGUnit ThicknessPreferredUnit() const { return FThicknessPreferredUnit; }
   void SetThicknessPreferredUnit(TSVGUnit Value) { FThicknessPreferredUnit = Value; }
