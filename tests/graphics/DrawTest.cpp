@@ -397,10 +397,12 @@ TEST_F(TRedraw, WhatReferencesShowFollowsEveryChange) {
     Show(Next);
     D.Document.OnDrawn = nullptr;
   };
+  TSVGGroup* Stranger = nullptr;
   const std::pair<const char*, std::function<void()>> Changes[] = {
       {"nothing", [] {}},
       {"paint of a shape", [&] { D.Get(u"p").Pen().SetColor(0xff123456); }},
       {"paint above", [&] { D.Get(u"g").Brush().SetColor(0xff00aa00); }},
+      {"width", [&] { D.Document.Pen().SetThicknessIsPercent(true); }},
       {"mark", [&] { D.Get(u"p").Inherits().SetSet(Ordinal(TSVGStyleProperty::ipStroke), true); }},
       {"opacity", [&] { D.Get(u"o").SetOpacity(0.25f); }},
       {"place", [&] { D.Get(u"u").SetX(2); }},
@@ -413,8 +415,28 @@ TEST_F(TRedraw, WhatReferencesShowFollowsEveryChange) {
       {"visible", [&] { D.Get(u"r").SetVisible(false); }},
       {"default",
        [&] { D.Document.SetDefaultShapeRendering(TSVGShapeRendering::srnOptimizeSpeed); }},
+      {"opacity of a brush", [&] { D.Document.Brush().SetOpacity(0.5f); }},
+      {"brush that is cleared", [&] { D.Document.Brush().Clear(); }},
+      // While the table is silent.
       {"name",
-       [&] { D.Get(u"u").SetID(u"u2"), D.Get(u"a").SetID(u"a2"), D.Get(u"e").SetID(u"a"); }},
+       [&] {
+         D.Document.AllItems().BeginUpdate();
+         D.Get(u"u").SetID(u"u2"), D.Get(u"a").SetID(u"a2"), D.Get(u"e").SetID(u"a");
+       }},
+      {"parent that belongs to no document",
+       [&] {
+         auto Group = std::make_unique<TSVGGroup>(nullptr);
+         Stranger = Group.get();
+         D.Document.Items().Add(std::move(Group));
+         for (const float Y : {80, 88}) {
+           auto Child = std::make_unique<TSVGUse>(&D.Document);
+           Child->SetReference(u"t");
+           Child->SetY(Y);
+           Stranger->Items().Add(std::move(Child));
+         }
+       }},
+      {"what it alone knows",
+       [&] { Stranger->SetShapeRendering(TSVGShapeRendering::srnCrispEdges); }},
       {"new child",
        [&] {
          auto Child = std::make_unique<TSVGCircle>(&D.Document);
