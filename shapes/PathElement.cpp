@@ -130,8 +130,7 @@ TSVGElement* TSVGPath::DoInternalElementAtPos(const TMatrix& Matrix, TQXGPCanvas
     return Found;
   const TQXGPPath* const Path = GetShape();
   if (!Path || Path->IsEmpty()) return nullptr;
-  const bool Hit =
-      MarkersAtPos(*this, FData, Matrix, Canvas, Point, Rect, Options) != nullptr;
+  const bool Hit = MarkersAtPos(*this, FData, Matrix, Canvas, Point, Rect, Options) != nullptr;
   return Hit ? DoOnElementFound(this) : nullptr;
 }
 
