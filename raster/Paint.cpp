@@ -1,9 +1,12 @@
 #include "raster/Paint.h"
 
 #include <algorithm>
-#include <atomic>
 
 #include "raster/Kernels.h"
+
+#if defined(__SSE2__)
+#include <xmmintrin.h>
+#endif
 
 namespace qxsvg {
 
@@ -34,9 +37,11 @@ void FetchAhead(const TQXPixels& Target, std::int32_t Y, std::span<const TCoverS
 constexpr std::int64_t StreamedBytes = std::int64_t{16} << 20;
 
 // Other threads may look at the pixels as soon as the drawing is over: until then what was stored
-// past the caches must have arrived, which only a full fence sees to.
+// past the caches must have arrived. Only the kernels of these processors store so.
 void EndStream() {
-  std::atomic_thread_fence(std::memory_order_seq_cst);
+#if defined(__SSE2__)
+  _mm_sfence();
+#endif
 }
 
 bool IsStreamed(const TRect& Box) {
