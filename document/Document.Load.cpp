@@ -1,4 +1,5 @@
 // The way from bytes to a finished tree, and the test whether there is one.
+#include <typeinfo>
 #include <utility>
 
 #include "document/Document.h"
@@ -94,8 +95,10 @@ void TSVGDocument::LoadFromXML(IXMLDocument& XMLDocument) {
 void TSVGDocument::LoadFromXML(IXMLNode& Node) {
   if (Node.LocalName() != RootName) return;
   // The document around a nested one styles all that is in it. To style that on each level would
-  // multiply the time by the levels, so it is done only where somebody looks at it.
-  const bool IsStyledLater = Document() && Document() == Loaded;
+  // multiply the time by the levels, so it is done only where somebody looks at it: a handler, or a
+  // class that the host made from this one.
+  const bool IsStyledLater =
+      Document() && Document() == Loaded && typeid(*this) == typeid(TSVGDocument);
   const TLoadedLock Loading(*this);
   const TUpdateLock Lock(*this);
   Clear();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
+#include <utility>
 
 #include "document/QXSVG.h"
 #include "document/XML.h"
@@ -136,6 +137,23 @@ TEST(Load, ANestedDocumentHasTablesOfItsOwn) {
   // The inner document answers with the outer one's options.
   Doc.SetOptions(Doc.GetOptions() + TSVGOptions{TSVGOption::soExportDisabled});
   EXPECT_TRUE(Inner->GetOptions().Has(TSVGOption::soExportDisabled));
+}
+
+// Nested documents are styled with the outer one, but for those of a host that sees them before.
+struct TOwnDocument final : TSVGDocument {
+  using TSVGDocument::TSVGDocument;
+  void DoLoaded() override { Seen = FindElement(u"r")->AsGraphicElement()->GetOpacity(); }
+  static inline float Seen = 0;
+};
+
+TEST(Load, ANestedDocumentOfAnotherClassIsStyledWhenItIsLoaded) {
+  TSVGElementClass Own = TSVGDocument::Class;
+  Own.Create = &CreateElement<TOwnDocument>;
+  const TSVGElementClass*& Held = SVGClasses[static_cast<std::size_t>(TSVGElementType::etDoc)];
+  const TSVGElementClass* const Before = std::exchange(Held, &Own);
+  TLoaded Doc("<svg><svg><style>rect{opacity:.5}</style><rect id='r'/></svg></svg>");
+  Held = Before;
+  EXPECT_EQ(TOwnDocument::Seen, 0.5f);
 }
 
 TEST(Load, ANodeOfAnotherNameDoesNothing) {
