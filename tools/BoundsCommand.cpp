@@ -41,7 +41,9 @@ void Add(CLI::App& App, int& Status) {
     TSVGDocument Drawing;
     Status = ForEachFile({Options->File}, [&](const std::string& Name) {
       LoadDrawing(Drawing, Name);
-      if (Options->IDs.empty()) PrintNamed(Drawing, Drawing);
+      if (!Options->IDs.empty()) return;
+      if (!Drawing.ID().empty()) Print(Drawing, Drawing);
+      PrintNamed(Drawing, Drawing);
     });
     if (Status != 0) return;
     Status = ForEachFile(

@@ -1,5 +1,6 @@
 #include "tools/Picture.h"
 
+#include <charconv>
 #include <cmath>
 
 #include "document/Document.h"
@@ -28,6 +29,18 @@ TSVGElement* FindInAll(TSVGDocument& Drawing, StringView ID) {
     if (TSVGElement* Found = Nested ? FindInAll(*Nested, ID) : nullptr) return Found;
   }
   return nullptr;
+}
+
+// The opacity of #rgba and #rrggbbaa, whose digits are cut off: drawings know colours without one.
+double TakeOpacity(String& Color) {
+  if (!Color.starts_with(u'#') || (Color.size() != 5 && Color.size() != 9)) return 1;
+  const std::size_t Digits = Color.size() / 4;
+  const std::string Last = ToUtf8(StringView(Color).substr(Color.size() - Digits));
+  unsigned Value = 0;
+  const auto [End, Failure] = std::from_chars(Last.data(), Last.data() + Last.size(), Value, 16);
+  if (Failure != std::errc() || End != Last.data() + Last.size()) return 1;
+  Color.resize(Color.size() - Digits);
+  return Value / (Digits == 1 ? 15.0 : 255.0);
 }
 
 // What a product adds to a whole number, such as 1.1 times 100, is no pixel: the precision of
@@ -75,6 +88,8 @@ TSVGGraphicElement& GraphicElementByID(TSVGDocument& Drawing, const std::string&
   std::string_view Name = ID;
   if (Name.starts_with('#')) Name.remove_prefix(1);
   TSVGElement* Found = FindInAll(Drawing, FromUtf8(Name));
+  // The root is in no table.
+  if (!Found && !Name.empty() && FromUtf8(Name) == Drawing.ID()) Found = &Drawing;
   TSVGGraphicElement* Element = Found ? Found->AsGraphicElement() : nullptr;
   if (!Element) throw ESVGException(u"There is no graphic element %s", {FromUtf8(ID)});
   return *Element;
@@ -95,15 +110,17 @@ TRectF BoxOfElement(TSVGDocument& Drawing, TSVGGraphicElement& Element) {
 std::uint32_t ParseBackground(const std::string& Text) {
   if (Text == "transparent") return 0;
   bool IsNone = false, Inherit = false;
-  const String Name = FromUtf8(Text);
+  String Name(Trim(FromUtf8(Text)));
   const ESVGException Refusal(u"%s is no colour", {Name});
+  const double Opacity = TakeOpacity(Name);
+  if (Name.starts_with(u'#') && !IsHexColor(Name)) throw Refusal;
   try {
     // Two defaults that differ tell a colour from a text that is none.
-    const TQXGPColor First = ParseColor(Name, 1, IsNone, Inherit, 0);
-    const TQXGPColor Second = ParseColor(Name, 2, IsNone, Inherit, 0);
+    const TQXGPColor First = ParseColor(Name, 1, IsNone, Inherit, 1);
+    const TQXGPColor Second = ParseColor(Name, 2, IsNone, Inherit, 2);
     if (IsNone) return 0;
     if (First != Second) throw Refusal;
-    return First;
+    return SetColorOpacity(First, Opacity);
   } catch (const EConvertError&) {
     throw Refusal;
   }

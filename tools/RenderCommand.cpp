@@ -103,18 +103,21 @@ TRectF BoxOnPaper(TSVGDocument& Drawing, TSVGGraphicElement& Element, const TRec
 // Draws the whole drawing over the whole picture, or one element alone with what it covers over it.
 void Draw(TSVGDocument& Drawing, const RenderOptions& Options, TQXGPBitmap& Picture) {
   const TSizeF Natural = NaturalSize(Drawing);
+  TSVGGraphicElement& Element =
+      Options.ExportID.empty() ? Drawing : GraphicElementByID(Drawing, Options.ExportID);
   const auto Prepare = [&](TSizeF Size) {
     const TPoint Pixels = PixelSize(Size, Options.Size);
     Picture.SetSize(Pixels.X, Pixels.Y);
     if (Options.Background != 0) Picture.Clear(Options.Background);
     return QXRect(0, 0, static_cast<float>(Pixels.X), static_cast<float>(Pixels.Y));
   };
-  if (Options.ExportID.empty()) {
+  if (&Element == &Drawing) {
     const TRectF Whole = Prepare(Natural);
     Drawing.Draw(Picture.GetCanvas(), Whole);
     return;
   }
-  TSVGGraphicElement& Element = GraphicElementByID(Drawing, Options.ExportID);
+  // Alone, an element may be larger than the page.
+  Drawing.SetOverflow(true);
   const TRectF View = QXRect(0, 0, Natural.Width, Natural.Height);
   const TRectF Box = BoxOnPaper(Drawing, Element, View);
   const TRectF Whole = Prepare({Box.Width(), Box.Height()});
@@ -149,6 +152,9 @@ void Write(const TQXGPBitmap& Picture, const RenderOptions& Options, const std::
 std::string RenderOne(const Job& Work, const RenderOptions& Options) {
   if (!Work.Rival.empty())
     throw ESVGException(u"Its picture would take the name of that of %s", {FromUtf8(Work.Rival)});
+  std::error_code IsMissing;
+  if (fs::equivalent(Work.Input, Work.Output, IsMissing))
+    throw ESVGException(u"The picture would replace the drawing");
   Stopwatch Watch;
   TSVGDocument Drawing;
   Configure(Drawing, Options);

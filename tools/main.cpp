@@ -43,6 +43,8 @@ static void KeepFreedMemory() {
 int main(int Count, char** Arguments) {
   KeepFreedMemory();
   CLI::App App("Reads, checks, draws and asks SVG drawings.", "qxsvg");
+  // The subcommands take it over, but for those in which -h is the height.
+  App.set_help_flag("-h,-?,--help", "Prints this help and exits");
   App.require_subcommand(1);
   int Status = 0;
   try {

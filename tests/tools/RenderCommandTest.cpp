@@ -46,6 +46,10 @@ TEST(Render, SizesFollowTheOptions) {
       {"-w 100 -h 100", Plain, 100, 100},
       {"-w 100 -h 100 -a", Plain, 100, 50},
       {"-i r", Sample, 16, 16},
+      {"-i page", "<svg id='page' width='40' height='20'><rect width='5' height='5'/></svg>", 40,
+       20},
+      {"-i beside",
+       "<svg width='9' height='9'><rect id='beside' x='-5' width='10' height='30'/></svg>", 10, 30},
       // With all of its stroke, and what a use shows.
       {"-i s",
        "<svg width='40' height='20'><path id='s' d='M5 5h10' stroke='red' "
@@ -77,6 +81,8 @@ TEST(Render, OptionsReachThePicture) {
       {"", "<svg width='8' height='8'/>", 0},
       {"-b transparent", "<svg width='8' height='8'/>", 0},
       {"-b '#102030'", "<svg width='8' height='8'/>", 0xFF102030},
+      {"-b '#ff000080'", "<svg width='8' height='8'/>", 0x80800000},
+      {"-b '#f008'", "<svg width='8' height='8'/>", 0x88880000},
       {"", Rect, 0xFF000000},
       {"-s " + Quoted(Rules), Rect, 0xFF0000FF},
       {"-s " + Quoted(Marked), Rect, 0xFF0000FF},
@@ -132,6 +138,9 @@ TEST(Render, NoFileIsOverwrittenByMistake) {
     EXPECT_EQ(RunQxsvg("render -f png " + Quoted(First) + " " + Quoted(Other)).Status, 2);
     EXPECT_EQ(FileText(Other), Sample);
   }
+  const std::string Misnamed = Folder.Add("z.png", Sample);
+  EXPECT_EQ(RunQxsvg("render " + Quoted(Misnamed)).Status, 1);
+  EXPECT_EQ(FileText(Misnamed), Sample);
 }
 
 TEST(Render, AFailureKeepsThePictureThatWasThere) {
@@ -154,6 +163,7 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
   const std::string File = Quoted(Folder.Add("file", ""));
   const std::tuple<std::string, int, std::string> Cases[] = {
       {"render - -b nocolor", 2, "nocolor is no colour"},
+      {"render - -b '#12345'", 2, "#12345 is no colour"},
       {"render - x.tiff", 1, "tiff is no picture format"},
       {"render - -z inf", 2, "no number above 0"},
       {"render - -s /nowhere.css", 1, "/nowhere.css: "},
