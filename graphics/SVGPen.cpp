@@ -208,19 +208,18 @@ String TSVGPen::CustomDashArray() const {
 }
 
 void TSVGPen::SetCustomDashArray(StringView Text) {
-  FDashArrayIsPercent.clear();
-  FDashArrayPreferredUnits.clear();
-  if (Text.empty() || Text == NoneText) {
+  std::vector<bool> IsPercent;
+  TSVGUnits Units;
+  std::vector<float> Dashes;
+  if (!Text.empty() && Text != NoneText)
+    Dashes = ParseDashes(Text, IsPercent, Units, GetUnitFactors(), 0, 1);
+  // What is refused must not leave its units with the dashes that stay.
+  if (!std::all_of(Dashes.begin(), Dashes.end(), [](float Dash) { return Dash > 0; })) return;
+  FDashArrayIsPercent = IsPercent;
+  FDashArrayPreferredUnits = Units;
+  if (Dashes.empty())
     SetDash(TQXGPStrokeDash::sdSolid);
-    return;
-  }
-  const std::vector<float> Dashes =
-      ParseDashes(Text, FDashArrayIsPercent, FDashArrayPreferredUnits, GetUnitFactors(), 0, 1);
-  if (Dashes.empty()) {
-    SetDash(TQXGPStrokeDash::sdSolid);
-    return;
-  }
-  if (std::all_of(Dashes.begin(), Dashes.end(), [](float Dash) { return Dash > 0; }))
+  else
     SetCustomDash(Dashes, GetDashOffsetValue());
 }
 
