@@ -9,6 +9,7 @@
 #include "runtime/Services.h"
 #include "runtime/Streams.h"
 #include "runtime/UpdateLock.h"
+#include "shapes/Image.h"
 
 namespace qxsvg {
 
@@ -100,6 +101,7 @@ void TSVGDocument::LoadFromXML(IXMLNode& Node) {
   const bool IsStyledLater =
       Document() && Document() == Loaded && typeid(*this) == typeid(TSVGDocument);
   const TLoadedLock Loading(*this);
+  const TPictureScope Pictures;
   const TUpdateLock Lock(*this);
   Clear();
   DoLoading();

@@ -97,6 +97,9 @@ inline constexpr std::size_t StampBytesOfPath = std::size_t{2} << 20;
 inline constexpr std::size_t ImageBytes = std::size_t{440} << 20;
 // Bytes of an image before decoding, which is done in memory.
 inline constexpr std::size_t ImageFileBytes = std::size_t{256} << 20;
+// Bytes of pictures that a document holds while it loads another one: a picture in one colour takes
+// thousands of times the bytes of its text.
+inline constexpr std::size_t PictureBytes = std::size_t{1} << 30;
 
 // --- Text
 
@@ -120,7 +123,8 @@ inline constexpr std::size_t RepeatBytes = std::size_t{4} << 20;
 // the outermost one: each is a whole document.
 inline constexpr std::size_t ImageDocumentDepth = 4;
 inline constexpr std::int32_t ImageDocuments = 256;
-// Pixels of tiles painted in one draw.
-inline constexpr std::int64_t TilePixels = std::int64_t{1} << 30;
+// Pixels of tiles painted in one draw: each pattern has tiles of its own, all of which may be
+// large. Half a billion take some seconds.
+inline constexpr std::int64_t TilePixels = std::int64_t{1} << 29;
 
 }  // namespace qxsvg::Limits

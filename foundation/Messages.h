@@ -42,11 +42,10 @@ inline constexpr StringView SStyleCopyLimit =
 inline constexpr StringView SStyleMatchLimit =
     u"The document has too many style rules for its elements";
 inline constexpr StringView SPathSegmentLimit = u"The path has too many segments";
-inline constexpr StringView SDashLimit = u"The dash pattern gives too many dashes";
 inline constexpr StringView SGradientPointLimit = u"The gradient repeats too often";
 inline constexpr StringView SBitmapSizeLimit = u"The bitmap is too large";
 inline constexpr StringView SImageSizeLimit = u"The image is too large";
-inline constexpr StringView STextRunLimit = u"The text run is too long";
+inline constexpr StringView SPictureLimit = u"The images of the document hold too many pixels";
 inline constexpr StringView SReferenceDepthLimit = u"References are nested too deeply";
 inline constexpr StringView SDrawnReferenceLimit =
     u"Too many elements are drawn through references";

@@ -178,8 +178,11 @@ std::unique_ptr<TQXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement& Element
   if (ViewBox().ViewBoxSpecified()) View = GetViewMatrix(View, Tile);
   const std::int64_t Width = CanvasTrunc(Tile.Width()), Height = CanvasTrunc(Tile.Height());
   if (Width <= 0 || Height <= 0) return Result;
-  if (Width > Limits::PatternPixels / Height) {
-    if (Document()) Document()->Diagnose(TSVGDiagnosticKind::dkLimit, this, SBitmapSizeLimit);
+  const bool IsSmall = Width <= Limits::PatternPixels / Height;
+  if (!IsSmall || !TReferenceScope::TakePixels(Width * Height)) {
+    if (Document())
+      Document()->Diagnose(TSVGDiagnosticKind::dkLimit, this,
+                           IsSmall ? STilePixelLimit : SBitmapSizeLimit);
     return Result;
   }
   Result->SetSize(static_cast<std::int32_t>(Width), static_cast<std::int32_t>(Height));

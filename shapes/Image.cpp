@@ -53,7 +53,33 @@ class TChainLink {
   bool FIsLinked = false;
 };
 
+struct TPictures {
+  std::int32_t Scopes = 0;
+  std::size_t Bytes = 0;
+  std::size_t Budget = 0;
+};
+
+thread_local TPictures Pictures;
+
 }  // namespace
+
+TPictureScope::TPictureScope(std::size_t Budget) {
+  if (Pictures.Scopes++ > 0) return;
+  Pictures.Bytes = 0;
+  Pictures.Budget = Budget;
+}
+
+TPictureScope::~TPictureScope() {
+  --Pictures.Scopes;
+}
+
+bool TPictureScope::IsFull() {
+  return Pictures.Scopes > 0 && Pictures.Bytes >= Pictures.Budget;
+}
+
+void TPictureScope::Add(std::size_t Bytes) {
+  Pictures.Bytes += Bytes;
+}
 
 constinit const TSVGElementClass TSVGImage::Class{
     {u"TSVGImage", &TSVGCustomViewBox::Class, Properties, nullptr},
@@ -113,16 +139,23 @@ void TSVGImage::DoSaveToXML(IXMLNode& Node) {
 // --- Loading
 
 void TSVGImage::LoadImage() {
+  if (FReference.empty() || TPictureScope::IsFull()) {
+    FBitmap.reset();
+    if (!FReference.empty() && Document())
+      Document()->Diagnose(TSVGDiagnosticKind::dkLimit, this, SPictureLimit);
+    return;
+  }
   if (StartsText(u"data:", FReference))
     LoadPicture();
-  else if (FReference.empty())
-    FBitmap.reset();
   else if (FReference.ends_with(u".svg"))
     LoadDrawing();
   else {
     if (!FBitmap) FBitmap = std::make_unique<TQXGPBitmap>();
     if (!LoadBitmapFromFile(FReference, *FBitmap)) FBitmap.reset();
   }
+  if (FBitmap)
+    TPictureScope::Add(std::size_t{4} * static_cast<std::size_t>(FBitmap->GetWidth()) *
+                       static_cast<std::size_t>(FBitmap->GetHeight()));
 }
 
 void TSVGImage::LoadPicture() {
@@ -145,6 +178,7 @@ void TSVGImage::LoadDrawing() {
   }
   const std::unique_ptr<TStream> Stream = Services().Files.Get()->Open(FReference);
   if (!Stream) return;
+  TPictureScope::Add(static_cast<std::size_t>(Stream->Size()));
   TSVGDocument Drawing;
   Drawing.LoadFromStream(*Stream);
   const TSVGViewBox& Size = Drawing.ViewBox().ViewBoxSpecified() ? Drawing.ViewBox() : ViewBox();

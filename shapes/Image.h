@@ -3,11 +3,26 @@
 
 #include <memory>
 
+#include "foundation/Limits.h"
 #include "shapes/CustomViewBox.h"
 
 namespace qxsvg {
 
 class TQXGPBitmap;
+
+// The pictures that a document takes in while it loads, in bytes: the outermost scope of a thread
+// begins to count, the images loaded in there add to it.
+class TPictureScope {
+ public:
+  explicit TPictureScope(std::size_t Budget = Limits::PictureBytes);
+  TPictureScope(const TPictureScope&) = delete;
+  TPictureScope& operator=(const TPictureScope&) = delete;
+  ~TPictureScope();
+
+  // There is room for no more. Never so outside of all scopes.
+  static bool IsFull();
+  static void Add(std::size_t Bytes);
+};
 
 // The element `image` (SVG 1.1 chapter 5.7): a picture, or another SVG file drawn into one when it
 // is loaded.

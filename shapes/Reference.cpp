@@ -15,6 +15,7 @@ struct TWork {
   // Levels of the tree that the references followed so far lie upon one another.
   std::int32_t Levels = 0;
   std::int64_t Left = 0;
+  std::int64_t TilePixels = 0;
   std::uint64_t Serial = 0;
 };
 
@@ -77,15 +78,23 @@ void MoveListener(TSVGElement& Self, StringView From, StringView To) {
   if (TSVGGraphicElement* const New = FindGraphicElement(Self, To)) New->ChangeNotification(&Self);
 }
 
-TReferenceScope::TReferenceScope(std::int64_t Budget) {
+TReferenceScope::TReferenceScope(std::int64_t Budget, std::int64_t TilePixels) {
   static std::atomic<std::uint64_t> Last = 0;
   if (Work.Scopes++ > 0) return;
   Work.Left = Budget;
+  Work.TilePixels = TilePixels;
   Work.Serial = Last.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
 std::uint64_t TReferenceScope::Serial() {
   return Work.Scopes > 0 ? Work.Serial : 0;
+}
+
+bool TReferenceScope::TakePixels(std::int64_t Count) {
+  if (Work.Scopes == 0) return true;
+  if (Count > Work.TilePixels) return false;
+  Work.TilePixels -= Count;
+  return true;
 }
 
 TReferenceScope::~TReferenceScope() {

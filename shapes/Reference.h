@@ -14,11 +14,12 @@ void MoveListener(TSVGElement& Self, StringView From, StringView To);
 // The graphic element of that identifier in the document of Self, or null.
 TSVGGraphicElement* FindGraphicElement(const TSVGElement& Self, StringView ID);
 
-// The budget of one drawing, hit test or measurement, in elements: the outermost scope of a thread
-// fills it, the references followed in there draw from it.
+// The budget of one drawing, hit test or measurement, in elements and in pixels of tiles: the
+// outermost scope of a thread fills it, the references followed in there draw from it.
 class TReferenceScope {
  public:
-  explicit TReferenceScope(std::int64_t Budget = Limits::DrawnReferences);
+  explicit TReferenceScope(std::int64_t Budget = Limits::DrawnReferences,
+                           std::int64_t TilePixels = Limits::TilePixels);
   TReferenceScope(const TReferenceScope&) = delete;
   TReferenceScope& operator=(const TReferenceScope&) = delete;
   ~TReferenceScope();
@@ -26,6 +27,9 @@ class TReferenceScope {
   // A number of its own for each outermost scope of the process, 0 outside of all: what is found
   // in the course of one drawing may be used again in that drawing.
   static std::uint64_t Serial();
+  // Pays for a tile of so many pixels; false, with nothing paid, where less is left. What is
+  // outside of all scopes costs nothing.
+  static bool TakePixels(std::int64_t Count);
 };
 
 // The budget of searches for what is shown through references, in elements looked at: the outermost

@@ -6,6 +6,7 @@
 #include "foundation/Limits.h"
 #include "graphics/surface/Bitmap.h"
 #include "runtime/Exceptions.h"
+#include "shapes/Reference.h"
 #include "tests/shapes/Drawing.h"
 
 namespace qxsvg::test {
@@ -215,6 +216,10 @@ TEST(Pattern, TilesHaveTheSizeToldByTheUnits) {
                "/><rect id='r'/>");
     EXPECT_EQ(TileOf(D, QXRect(0, 0, 100, 200)), Size) << Attributes;
   }
+  TDrawing D("<pattern id='p' width='.1' height='.1'/><rect id='r'/>");
+  const TReferenceScope Budget(1000, 150);
+  for (const char* const Size : {"10x10", "0x0"})
+    EXPECT_EQ(TileOf(D, QXRect(0, 0, 100, 100)), Size) << "beyond the pixels of one draw";
 }
 
 TEST(Pattern, DrawsItsContentThroughItsOwnTransformation) {

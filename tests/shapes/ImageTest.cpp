@@ -78,6 +78,17 @@ TEST_F(Image, DrawingsThatShowEachOtherEnd) {
   EXPECT_TRUE(D.Get<TSVGImage>(u"i").Bitmap());
 }
 
+TEST_F(Image, PicturesBeyondTheBudgetAreLeftOut) {
+  if (!QXSVG_TEST_HAS_ADAPTERS) GTEST_SKIP() << "needs what an adapter brings";
+  const std::string Shown = std::string("' width='9' height='9' xlink:href='") + Pixel + "'/>";
+  const TPictureScope Budget(5);
+  // A nested drawing has no budget of its own.
+  TDrawing D("<image id='a" + Shown + "<svg><image" + Shown.substr(1) + "</svg><image id='c" +
+             Shown);
+  EXPECT_TRUE(D.Get<TSVGImage>(u"a").Bitmap());
+  EXPECT_FALSE(D.Get<TSVGImage>(u"c").Bitmap());
+}
+
 TEST_F(Image, SavesItsReferenceAsItWasWritten) {
   if (!QXSVG_TEST_HAS_ADAPTERS) GTEST_SKIP() << "needs what an adapter brings";
   TDrawing D(std::string("<image id='i' width='9' xlink:href='") + Pixel + "'/>");
