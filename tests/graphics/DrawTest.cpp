@@ -367,27 +367,30 @@ TEST_F(TRedraw, WhatReferencesShowLooksTheSameHoweverOftenItWasDrawn) {
   }
 }
 
+// Styles, clips, gradients and loops, each shown in several places through references.
+constexpr const char* Shown =
+    "<clipPath id='clip'><rect width='3' height='30'/></clipPath>"
+    "<linearGradient id='l'><stop stop-color='#0f0'/><stop offset='1'/></linearGradient>"
+    "<defs><g id='a'><rect id='r' width='6' height='6' rx='1'/>"
+    "<path id='p' d='M1 1l5 2-3 4z' stroke='#00f' stroke-dasharray='1 .5'/></g>"
+    "<g id='b'><use xlink:href='#a' id='u' x='.3'/><use xlink:href='#a' x='10.6' opacity='.5'/>"
+    "<use xlink:href='#a' transform='translate(3.1,9) rotate(20)' fill='#f80'/></g>"
+    "<g id='e'><rect width='1em' height='9'/></g>"
+    "<g id='i'><rect width='9' height='9' clip-path='inherit' fill='url(#l)'/></g>"
+    "<g id='t'><path d='M0 0h5v4z'/><use xlink:href='#x' visibility='hidden'/></g></defs>"
+    "<g id='g' fill='#f00'><use xlink:href='#b' id='o'/><use xlink:href='#b' x='30.2'/>"
+    "<use xlink:href='#b' x='60.7' fill='#08f'/><use xlink:href='#b' y='25' display='none'/>"
+    "<use xlink:href='#a' y='30' visibility='hidden'/><use xlink:href='#a' y='30' x='9'/></g>"
+    "<g font-size='5'><use xlink:href='#e' y='40'/></g><use xlink:href='#e' y='40' x='20'/>"
+    "<use xlink:href='#e' y='40' x='40'/><use xlink:href='#e' font-size='5' y='40' x='60'/>"
+    "<use xlink:href='#i' y='55'/><use xlink:href='#i' y='55' x='20' clip-path='url(#clip)'/>"
+    "<use xlink:href='#i' y='55' x='40'/><use xlink:href='#t' y='70'/>"
+    "<use xlink:href='#t' y='70' x='10'/><g id='x' transform='translate(20,70)'>"
+    "<rect width='4' height='9' visibility='visible'/><use xlink:href='#t' x='5'/></g>";
+
 // From the third time on they are played from a recording, and by the walk where a handler listens.
 TEST_F(TRedraw, WhatReferencesShowFollowsEveryChange) {
-  TDrawing D(
-      "<clipPath id='clip'><rect width='3' height='30'/></clipPath>"
-      "<linearGradient id='l'><stop stop-color='#0f0'/><stop offset='1'/></linearGradient>"
-      "<defs><g id='a'><rect id='r' width='6' height='6' rx='1'/>"
-      "<path id='p' d='M1 1l5 2-3 4z' stroke='#00f' stroke-dasharray='1 .5'/></g>"
-      "<g id='b'><use xlink:href='#a' id='u' x='.3'/><use xlink:href='#a' x='10.6' opacity='.5'/>"
-      "<use xlink:href='#a' transform='translate(3.1,9) rotate(20)' fill='#f80'/></g>"
-      "<g id='e'><rect width='1em' height='9'/></g>"
-      "<g id='i'><rect width='9' height='9' clip-path='inherit' fill='url(#l)'/></g>"
-      "<g id='t'><path d='M0 0h5v4z'/><use xlink:href='#x' visibility='hidden'/></g></defs>"
-      "<g id='g' fill='#f00'><use xlink:href='#b' id='o'/><use xlink:href='#b' x='30.2'/>"
-      "<use xlink:href='#b' x='60.7' fill='#08f'/><use xlink:href='#b' y='25' display='none'/>"
-      "<use xlink:href='#a' y='30' visibility='hidden'/><use xlink:href='#a' y='30' x='9'/></g>"
-      "<g font-size='5'><use xlink:href='#e' y='40'/></g><use xlink:href='#e' y='40' x='20'/>"
-      "<use xlink:href='#e' y='40' x='40'/><use xlink:href='#e' font-size='5' y='40' x='60'/>"
-      "<use xlink:href='#i' y='55'/><use xlink:href='#i' y='55' x='20' clip-path='url(#clip)'/>"
-      "<use xlink:href='#i' y='55' x='40'/><use xlink:href='#t' y='70'/>"
-      "<use xlink:href='#t' y='70' x='10'/><g id='x' transform='translate(20,70)'>"
-      "<rect width='4' height='9' visibility='visible'/><use xlink:href='#t' x='5'/></g>");
+  TDrawing D(Shown);
   const auto Show = [&](TQXGPBitmap& Target) {
     Target.Clear(0xffffffff);
     D.Document.Draw(Target.GetCanvas(), {1.5f, 0.25f, 99, 98});
