@@ -1,5 +1,6 @@
 // Draws an SVG file into a PNG file: draw_to_png IN.svg OUT.png [WIDTH]
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
 
 #include "qxsvg.h"
@@ -22,7 +23,7 @@ int main(int Count, char** Arguments) {
     const TRectF Shown = Drawing.GetBoundsRect();
     const double OwnWidth = Drawing.GetWidth() > 0 ? Drawing.GetWidth() : Shown.Width();
     const double OwnHeight = Drawing.GetHeight() > 0 ? Drawing.GetHeight() : Shown.Height();
-    const double Width = Count > 3 ? std::stod(Arguments[3]) : OwnWidth;
+    const double Width = Count > 3 ? std::strtod(Arguments[3], nullptr) : OwnWidth;
     const double Height = Width * OwnHeight / OwnWidth;
     constexpr double Most = 32767;
     if (!(Width > 0 && Width <= Most && Height > 0 && Height <= Most))

@@ -1,4 +1,5 @@
 // Says which elements lie under the points of a grid: hit_test IN.svg [SIDE]
+#include <cstdlib>
 #include <iostream>
 #include <map>
 
@@ -15,7 +16,7 @@ int main(int Count, char** Arguments) {
   try {
     TSVGDocument Drawing;
     Drawing.LoadFromFile(std::string_view(Arguments[1]));
-    const int Side = Count > 2 ? std::stoi(Arguments[2]) : 24;
+    const int Side = Count > 2 ? std::atoi(Arguments[2]) : 24;
 
     // The grid lies over the drawing fitted into a square of that many pixels. The canvas only says
     // what clip and matrix are in force.

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <iterator>
 
@@ -32,16 +33,16 @@ std::string ReadStandardInput() {
 }  // namespace
 
 void LoadDrawing(TSVGDocument& Drawing, const std::string& Name) {
-  if (Name == "-")
-    Drawing.LoadFromText(std::string_view(ReadStandardInput()));
-  else
-    Drawing.LoadFromFile(std::string_view(Name));
+  if (Name == "-") return Drawing.LoadFromText(std::string_view(ReadStandardInput()));
+  // As a path, because the bytes of a name need not be text.
+  TFileStream File{std::filesystem::path(Name), TFileMode::fmOpenRead};
+  Drawing.LoadFromStream(File);
 }
 
 std::unique_ptr<IXMLDocument> LoadDrawingXML(const std::string& Name) {
   const auto Vendor = Services().XML.Get();
   if (Name == "-") return Vendor->LoadFromBytes(ReadStandardInput());
-  TFileStream File(FromUtf8(Name), TFileMode::fmOpenRead);
+  TFileStream File{std::filesystem::path(Name), TFileMode::fmOpenRead};
   return Vendor->LoadFromStream(File);
 }
 

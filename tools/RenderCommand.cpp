@@ -144,7 +144,7 @@ void Write(const TQXGPBitmap& Picture, const RenderOptions& Options, const std::
     std::clearerr(stdout);
     throw EStreamError(u"Standard output cannot be written");
   }
-  TAtomicFile File(FromUtf8(Output));
+  TAtomicFile File{fs::path(Output)};
   Picture.SaveToStream(File, Codec, Options.Quality);
   File.Finish();
 }
