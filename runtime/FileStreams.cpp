@@ -134,8 +134,12 @@ TAtomicFile::~TAtomicFile() {
 
 void TAtomicFile::Open() {
   std::error_code Error;
-  if (fs::is_symlink(fs::symlink_status(FTarget, Error)))
-    if (const fs::path Pointed = fs::canonical(FTarget, Error); !Error) FTarget = Pointed;
+  if (fs::is_symlink(fs::symlink_status(FTarget, Error))) {
+    fs::path Pointed = fs::canonical(FTarget, Error);
+    // The file that it leads to may be still to come.
+    if (Error) Pointed = FTarget.parent_path() / fs::read_symlink(FTarget, Error);
+    if (!Error) FTarget = Pointed;
+  }
   const fs::file_status Status = StatusOf(FTarget);
   const bool IsDirect = fs::exists(Status) && !fs::is_regular_file(Status);
   if (!IsDirect) {

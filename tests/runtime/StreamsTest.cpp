@@ -144,6 +144,9 @@ TEST_F(Files, AnAtomicFileAppearsWhenItIsFinished) {
             fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_EQ(FileCount(), 2);
   EXPECT_THROW(File.WriteBytes(BytesOf("late")), EStreamError);
+  fs::create_symlink("coming", Path("early"));
+  TAtomicFile(Path("early")).Finish();
+  EXPECT_TRUE(FileExists(Name("coming")));
 }
 
 TEST_F(Files, AnAtomicFileTellsWhyItCannotBe) {
