@@ -93,18 +93,12 @@ TXMLNode* TXMLDocument::NewNode(TXMLNodeType Type, const TXMLName* Name, std::in
 }
 
 const TXMLName* TXMLDocument::Intern(StringView LocalName, StringView Prefix) {
-  while (FNames.size() < FAllNames.size()) {
-    const TXMLName* Next = FAllNames[FNames.size()];
-    FNames.emplace(*Next, Next);
-  }
   if (const auto Found = FNames.find({LocalName, Prefix}); Found != FNames.end())
     return Found->second;
-  return AddName(Keep(LocalName), Keep(Prefix));
-}
-
-const TXMLName* TXMLDocument::AddName(StringView LocalName, StringView Prefix) {
-  FAllNames.push_back(std::construct_at(FArena.Allocate<TXMLName>(1), TXMLName{LocalName, Prefix}));
-  return FAllNames.back();
+  const TXMLName Name{Keep(LocalName), Keep(Prefix)};
+  const TXMLName* Kept = std::construct_at(FArena.Allocate<TXMLName>(1), Name);
+  FNames.emplace(Name, Kept);
+  return Kept;
 }
 
 const TXMLName* TXMLDocument::InternWhole(StringView Name) {

@@ -58,8 +58,6 @@ class QXSVG_API TXMLDocument final : public IXMLDocument {
   void SetRoot(TXMLNode* Root) { FRoot = Root; }
   // The one object for that name.
   const TXMLName* Intern(StringView LocalName, StringView Prefix);
-  // As Intern, for a name that the document does not hold yet, whose texts are kept in it.
-  const TXMLName* AddName(StringView LocalName, StringView Prefix);
   // As Intern, for a whole name; raises EXMLError where it is none.
   const TXMLName* InternWhole(StringView Name);
   StringView Keep(StringView Text);
@@ -80,10 +78,7 @@ class QXSVG_API TXMLDocument final : public IXMLDocument {
   };
 
   TXMLArena FArena;
-  // The last ones of FAllNames are entered when a name is looked for: most documents are read and
-  // never changed.
   std::unordered_map<TXMLName, const TXMLName*, NameHash, NameEqual> FNames;
-  std::vector<const TXMLName*> FAllNames;
   TXMLNode* FRoot = nullptr;
   bool FAutoIndent = false;
 };

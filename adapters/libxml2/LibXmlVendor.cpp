@@ -9,7 +9,6 @@
 #include "adapters/libxml2/Gzip.h"
 #include "adapters/libxml2/Prescan.h"
 #include "adapters/libxml2/SaxReader.h"
-#include "document/PlainXML.h"
 #include "document/XMLTree.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
@@ -21,8 +20,6 @@ namespace {
 
 std::unique_ptr<IXMLDocument> ReadUtf8(std::string_view Bytes) {
   if (Bytes.size() > Limits::DocumentBytes) throw ESVGException(SDocumentSizeLimit);
-  // libxml2 takes three to five times as long; what is beyond plain text, errors above all, is its.
-  if (auto Plain = ReadPlainXML(Bytes)) return Plain;
   CheckMarkup(Bytes);
   auto Document = std::make_unique<TXMLDocument>();
   TEntities Entities;
