@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "adapters/images/Formats.h"
+#include "runtime/Exceptions.h"
+#include "runtime/Numbers.h"
 
 namespace qxsvg::images {
 
@@ -122,7 +124,8 @@ void EncodeWebP(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
     Config.quality = 50;  // of the search for a smaller file
   }
   if (Pixels.Width > WEBP_MAX_DIMENSION || Pixels.Height > WEBP_MAX_DIMENSION)
-    RaiseUnwritable(u"WebP");
+    throw EInvalidGraphicOperation(u"A WebP picture has no more than %s pixels a side",
+                                   {IntToStr(WEBP_MAX_DIMENSION)});
   std::vector<std::uint32_t> Straight;
   Straight.reserve(static_cast<std::size_t>(Pixels.Width) *
                    static_cast<std::size_t>(Pixels.Height));
