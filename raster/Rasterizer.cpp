@@ -43,6 +43,19 @@ bool IsSimilarity(const TMatrix& M) {
   return std::abs(A - D) <= Close * std::max(A, D) && std::abs(Skew) <= Close * std::max(A, D);
 }
 
+// What may be left out of a line that is drawn with that pen.
+TQXThinning ThinningOf(const TQXStrokeStyle& Pen, const TMatrix& ToDevice) {
+  const float Scale =
+      std::hypot(std::hypot(ToDevice.m11, ToDevice.m12), std::hypot(ToDevice.m21, ToDevice.m22));
+  TQXThinning How;
+  How.Distance = QXStrokeThinning / (IsIdentityMatrix(ToDevice) ? 1 : Scale);
+  // The corners of other joins move with the sides, and the tips of miters move more. Where a line
+  // turns right back the slopes are so close that there is no miter.
+  if (Pen.Join != TQXGPStrokeJoin::sjRound) How.Turn = std::min(How.Distance * 2 / Pen.Width, 1.0f);
+  if (Pen.Join == TQXGPStrokeJoin::sjMiter) How.Turn /= std::max(Pen.MiterLimit, 1.0f);
+  return How;
+}
+
 // Leaves only pixels that are covered wholly.
 void Harden(std::span<TCoverSpan> Spans, std::uint8_t* Covers) {
   for (TCoverSpan& Span : Spans) {
@@ -199,6 +212,8 @@ void TRasterizer::Stroke(const TQXPathView& Path, const TMatrix& ToPen, const TQ
   if (!IsIdentityMatrix(Rest)) Bounds = QXMatrixTransform(Rest, Bounds);
   const TRect Box = PixelsOf(Bounds, Clip);
   if (Box.IsEmpty()) return;
+  // The lengths of dashes are those of the whole way.
+  if (Pen.Dashes.empty()) Points = FThinner.Thin(Points, ThinningOf(Pen, Rest));
   Sweep(Box, Holds(Clip, Bounds), {TQXGPFillMode::fmWinding, IsAliased}, Sink,
         [&](const TRect& Band, bool) {
           FStroker.Stroke(Points, Pen, Rest, QXRect(Band), QXFlattenTolerance, FLines, FReversed);

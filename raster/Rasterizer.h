@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "graphics/surface/DenseLines.h"
 #include "graphics/surface/Stroker.h"
 #include "raster/CellGrid.h"
 #include "raster/Kernels.h"
@@ -47,6 +48,7 @@ class TRasterizer {
   TCellGrid FGrid;
   TQXLineBuffer FLines, FReversed;
   TQXStroker FStroker;
+  TQXLineThinner FThinner;
   std::vector<TPointF> FPoints;
   std::vector<std::uint8_t> FCovers;
   std::vector<TCoverSpan> FSpans;
