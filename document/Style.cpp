@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <bit>
 #include <functional>
-#include <limits>
 #include <new>
 
 #include "document/Selectors.h"
@@ -74,23 +73,37 @@ StringView TSVGStyle::GetText(StringView Name) const {
 }
 
 TSVGStyle::TextPlace TSVGStyle::Put(StringView Text) {
-  if (Text.size() > std::numeric_limits<std::uint32_t>::max() - FTexts.size())
-    throw std::bad_alloc();
+  if (Text.size() >= InLongTexts - FTexts.size()) throw std::bad_alloc();
   const TextPlace Place{static_cast<std::uint32_t>(FTexts.size()),
                         static_cast<std::uint32_t>(Text.size())};
   FTexts.append(Text.data(), Text.size());
   return Place;
 }
 
+TSVGStyle::TextPlace TSVGStyle::PutOther(StringView Text) {
+  auto Long = Text.size() < TLongText::LeastSize ? nullptr : TLongText::From(Text);
+  if (!Long) return Put(Text);
+  auto Free = std::find(FLongTexts.begin(), FLongTexts.end(), nullptr);
+  if (Free == FLongTexts.end()) Free = FLongTexts.emplace(Free);
+  *Free = std::move(Long);
+  return {static_cast<std::uint32_t>(Free - FLongTexts.begin()), InLongTexts};
+}
+
 bool TSVGStyle::IsHeld(StringView Text) const {
   const std::less<const char16_t*> Before;
+  for (const auto& Long : FLongTexts)
+    if (Long && Long->Holds(Text)) return true;
   return !Before(Text.data(), FTexts.data()) && Before(Text.data(), FTexts.data() + FTexts.size());
 }
 
 void TSVGStyle::Replace(TextPlace& Held, StringView Text) {
-  const std::uint32_t Lost = Held.Size;
+  const TextPlace Lost = Held;
   Held = Put(Text);
-  FLostTexts += Lost;
+  if (Lost.Size == InLongTexts) {
+    FLongTexts[Lost.Begin].reset();
+    return;
+  }
+  FLostTexts += Lost.Size;
   // A property that is set again and again shall not let the texts grow without end.
   if (FLostTexts > LeastLostTexts && FLostTexts > FTexts.size() / 2) DropLostTexts();
 }
@@ -99,6 +112,7 @@ void TSVGStyle::DropLostTexts() {
   String Kept;
   Kept.reserve(FTexts.size() - FLostTexts);
   const auto Move = [&](TextPlace& Place) {
+    if (Place.Size == InLongTexts) return;
     const StringView Text = At(Place);
     Place.Begin = static_cast<std::uint32_t>(Kept.size());
     Kept.append(Text);
@@ -133,7 +147,7 @@ void TSVGStyle::StoreOther(StringView Name, StringView Value) {
   if (IsHeld(Name) || IsHeld(Value)) return StoreOther(String(Name), String(Value));
   const auto Order = static_cast<std::uint32_t>(Count());
   const TextPlace NamePlace = Put(Name);
-  FOthers.push_back({Order, NamePlace, Put(Value)});
+  FOthers.push_back({Order, NamePlace, PutOther(Value)});
   if (FIndex) {
     FIndex->emplace(Name, static_cast<std::uint32_t>(FOthers.size() - 1));
   } else if (FOthers.size() > SearchedNames) {
@@ -170,6 +184,7 @@ void TSVGStyle::RemoveAll() {
   FIndex.reset();
   FTexts.clear();
   FLostTexts = 0;
+  FLongTexts.clear();
   FFirstSlots = FSlots;
 }
 
@@ -214,7 +229,8 @@ TSVGStyleProperties TSVGStyle::AddStyle(const IXMLNode& Node) {
       }));
   std::size_t Texts = FTexts.size();
   for (const TXMLAttribute& Attribute : Attributes)
-    Texts += Attribute.LocalName().size() + Attribute.Value.size();
+    Texts += Attribute.LocalName().size() +
+             (Attribute.Value.size() < TLongText::LeastSize ? Attribute.Value.size() : 0);
   FTexts.reserve(Texts);
   FProperties.reserve(FProperties.size() + Known);
   FOthers.reserve(FOthers.size() + Attributes.size() - Known);

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <unordered_map>
 #include <vector>
 
+#include "document/LongText.h"
 #include "foundation/SelectorTokens.h"
 #include "foundation/StyleProperties.h"
 #include "runtime/Method.h"
@@ -106,10 +108,11 @@ class QXSVG_API TSVGStyle : public TPersistent {
  private:
   static constexpr std::uint32_t FirstCapacity = 64;
 
-  // Where a text lies in FTexts.
+  // Where a text lies in FTexts; with the size InLongTexts, which one of FLongTexts it is.
   struct TextPlace {
     std::uint32_t Begin = 0, Size = 0;
   };
+  static constexpr std::uint32_t InLongTexts = std::numeric_limits<std::uint32_t>::max();
   // Order is the place in the sequence of additions, which the visible order depends on.
   struct KnownEntry {
     std::uint32_t Order;
@@ -126,9 +129,15 @@ class QXSVG_API TSVGStyle : public TPersistent {
 
   void ReadSelector() const;
   std::size_t RankOf(TSVGStyleProperty Property) const;
-  StringView At(TextPlace Place) const { return {FTexts.data() + Place.Begin, Place.Size}; }
+  StringView At(TextPlace Place) const {
+    if (Place.Size == InLongTexts) [[unlikely]]
+      return FLongTexts[Place.Begin]->View();
+    return {FTexts.data() + Place.Begin, Place.Size};
+  }
   // Text may be a part of FTexts.
   TextPlace Put(StringView Text);
+  // As Put, for the text of an attribute that is no property.
+  TextPlace PutOther(StringView Text);
   bool IsHeld(StringView Text) const;
   void Replace(TextPlace& Held, StringView Text);
   void DropLostTexts();
@@ -152,6 +161,8 @@ class QXSVG_API TSVGStyle : public TPersistent {
   // all its attributes; FLostTexts of its characters belong to none any more.
   String FTexts;
   std::size_t FLostTexts = 0;
+  // Of FOthers. The place of one that was replaced is empty until there is another.
+  std::vector<std::unique_ptr<TLongText>> FLongTexts;
   // The slots that a table with these entries would have had when it was last emptied, and has now.
   std::uint32_t FFirstSlots = FirstCapacity;
   std::uint32_t FSlots = FirstCapacity;
