@@ -1,6 +1,7 @@
 #include "document/XMLTree.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -126,11 +127,16 @@ namespace {
 std::size_t WidenAscii(const unsigned char* Bytes, std::size_t Count, char16_t* Target) {
   constexpr std::size_t Step = 16;
   std::size_t Done = 0;
+  // Over copies of fixed size, which compilers turn into a few instructions.
   for (; Done + Step <= Count; Done += Step) {
+    std::array<unsigned char, Step> Read;
+    std::array<char16_t, Step> Wide;
     std::uint64_t Halves[2];
     std::memcpy(Halves, Bytes + Done, Step);
     if ((Halves[0] | Halves[1]) & 0x8080808080808080u) break;
-    for (std::size_t I = 0; I < Step; ++I) Target[Done + I] = Bytes[Done + I];
+    std::memcpy(Read.data(), Bytes + Done, Step);
+    for (std::size_t I = 0; I < Step; ++I) Wide[I] = Read[I];
+    std::memcpy(Target + Done, Wide.data(), sizeof Wide);
   }
   for (; Done < Count && Bytes[Done] < 0x80; ++Done) Target[Done] = Bytes[Done];
   return Done;
