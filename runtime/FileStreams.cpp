@@ -157,6 +157,22 @@ void TAtomicFile::Open() {
   }
 }
 
+namespace {
+
+// A failure with the temporary file, told of the name that the user knows.
+template <class Work>
+auto Retold(const fs::path& Temporary, const fs::path& Target, Work Try) {
+  try {
+    return Try();
+  } catch (const EStreamError& Error) {
+    const String Name = NameOf(Temporary);
+    if (Temporary.empty() || !Error.Message().starts_with(Name)) throw;
+    throw EStreamError(u"%s%s", {NameOf(Target), Error.Message().substr(Name.size())});
+  }
+}
+
+}  // namespace
+
 void TAtomicFile::Drop() noexcept {
   FFile.reset();
   std::error_code Error;
@@ -172,14 +188,14 @@ std::size_t TAtomicFile::Read(void* Buffer, std::size_t Count) {
   return File().Read(Buffer, Count);
 }
 std::size_t TAtomicFile::Write(const void* Buffer, std::size_t Count) {
-  return File().Write(Buffer, Count);
+  return Retold(FTemporary, FTarget, [&] { return File().Write(Buffer, Count); });
 }
 std::int64_t TAtomicFile::Seek(std::int64_t Offset, TSeekOrigin Origin) {
   return File().Seek(Offset, Origin);
 }
 
 void TAtomicFile::Finish() {
-  File().Close();
+  Retold(FTemporary, FTarget, [&] { File().Close(); });
   if (!FTemporary.empty()) {
     std::error_code Error;
     const fs::file_status Status = StatusOf(FTarget);
