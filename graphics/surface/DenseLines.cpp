@@ -15,7 +15,7 @@ constexpr std::size_t Samples = 32, OneIn = 4;
 constexpr float Infinite = std::numeric_limits<float>::infinity();
 
 // So far, in half widths, the middle of a strip may lie beside its anchor.
-constexpr float MostOffset = 0.9f;
+constexpr float MostOffset = 0.7f;
 
 // Points that lie on one line through the first of them, its anchor, within half the distance.
 class TStrip {
@@ -119,7 +119,8 @@ bool IsDense(const TQXPathView& Path, TQXThinning How) {
     const TPointF A = Path.Points[I] - Path.Points[I - 1], B = Path.Points[I + 1] - Path.Points[I];
     const float Cross = std::abs(A.X * B.Y - A.Y * B.X), Dot = std::abs(A.X * B.X + A.Y * B.Y);
     const float Longest = std::max({std::abs(A.X), std::abs(A.Y), std::abs(B.X), std::abs(B.Y)});
-    Found += Cross <= How.Distance * Longest && Cross <= How.Turn * Dot;
+    // Where the turn is not limited the product may be no number.
+    Found += Cross <= How.Distance * Longest && !(Cross > How.Turn * Dot);
   }
   return Found * OneIn >= Tried;
 }

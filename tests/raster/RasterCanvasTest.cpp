@@ -78,6 +78,10 @@ void DrawFarStroke(TQXGPCanvas& Canvas, std::uint32_t Seed) {
   TRandom Random(Seed);
   const float Size = 100 * std::pow(10.0f, Random.Between(0, 5));
   TQXPathGeometry Path = RandomPath(Random, Size, Random.Below(2) != 0);
+  // Some lead on in steps far below a pixel.
+  if (Random.Below(4) == 0)
+    for (int I = 0; I < 400; ++I)
+      Path.LineTo(Path.CurrentPoint() + TPointF{0.01f, Random.Between(-3, 3)});
   Path.Translate(-Random.Between(0, Size * 0.8f), -Random.Between(0, Size * 0.8f));
   TQXGPPen& Pen = Canvas.Pen();
   SetRandomPen(Random, Pen);
@@ -125,16 +129,31 @@ TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
     TQXCoverageCache Fill(Budget), Stroke(Budget);
     TTestSurface Fresh(Side, Side);
     SetRandomPen(Random, Fresh.Canvas.Pen());
+    // Kept coverage comes in groups of eight pixels, a clip's edge in pieces of any length.
+    TQXGPRegion Clip(&Fresh.Canvas);
+    Clip.Combine(RandomPath(Random, Side, true).View(), TQXGPFillMode::fmAlternate,
+                 TQXGPCombineMode::cmUnion);
     const auto Draw = [&](TTestSurface& S, bool IsKept) {
       S.Canvas.SetPen(Fresh.Canvas.Pen());
       S.Canvas.IntersectClip(QXRect(20, 20, 150, 130));
+      if (Seed % 2 == 0) S.Canvas.IntersectClip(Clip);
+      TQXGPBrush& Brush = S.Canvas.Brush();
+      Brush.SetColor(Seed % 4 == 1 ? 0x80ff8040 : 0xff4080ff);
+      if (Seed % 3 == 0) {
+        Brush.GetGradient().Points().Clear();
+        Brush.GetGradient().Points().Add(0, 0xff000000);
+        Brush.GetGradient().Points().Add(1, 0x80ff0000);
+        Brush.SetKind(TQXGPBrushKind::bkGradient);
+      }
       S.Canvas.FillPath({Path.View(), TQXGPFillMode::fmWinding, {}, IsKept ? &Fill : nullptr}, 1);
       S.Canvas.DrawPath({Path.View(), TQXGPFillMode::fmWinding, {}, IsKept ? &Stroke : nullptr}, 1);
     };
     Draw(Fresh, false);
-    for (int I = 0; I < 3; ++I) {
+    for (int I = 0; I < 5; ++I) {
       TTestSurface Kept(Side, Side);
+      SetSimdLevel(static_cast<TSimdLevel>(std::max(0, I - 2)));
       Draw(Kept, true);
+      Restore();
       ASSERT_EQ(Difference(Fresh.Bitmap, Kept.Bitmap), "") << "seed " << Seed << " time " << I;
     }
     // Under another matrix, and under another clip, what was kept no longer serves.
