@@ -88,6 +88,15 @@ void PlainBlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
                     Block.Covers + Row * Block.CoverStride, Color);
 }
 
+void PlainBlendGroups(const TCoverGroups& Groups, std::uint32_t Color) {
+  for (std::ptrdiff_t I = 0; I < Groups.Count; ++I) {
+    const TGroupPlace Place = Groups.Places[I];
+    const TCoverSpan Span{Place.X, 8, TCoverSpan::CoversBase};
+    PlainBlendColor(Groups.Pixels + Place.Y * Groups.Stride, {&Span, 1}, Groups.Covers + 8 * I,
+                    Color);
+  }
+}
+
 void PlainBlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                       std::uint32_t Cover) {
   for (std::int32_t I = 0; I < Count; ++I)
@@ -234,11 +243,11 @@ void SweepColor(const TSweepRow& First, const TColorRows& Rows) {
 }  // namespace
 
 const TKernels PlainKernels = {
-    Sweep<false>,      Sweep<true>,         SweepColor<false>, SweepColor<true>, Fill,
-    StreamFill,        StreamCopy,          PlainBlendColor,   PlainBlendBlock,  PlainBlendPixels,
-    PlainBlendCovered, PlainMultiplyCovers, PlainScaleCovers,  PlainFetchLinear, PlainFetchRadial,
-    PlainResampleRow,  PlainMixRows,        PlainMeanRows,     PlainMeanFewRows, PlainMeanColumns,
-    PlainFetchTurned,  PlainAddSteepRows};
+    Sweep<false>,     Sweep<true>,       SweepColor<false>,   SweepColor<true>, Fill,
+    StreamFill,       StreamCopy,        PlainBlendColor,     PlainBlendBlock,  PlainBlendGroups,
+    PlainBlendPixels, PlainBlendCovered, PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,
+    PlainFetchRadial, PlainResampleRow,  PlainMixRows,        PlainMeanRows,    PlainMeanFewRows,
+    PlainMeanColumns, PlainFetchTurned,  PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

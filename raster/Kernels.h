@@ -43,6 +43,21 @@ struct TCoverBlock {
   std::int32_t Width, Rows;
 };
 
+// Groups of eight pixels with a coverage each, every group at a place of its own. As many places as
+// GroupsAhead behind the last one may be looked at.
+struct TGroupPlace {
+  std::uint16_t X, Y;
+};
+inline constexpr std::size_t GroupsAhead = 12;
+struct TCoverGroups {
+  // The pixel at 0, 0.
+  std::uint32_t* Pixels;
+  std::ptrdiff_t Stride;
+  const TGroupPlace* Places;
+  const std::uint8_t* Covers;
+  std::int32_t Count;
+};
+
 // A row of a linear gradient: the pixel X has the colour at Start + X * Step, held to 0 to Last.
 struct TLinearRow {
   const std::uint32_t* Colors;
@@ -137,6 +152,7 @@ struct TKernels {
                      const std::uint8_t* Covers, std::uint32_t Color);
   // A block of pixels with a coverage each, in one premultiplied colour.
   void (*BlendBlock)(const TCoverBlock& Block, std::uint32_t Color);
+  void (*BlendGroups)(const TCoverGroups& Groups, std::uint32_t Color);
   // Premultiplied pixels over the target with one coverage, or with one each.
   void (*BlendPixels)(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                       std::uint32_t Cover);

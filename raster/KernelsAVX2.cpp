@@ -389,6 +389,35 @@ QXSVG_AVX2 void BlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
   }
 }
 
+// One group like the other, so that the memory of those to come can be asked for.
+template <bool IsOpaque>
+QXSVG_AVX2 inline void BlendGroups(const TCoverGroups& Groups, __m256i Color) {
+  // Values, since stores might change what Groups refers to.
+  std::uint32_t* const Pixels = Groups.Pixels;
+  const std::ptrdiff_t Stride = Groups.Stride;
+  const auto Base = reinterpret_cast<std::uintptr_t>(Pixels);
+  const TGroupPlace* Place = Groups.Places;
+  const TGroupPlace* const End = Place + Groups.Count;
+  const std::uint8_t* Covers = Groups.Covers;
+  for (; Place != End; ++Place, Covers += 8) {
+    const TGroupPlace Soon = Place[GroupsAhead];
+    const std::ptrdiff_t At = Soon.Y * Stride + Soon.X;
+    __builtin_prefetch(reinterpret_cast<const void*>(Base + static_cast<std::uintptr_t>(At) *
+                                                                sizeof(std::uint32_t)),
+                       1);
+    BlendEight<IsOpaque>(Pixels + Place->Y * Stride + Place->X, CoverWords(Covers), Color);
+  }
+}
+
+QXSVG_AVX2 void BlendGroups(const TCoverGroups& Groups, std::uint32_t Color) {
+  const __m256i C =
+      _mm256_unpacklo_epi8(_mm256_set1_epi32(static_cast<int>(Color)), _mm256_setzero_si256());
+  if (Color >> 24 == 255)
+    BlendGroups<true>(Groups, C);
+  else
+    BlendGroups<false>(Groups, C);
+}
+
 QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                             std::uint32_t Cover) {
   const __m256i Zero = _mm256_setzero_si256();
@@ -464,10 +493,10 @@ QXSVG_AVX2 void ScaleCovers(std::uint8_t* Target, const std::uint8_t* A, std::ui
 }  // namespace
 
 const TKernels AVX2Kernels = {
-    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,         StreamFill,
-    SSE41StreamCopy, BlendColor,  BlendBlock,        BlendPixels,      BlendCovered, MultiplyCovers,
-    ScaleCovers,     FetchLinear, FetchRadial,       ResampleRow,      MixRows,      MeanRows,
-    MeanFewRows,     MeanColumns, FetchTurned,       AddSteepRows};
+    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,        StreamFill,
+    SSE41StreamCopy, BlendColor,  BlendBlock,        BlendGroups,      BlendPixels, BlendCovered,
+    MultiplyCovers,  ScaleCovers, FetchLinear,       FetchRadial,      ResampleRow, MixRows,
+    MeanRows,        MeanFewRows, MeanColumns,       FetchTurned,      AddSteepRows};
 
 }  // namespace qxsvg
 

@@ -68,6 +68,7 @@ class TSpanWriter {
 void PlainBlendColor(std::uint32_t* Target, std::span<const TCoverSpan> Spans,
                      const std::uint8_t* Covers, std::uint32_t Color);
 void PlainBlendBlock(const TCoverBlock& Block, std::uint32_t Color);
+void PlainBlendGroups(const TCoverGroups& Groups, std::uint32_t Color);
 void PlainBlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                       std::uint32_t Cover);
 void PlainBlendCovered(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,

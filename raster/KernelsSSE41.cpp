@@ -225,6 +225,13 @@ QXSVG_SSE41 void BlendBlock(const TCoverBlock& Block, std::uint32_t Color) {
   }
 }
 
+QXSVG_SSE41 void BlendGroups(const TCoverGroups& Groups, std::uint32_t Color) {
+  for (std::ptrdiff_t I = 0; I < Groups.Count; ++I) {
+    const TGroupPlace Place = Groups.Places[I];
+    BlendCovers(Groups.Pixels + Place.Y * Groups.Stride + Place.X, 8, Groups.Covers + 8 * I, Color);
+  }
+}
+
 QXSVG_SSE41 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                              std::uint32_t Cover) {
   const __m128i C = _mm_set1_epi16(static_cast<short>(Cover));
@@ -545,10 +552,10 @@ QXSVG_SSE41 void SSE41StreamCopy(std::uint32_t* Target, const std::uint32_t* Sou
 }
 
 const TKernels SSE41Kernels = {
-    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,         StreamFill,
-    SSE41StreamCopy, BlendColor,  BlendBlock,        BlendPixels,      BlendCovered, MultiplyCovers,
-    ScaleCovers,     FetchLinear, FetchRadial,       ResampleRow,      MixRows,      MeanRows,
-    MeanFewRows,     MeanColumns, FetchTurned,       AddSteepRows};
+    Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,        StreamFill,
+    SSE41StreamCopy, BlendColor,  BlendBlock,        BlendGroups,      BlendPixels, BlendCovered,
+    MultiplyCovers,  ScaleCovers, FetchLinear,       FetchRadial,      ResampleRow, MixRows,
+    MeanRows,        MeanFewRows, MeanColumns,       FetchTurned,      AddSteepRows};
 
 #undef QXSVG_SSE41
 

@@ -7,6 +7,7 @@
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
 #include "graphics/surface/PathMeasure.h"
+#include "raster/KeptSpans.h"
 #include "raster/Kernels.h"
 #include "raster/RegionCover.h"
 #include "raster/StampSink.h"
@@ -103,13 +104,12 @@ class TRasterCanvasFactory final : public ICanvasFactory {
 struct TQXRasterCanvas::TScratch {
   TRasterizer Rasterizer;
   TClipSink ClipSink;
-  TSpanStore Kept;
+  TKeptSpans Kept;
   TStampSink StampSink;
   std::vector<std::uint8_t> StampBytes;
   // Room is made beforehand, so that a clip cannot fail half way.
   static constexpr std::size_t MostSpares = 4;
   std::vector<std::shared_ptr<TSpanStore>> SpareMasks;
-  std::vector<std::uint64_t> Packed;
   TGradientPaint Gradient;
   TImagePaint Image;
   TQXPathGeometry Outline;
@@ -273,15 +273,15 @@ void TQXRasterCanvas::CoverKept(const TQXPathSource& Source, const TQXCoverageKe
   const auto Draw = [&](const TRect& Clip, ISpanSink& Next) { Drawn(Key.PathMatrix, Clip, Next); };
   switch (Cache ? Cache->Ask(Key) : TQXCoverageCache::TUse::Draw) {
     case TQXCoverageCache::TUse::Draw: return Cover(Sink, Draw);
-    case TQXCoverageCache::TUse::Replay: return TSpanStore::Replay(Cache->Data(), Sink);
+    case TQXCoverageCache::TUse::Replay: return FScratch->Kept.Replay(Cache->Data(), Sink);
     case TQXCoverageCache::TUse::Keep: break;
   }
-  TSpanStore& Kept = FScratch->Kept;
+  TKeptSpans& Kept = FScratch->Kept;
   Kept.Clear();
-  Kept.SetNext(&Sink);
   Cover(Kept, Draw);
-  Kept.Pack(FScratch->Packed);
-  Cache->Keep(FScratch->Packed.data(), FScratch->Packed.size() * sizeof(std::uint64_t));
+  const std::span<const std::uint64_t> Words = Kept.Pack();
+  Kept.Replay(Words.data(), Sink);
+  Cache->Keep(Words.data(), Words.size_bytes());
 }
 
 void TQXRasterCanvas::DoIntersectClipRect(const TRectF& Area) {

@@ -3,16 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "raster/Kernels.h"
-#include "raster/Paint.h"
-
 namespace qxsvg {
 
 namespace {
-
-struct TPackedHead {
-  std::uint32_t Rows = 0, Spans = 0, Covers = 0, Unused = 0;
-};
 
 void Mix(std::uint64_t& Hash, std::uint64_t Value) {
   Hash = (Hash ^ Value) * 0x9e3779b97f4a7c15u;
@@ -23,7 +16,6 @@ void Mix(std::uint64_t& Hash, std::uint64_t Value) {
 
 void TSpanStore::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                      const std::uint8_t* Covers) {
-  if (FNext) FNext->Row(Y, Spans, Covers);
   const TRect Box{Spans.front().X, Y, Spans.back().End(), Y + 1};
   FBox = FRows.empty() ? Box
                        : TRect{std::min(FBox.Left, Box.Left), FBox.Top,
@@ -80,21 +72,6 @@ TRect TSpanStore::FullBox() const {
   return Box;
 }
 
-void TSpanStore::Replay(std::span<const TRow> Rows, const TCoverSpan* Spans,
-                        const std::uint8_t* Covers, ISpanSink& Sink) {
-  if (const TColorTarget* const Target = Sink.Target()) {
-    const auto Blend = Kernels().BlendColor;
-    for (const TRow& Row : Rows)
-      Blend(Target->Pixels.Row(Row.Y), {Spans + Row.First, Row.Count}, Covers, Target->Color);
-    return;
-  }
-  for (const TRow& Row : Rows) Sink.Row(Row.Y, {Spans + Row.First, Row.Count}, Covers);
-}
-
-void TSpanStore::Replay(ISpanSink& Sink) const {
-  Replay(FRows, FSpans.data(), FCovers.data(), Sink);
-}
-
 std::uint64_t TSpanStore::Hash() const {
   std::uint64_t Hash = 0x51ed270b7a3c6d1fu;
   for (const TRow& Row : FRows) Mix(Hash, static_cast<std::uint64_t>(Row.Y) << 32 | Row.Count);
@@ -110,33 +87,6 @@ std::uint64_t TSpanStore::Hash() const {
   }
   for (; I < FCovers.size(); ++I) Mix(Hash, FCovers[I]);
   return Hash;
-}
-
-void TSpanStore::Pack(std::vector<std::uint64_t>& Words) const {
-  const TPackedHead Head{static_cast<std::uint32_t>(FRows.size()),
-                         static_cast<std::uint32_t>(FSpans.size()),
-                         static_cast<std::uint32_t>(FCovers.size()), 0};
-  const std::size_t Rows = FRows.size() * sizeof(TRow), Spans = FSpans.size() * sizeof(TCoverSpan);
-  const std::size_t Bytes = sizeof Head + Rows + Spans + FCovers.size() + CoversPadding;
-  Words.assign((Bytes + sizeof(std::uint64_t) - 1) / sizeof(std::uint64_t), 0);
-  auto* Out = reinterpret_cast<std::uint8_t*>(Words.data());
-  std::memcpy(Out, &Head, sizeof Head);
-  Out += sizeof Head;
-  if (Rows) std::memcpy(Out, FRows.data(), Rows);
-  if (Spans) std::memcpy(Out + Rows, FSpans.data(), Spans);
-  if (!FCovers.empty()) std::memcpy(Out + Rows + Spans, FCovers.data(), FCovers.size());
-}
-
-void TSpanStore::Replay(const std::uint64_t* Words, ISpanSink& Sink) {
-  TPackedHead Head;
-  std::memcpy(static_cast<void*>(&Head), Words, sizeof Head);
-  const auto* Bytes = reinterpret_cast<const std::uint8_t*>(Words) + sizeof Head;
-  // Both are made of 32-bit numbers, and the words are aligned for more.
-  const auto* Rows = reinterpret_cast<const TRow*>(Bytes);
-  const auto* Spans =
-      reinterpret_cast<const TCoverSpan*>(Bytes + std::size_t{Head.Rows} * sizeof(TRow));
-  const auto* Covers = reinterpret_cast<const std::uint8_t*>(Spans + Head.Spans);
-  Replay({Rows, Head.Rows}, Spans, Covers, Sink);
 }
 
 }  // namespace qxsvg
