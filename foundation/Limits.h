@@ -111,7 +111,7 @@ inline constexpr std::size_t TextRun = 1'000'000;
 // Levels of references within references (use, pattern, marker, gradient, clip path) while drawing.
 // Each level costs several stack frames.
 inline constexpr std::int32_t ReferenceDepth = 64;
-// Elements drawn through references in one draw: use within use doubles the work at each level.
+// Elements, or 32 points, drawn through references in one draw: each level of use doubles them.
 inline constexpr std::int64_t DrawnReferences = 400'000;
 // Elements looked at in one cascade for what is shown through references: each combinator of each
 // rule may search the whole tree at each element.

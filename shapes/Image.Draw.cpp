@@ -1,10 +1,29 @@
 // Where an image element shows its picture, and what of it can be hit.
 #include "shapes/Image.h"
+
+#include <cmath>
+
+#include "document/Document.h"
 #include "document/TreeWalk.h"
+#include "foundation/Messages.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/Path.h"
+#include "shapes/Reference.h"
 
 namespace qxsvg {
+
+namespace {
+
+// A picture that is shown smaller than it is costs all its pixels, and references show it as often
+// as they like. A pixel that is only read costs an eighth of one of a tile.
+bool PayForReading(const TQXGPBitmap& Picture, const TMatrix& Placed, const TRectF& Part) {
+  const double Area = std::abs((double{Placed.m11} * Placed.m22 - double{Placed.m12} * Placed.m21) *
+                               Part.Width() * Part.Height());
+  const std::int64_t Pixels = std::int64_t{Picture.GetWidth()} * Picture.GetHeight();
+  return Area >= static_cast<double>(Pixels) || TReferenceScope::TakePixels(Pixels / 8);
+}
+
+}  // namespace
 
 bool TSVGImage::HasPicture() const {
   return FBitmap && FBitmap->GetWidth() > 0 && FBitmap->GetHeight() > 0;
@@ -58,8 +77,14 @@ bool TSVGImage::DoInternalDraw(const TMatrix& Matrix, TQXGPCanvas& Canvas, const
   const TRectF Box = GetBoundsRect();
   if (!HasPicture() || Box.IsEmpty()) return false;
   const TMatrix Outer = Canvas.Matrix();
-  Canvas.SetMatrix(QXMatrixMultiply(Matrix, Outer));
-  Canvas.DrawImage(*FBitmap, Align(Box), static_cast<float>(GetAbsoluteOpacity()));
+  const TMatrix Placed = QXMatrixMultiply(Matrix, Outer);
+  const TRectF Part = Align(Box);
+  if (!PayForReading(*FBitmap, Placed, Part)) {
+    if (Document()) Document()->Diagnose(TSVGDiagnosticKind::dkLimit, this, STilePixelLimit);
+    return false;
+  }
+  Canvas.SetMatrix(Placed);
+  Canvas.DrawImage(*FBitmap, Part, static_cast<float>(GetAbsoluteOpacity()));
   Canvas.SetMatrix(Outer);
   return true;
 }

@@ -4,6 +4,8 @@
 
 #include "document/Document.h"
 #include "foundation/Messages.h"
+#include "shapes/PathElement.h"
+#include "shapes/Polyline.h"
 
 namespace qxsvg {
 
@@ -30,10 +32,39 @@ struct TSearch {
 
 thread_local TSearch Search;
 
-// Elements and levels of a subtree; Elements no further than Most.
+std::int64_t PointsOf(const TSVGElement& Element) {
+  switch (Element.SVGType()) {
+    case TSVGElementType::etPath:
+      if (const auto* const Path = dynamic_cast<const TSVGPath*>(&Element))
+        return static_cast<std::int64_t>(Path->Data().GetCount());
+      break;
+    case TSVGElementType::etPolyline:
+    case TSVGElementType::etPolygon:
+      if (const auto* const Line = dynamic_cast<const TSVGPolyline*>(&Element))
+        return static_cast<std::int64_t>(Line->Points().size());
+      break;
+    default: break;
+  }
+  return 0;
+}
+
+std::int64_t PointsOfClip(const TSVGGraphicElement& Element) {
+  if (Element.ClipURI().empty() && !Element.Inherits().Value().Has(TSVGStyleProperty::ipClipPath))
+    return 0;
+  std::int64_t Points = 0;
+  if (const TSVGGraphicElement* const Clip = Element.GetClipURIElement())
+    for (const TSVGElement* Child : Clip->Items()) Points += PointsOf(*Child);
+  return Points;
+}
+
+// Elements and levels of a subtree; Elements no further than Most. Long outlines count for many
+// elements, or a few hundred points would be drawn hundreds of thousands of times.
 void Measure(const TSVGElement& Element, std::int32_t Level, std::int64_t Most,
              TSVGRepeatedExtent& Extent) {
-  ++Extent.Elements;
+  constexpr std::int64_t PointsOfOne = 32;
+  std::int64_t Points = PointsOf(Element);
+  if (Element.IsGraphic()) Points += PointsOfClip(static_cast<const TSVGGraphicElement&>(Element));
+  Extent.Elements += 1 + Points / PointsOfOne;
   Extent.Levels = std::max(Extent.Levels, Level);
   for (const TSVGElement* Child : Element.Items()) {
     if (Extent.Elements > Most) return;

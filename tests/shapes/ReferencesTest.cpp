@@ -128,7 +128,18 @@ TEST(Use, LoopsAndChainsEndAndTheRestIsDrawn) {
     for (int J = 0; J < 10; ++J) Fan += "<use xlink:href='#f" + std::to_string(I - 1) + "'/>";
     Fan += "</g>";
   }
+  // Few elements, of many points.
+  std::string Long = "<path id='l' d='M0 0", Uses, Clipped;
+  for (int I = 0; I < 4000; ++I) Long += "l1 1";
+  Long += "'/>";
+  for (int I = 0; I < 20; ++I) {
+    Uses += "<use xlink:href='#l'/>";
+    Clipped += "<use xlink:href='#r'/>";
+  }
   const std::string Bodies[] = {
+      Long + Uses,
+      "<clipPath id='c'>" + Long + "</clipPath><rect id='r' width='9' height='9' " +
+          "clip-path='url(#c)'/>" + Clipped,
       "<g id='g'><rect width='2' height='2'/><use xlink:href='#g' x='5'/></g>",
       "<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>",
       "<use id='a' xlink:href='#b'/><use id='b' xlink:href='#a'/>",
