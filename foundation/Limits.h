@@ -124,7 +124,7 @@ inline constexpr std::size_t RepeatBytes = std::size_t{4} << 20;
 inline constexpr std::size_t ImageDocumentDepth = 4;
 inline constexpr std::int32_t ImageDocuments = 256;
 // Pixels of tiles painted in one draw: each pattern has tiles of its own, all of which may be
-// large. Half a billion take some seconds.
+// large; a pixel of an image that is shown smaller counts for an eighth.
 inline constexpr std::int64_t TilePixels = std::int64_t{1} << 29;
 
 }  // namespace qxsvg::Limits
