@@ -57,6 +57,7 @@ bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
   FOffsetY = M.m32 + (double{M.m12} + M.m22) / 2;
   FShrunkY = FTiledY = Device.Top - 1;
   FTiledSize = 0;
+  FPutsOver = false;
 
   const double AcrossX = std::hypot(FScaleX, FSkewY), AcrossY = std::hypot(FSkewX, FScaleY);
   const bool IsUpright = std::abs(FSkewX) < LeastSkew * std::max(1.0, AcrossY) &&
@@ -77,6 +78,7 @@ bool TImagePaint::Begin(const TQXConstPixels& Pixels, const TImagePlace& Place,
   }
   if (IsSmooth && std::max(AcrossX, AcrossY) > MeanFrom) Shrink(AcrossX, AcrossY);
   FForm = IsUpright ? TForm::Upright : TForm::Turned;
+  FPutsOver = FForm == TForm::Upright && IsSmooth;
   if (FForm == TForm::Upright) BeginUpright();
   return true;
 }
@@ -212,11 +214,30 @@ const std::uint32_t* TImagePaint::ReadyShifted(std::int32_t X, std::int32_t Y, s
   return FTiled.data() + Held(At, 0, Width);
 }
 
+void TImagePaint::FindNear(TAxis& Axis, std::size_t Count) const {
+  Count &= ~std::size_t{7};
+  Axis.Near.resize(std::max(Axis.Near.size(), Count));
+  Axis.Begin.resize(std::max(Axis.Begin.size(), Count / 8));
+  for (std::size_t I = 0; I < Count; I += 8) {
+    const auto Ends = std::minmax(Axis.A[I], Axis.A[I + 7]);
+    const std::int32_t Begin = std::max(std::min(Ends.first, FPixels.Width - 8), 0);
+    bool IsNear = FPixels.Width >= 8;
+    for (std::size_t J = I; J < I + 8; ++J) {
+      const std::int32_t A = Axis.A[J] - Begin, B = Axis.B[J] - Begin;
+      IsNear = IsNear && A >= 0 && A < 8 && B >= 0 && B < 8;
+      Axis.Near[J] = static_cast<std::uint16_t>(B << 8 | A);
+    }
+    Axis.Begin[I / 8] = IsNear ? Begin : -1;
+  }
+}
+
 // Two stretched rows are kept, or, where the image repeats and they are few, all of them.
 void TImagePaint::BeginUpright() {
   constexpr std::int64_t MostKept = 1 << 18;
   MakeAxis(FColumns, FScaleX, FOffsetX, FDevice.Left, FDevice.Right, FPart.Left, FPart.Right);
   MakeAxis(FRows, FScaleY, FOffsetY, FDevice.Top, FDevice.Bottom, FPart.Top, FPart.Bottom);
+  if (FFilter == TImageFilter::Smooth)
+    FindNear(FColumns, static_cast<std::size_t>(FDevice.Width()));
   const bool KeepsAll = FIsRepeated && FPart.Height() * FDevice.Width() <= MostKept;
   FSmoothRows.assign(KeepsAll ? static_cast<std::size_t>(FPart.Height()) : 2, -1);
   const std::size_t Needed = FSmoothRows.size() * static_cast<std::size_t>(FDevice.Width());
@@ -234,7 +255,7 @@ const std::uint32_t* TImagePaint::SmoothRow(std::int32_t Source, std::int32_t Av
   FSmoothRows[Slot] = Source;
   Kernels().ResampleRow(Row, static_cast<std::int32_t>(Count),
                         {FPixels.Row(Source), FPixels.Width, FColumns.A.data(), FColumns.B.data(),
-                         FColumns.Weight.data()});
+                         FColumns.Weight.data(), FColumns.Begin.data(), FColumns.Near.data()});
   return Row;
 }
 
@@ -248,10 +269,23 @@ void TImagePaint::FetchUpright(std::int32_t X, std::int32_t Y, std::int32_t Coun
       Out[I] = Pixels[FColumns.A[static_cast<std::size_t>(Column + I)]];
     return;
   }
+  const TRowPair Rows = RowsAt(Row);
+  Kernels().MixRows(Out, Rows.A + Column, Rows.B + Column, Rows.Weight, Count);
+}
+
+TImagePaint::TRowPair TImagePaint::RowsAt(std::size_t Row) {
   const std::uint32_t* A = SmoothRow(FRows.A[Row], FRows.B[Row]);
   const std::uint32_t* B = SmoothRow(FRows.B[Row], FRows.A[Row]);
-  const std::uint32_t Weight = A == B ? 0 : FRows.Weight[Row] >> 8;
-  Kernels().MixRows(Out, A + Column, B + Column, Weight, Count);
+  return {A, B, A == B ? 0u : static_cast<std::uint32_t>(FRows.Weight[Row] >> 8)};
+}
+
+bool TImagePaint::PutOver(std::int32_t X, std::int32_t Y, std::int32_t Count,
+                          std::uint32_t* Target) {
+  if (!IsPrepared(X, Y, Count)) return false;
+  const TRowPair Rows = RowsAt(static_cast<std::size_t>(Y - FRows.First));
+  const std::int32_t Column = X - FColumns.First;
+  Kernels().MixRowsOver(Target, Rows.A + Column, Rows.B + Column, Rows.Weight, Count);
+  return true;
 }
 
 // Appends the weights of what one place of the device covers of an axis and gives the first of it.
@@ -281,7 +315,8 @@ std::int32_t TImagePaint::AddMean(double Scale, double Offset, std::int32_t At, 
 
 void TImagePaint::BeginMeans() {
   FMeanFirst.clear();
-  FMeanPairs = 1;
+  // What there is a fast way for.
+  FMeanPairs = 2;
   // Once to see how many columns any pixel takes, then for good.
   const auto Columns = static_cast<std::size_t>(FDevice.Width());
   for (std::int32_t X = FDevice.Left; X < FDevice.Right; ++X) {

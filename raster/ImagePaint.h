@@ -34,6 +34,7 @@ class TImagePaint final : public IPaint {
   bool Begin(const TQXConstPixels& Pixels, const TImagePlace& Place, const TRect& Device);
   void Fetch(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Out) override;
   const std::uint32_t* Ready(std::int32_t X, std::int32_t Y, std::int32_t Count) override;
+  bool PutOver(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Target) override;
 
  private:
   // One axis of an upright image: for each place of the device from First on, the two pixels of the
@@ -41,7 +42,15 @@ class TImagePaint final : public IPaint {
   struct TAxis {
     std::vector<std::int32_t> A, B;
     std::vector<std::uint16_t> Weight;
+    // Made for columns alone.
+    std::vector<std::uint16_t> Near;
+    std::vector<std::int32_t> Begin;
     std::int32_t First = 0;
+  };
+  // Two stretched rows, to be mixed with so many 256ths of the second.
+  struct TRowPair {
+    const std::uint32_t *A, *B;
+    std::uint32_t Weight;
   };
   enum class TForm : std::uint8_t { Shifted, Upright, Shrunk, Turned };
 
@@ -49,7 +58,9 @@ class TImagePaint final : public IPaint {
   void MakeAxis(TAxis& Axis, double Scale, double Offset, std::int32_t From, std::int32_t To,
                 std::int32_t Low, std::int32_t High) const;
   std::int64_t Held(std::int64_t At, std::int32_t Low, std::int32_t High) const;
+  void FindNear(TAxis& Axis, std::size_t Count) const;
   void BeginUpright();
+  TRowPair RowsAt(std::size_t Row);
   const std::uint32_t* SmoothRow(std::int32_t Source, std::int32_t Avoid);
   const std::uint32_t* ReadyShifted(std::int32_t X, std::int32_t Y, std::int32_t Count);
   bool IsPrepared(std::int32_t X, std::int32_t Y, std::int32_t Count) const;

@@ -157,6 +157,12 @@ void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_
   for (std::int32_t I = 0; I < Count; ++I) Out[I] = MixPixels(A[I], B[I], Weight);
 }
 
+void PlainMixRowsOver(std::uint32_t* Target, const std::uint32_t* A, const std::uint32_t* B,
+                      std::uint32_t Weight, std::int32_t Count) {
+  for (std::int32_t I = 0; I < Count; ++I)
+    Target[I] = OverPixel(Target[I], MixPixels(A[I], B[I], Weight));
+}
+
 namespace {
 
 // Rounds what the weights give above a whole of MeanBits off.
@@ -167,7 +173,8 @@ void MeanOfRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count, i
       for (int C = 0; C < 4; ++C)
         Sums[C] += (Rows.Pixels[Row * Rows.Stride + I] >> (8 * C) & 255) * Rows.Weights[Row];
     for (int C = 0; C < 4; ++C)
-      Out[4 * I + C] = static_cast<std::uint16_t>((Sums[C] + (1u << (Shift - 1))) >> Shift);
+      Out[4 * I + C] =
+          static_cast<std::uint16_t>(((Sums[C] + (1u << (Shift - 1))) >> Shift) + MeanHalf);
   }
 }
 
@@ -190,8 +197,7 @@ void PlainMeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns
     for (std::int32_t J = 0; J < 2 * Columns.Pairs; ++J)
       for (int C = 0; C < 4; ++C) Sums[C] += std::uint32_t{P[4 * J + C]} * W[J];
     Out[I] = 0;
-    for (int C = 0; C < 4; ++C)
-      Out[I] |= (Sums[C] + (1 << (MeanShift - 1))) >> MeanShift << (8 * C);
+    for (int C = 0; C < 4; ++C) Out[I] |= Sums[C] >> MeanShift << (8 * C);
   }
 }
 
@@ -246,8 +252,8 @@ const TKernels PlainKernels = {
     Sweep<false>,     Sweep<true>,       SweepColor<false>,   SweepColor<true>, Fill,
     StreamFill,       StreamCopy,        PlainBlendColor,     PlainBlendBlock,  PlainBlendGroups,
     PlainBlendPixels, PlainBlendCovered, PlainMultiplyCovers, PlainScaleCovers, PlainFetchLinear,
-    PlainFetchRadial, PlainResampleRow,  PlainMixRows,        PlainMeanRows,    PlainMeanFewRows,
-    PlainMeanColumns, PlainFetchTurned,  PlainAddSteepRows};
+    PlainFetchRadial, PlainResampleRow,  PlainMixRows,        PlainMixRowsOver, PlainMeanRows,
+    PlainMeanFewRows, PlainMeanColumns,  PlainFetchTurned,    PlainAddSteepRows};
 
 TSimdLevel BestSimdLevel() {
 #if defined(__x86_64__)

@@ -78,12 +78,21 @@ struct TResampledRow {
   std::int32_t Size;
   const std::int32_t *First, *Second;
   const std::uint16_t* Weight;
+  // Where each eight of First and Second are among eight pixels side by side, the first of those,
+  // and else a negative number; and, from there on, First in the lower byte and Second in the
+  // higher.
+  const std::int32_t* Begin = nullptr;
+  const std::uint16_t* Near = nullptr;
 };
 
 // Means of pixels are taken of Count rows first, then of columns. The weights of either add up to
 // MeanOne; in between the parts of a pixel have MeanBits of fraction, and a sign bit to spare.
 inline constexpr int MeanBits = 7, MeanOneBits = 14, MeanOne = 1 << MeanOneBits;
 inline constexpr int MeanRowShift = MeanOneBits - MeanBits, MeanShift = MeanOneBits + MeanBits;
+// The sums of rows have in them the half that rounds those of columns, which any weights that add
+// up to one make the same of.
+inline constexpr int MeanHalf = 1 << (MeanBits - 1);
+inline constexpr int MeanRowBegin = (1 << (MeanRowShift - 1)) + (MeanHalf << MeanRowShift);
 struct TMeanRows {
   const std::uint32_t* Pixels;
   std::ptrdiff_t Stride;
@@ -172,6 +181,9 @@ struct TKernels {
   // Out is A with Weight 256ths of B.
   void (*MixRows)(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
                   std::uint32_t Weight, std::int32_t Count);
+  // The same, over the target's pixels.
+  void (*MixRowsOver)(std::uint32_t* Target, const std::uint32_t* A, const std::uint32_t* B,
+                      std::uint32_t Weight, std::int32_t Count);
   // Out gets four numbers a pixel.
   void (*MeanRows)(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);
   void (*MeanFewRows)(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);

@@ -176,7 +176,9 @@ QXSVG_AVX2 inline __m256i MultiplyWords(__m256i A, __m256i B) {
   return _mm256_mulhi_epu16(P, _mm256_set1_epi16(257));
 }
 QXSVG_AVX2 inline __m256i AlphaWords(__m256i Words) {
-  return _mm256_shufflehi_epi16(_mm256_shufflelo_epi16(Words, 0xff), 0xff);
+  return _mm256_shuffle_epi8(
+      Words, _mm256_setr_epi8(6, 7, 6, 7, 6, 7, 6, 7, 14, 15, 14, 15, 14, 15, 14, 15, 6, 7, 6, 7, 6,
+                              7, 6, 7, 14, 15, 14, 15, 14, 15, 14, 15));
 }
 // Source words over eight target pixels.
 QXSVG_AVX2 inline __m256i OverWords(__m256i Target, __m256i Low, __m256i High) {
@@ -439,6 +441,28 @@ QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, 
   PlainBlendPixels(Target + I, Source + I, Count - I, Cover);
 }
 
+QXSVG_AVX2 void MixRowsOver(std::uint32_t* Target, const std::uint32_t* A, const std::uint32_t* B,
+                            std::uint32_t Weight, std::int32_t Count) {
+  if (Weight % 256 == 0) return BlendPixels(Target, Weight == 0 ? A : B, Count, FullCover);
+  const __m256i W = _mm256_set1_epi16(static_cast<short>(Weight << 8 | (256 - Weight)));
+  const __m256i Alphas = _mm256_set1_epi32(static_cast<int>(0xff000000));
+  std::int32_t I = 0;
+  for (; I + 8 <= Count; I += 8) {
+    const TPixelWords S = MixedWords(Load(A + I), Load(B + I), W);
+    const __m256i Bytes = _mm256_packus_epi16(S.Low, S.High);
+    Store(Target + I,
+          _mm256_testc_si256(Bytes, Alphas) ? Bytes : OverWords(Load(Target + I), S.Low, S.High));
+  }
+  if (I == Count) return;
+  const __m256i IsRest = FirstOf(Count - I);
+  auto* Rest = reinterpret_cast<int*>(Target + I);
+  const TPixelWords S =
+      MixedWords(_mm256_maskload_epi32(reinterpret_cast<const int*>(A + I), IsRest),
+                 _mm256_maskload_epi32(reinterpret_cast<const int*>(B + I), IsRest), W);
+  _mm256_maskstore_epi32(Rest, IsRest,
+                         OverWords(_mm256_maskload_epi32(Rest, IsRest), S.Low, S.High));
+}
+
 QXSVG_AVX2 void BlendCovered(std::uint32_t* Target, const std::uint32_t* Source, std::int32_t Count,
                              const std::uint8_t* Covers) {
   const __m256i Zero = _mm256_setzero_si256();
@@ -496,7 +520,7 @@ const TKernels AVX2Kernels = {
     Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,        StreamFill,
     SSE41StreamCopy, BlendColor,  BlendBlock,        BlendGroups,      BlendPixels, BlendCovered,
     MultiplyCovers,  ScaleCovers, FetchLinear,       FetchRadial,      ResampleRow, MixRows,
-    MeanRows,        MeanFewRows, MeanColumns,       FetchTurned,      AddSteepRows};
+    MixRowsOver,     MeanRows,    MeanFewRows,       MeanColumns,      FetchTurned, AddSteepRows};
 
 }  // namespace qxsvg
 

@@ -147,24 +147,20 @@ QXSVG_AVX2 void ResampleRow(std::uint32_t* Out, std::int32_t Count, const TResam
                                             9, 8, 9, 8, 9, 10, 11, 10, 11, 10, 11, 10, 11);
   const __m256i HighWords = _mm256_add_epi8(LowWords, _mm256_set1_epi8(4));
   std::int32_t I = 0;
-  const std::int32_t LastEight = std::max(Row.Size - 8, 0);
   for (; I + 8 <= Count; I += 8) {
-    const __m256i First = Load(Row.First + I), Second = Load(Row.Second + I);
-    const std::int32_t Begin = std::min(std::min(Row.First[I], Row.First[I + 7]), LastEight);
-    const __m256i NearFirst = _mm256_sub_epi32(First, _mm256_set1_epi32(Begin));
-    const __m256i NearSecond = _mm256_sub_epi32(Second, _mm256_set1_epi32(Begin));
+    const std::int32_t Begin = Row.Begin[I / 8];
     __m256i A, B;
-    if (Row.Size >= 8 &&
-        _mm256_testz_si256(_mm256_or_si256(NearFirst, NearSecond), _mm256_set1_epi32(~7))) {
-      const __m256i Eight = Load(Row.Pixels + Begin);
-      A = _mm256_permutevar8x32_epi32(Eight, NearFirst);
-      B = _mm256_permutevar8x32_epi32(Eight, NearSecond);
+    if (Begin >= 0) {
+      const __m256i Eight = _mm256_xor_si256(Load(Row.Pixels + Begin), Sign);
+      // Of a place, three bits count.
+      const __m256i Near =
+          _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(Row.Near + I)));
+      A = _mm256_permutevar8x32_epi32(Eight, Near);
+      B = _mm256_permutevar8x32_epi32(Eight, _mm256_srli_epi32(Near, 8));
     } else {
-      A = NumbersAt(Row.Pixels, First);
-      B = NumbersAt(Row.Pixels, Second);
+      A = _mm256_xor_si256(NumbersAt(Row.Pixels, Load(Row.First + I)), Sign);
+      B = _mm256_xor_si256(NumbersAt(Row.Pixels, Load(Row.Second + I)), Sign);
     }
-    A = _mm256_xor_si256(A, Sign);
-    B = _mm256_xor_si256(B, Sign);
     const __m256i W = _mm256_broadcastsi128_si256(
         _mm_loadu_si128(reinterpret_cast<const __m128i*>(Row.Weight + I)));
     const __m256i Low =
@@ -185,17 +181,11 @@ QXSVG_AVX2 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::u
     std::copy_n(Weight == 0 ? A : B, Count, Out);
     return;
   }
-  // Bytes less 128 have a sign, as the product's second factor must; 256 times 128 is half of what
-  // the sum's 16 bits hold.
   const __m256i W = _mm256_set1_epi16(static_cast<short>(Weight << 8 | (256 - Weight)));
-  const __m256i Sign = _mm256_set1_epi8(-128), Half = _mm256_set1_epi16(-0x8000 + 128);
   std::int32_t I = 0;
   for (; I + 8 <= Count; I += 8) {
-    const __m256i P = _mm256_xor_si256(Load(A + I), Sign), Q = _mm256_xor_si256(Load(B + I), Sign);
-    const __m256i Low = _mm256_maddubs_epi16(W, _mm256_unpacklo_epi8(P, Q));
-    const __m256i High = _mm256_maddubs_epi16(W, _mm256_unpackhi_epi8(P, Q));
-    Store(Out + I, _mm256_packus_epi16(_mm256_srli_epi16(_mm256_add_epi16(Low, Half), 8),
-                                       _mm256_srli_epi16(_mm256_add_epi16(High, Half), 8)));
+    const TPixelWords Words = MixedWords(Load(A + I), Load(B + I), W);
+    Store(Out + I, _mm256_packus_epi16(Words.Low, Words.High));
   }
   PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
 }
@@ -218,7 +208,7 @@ QXSVG_AVX2 inline void AddTwoRows(__m256i& Low, __m256i& High, const std::uint32
 }
 template <int Pairs>
 QXSVG_AVX2 inline void MeanPairs(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
-  const __m256i Begin = _mm256_set1_epi16(-0x8000), Zero = _mm256_setzero_si256();
+  const __m256i Begin = _mm256_set1_epi16(-0x8000), Half = _mm256_set1_epi16(2 * MeanHalf);
   // The last row stands for itself and for one that is not there.
   const std::uint32_t* Row[2 * Pairs];
   __m256i Weights[Pairs];
@@ -233,51 +223,55 @@ QXSVG_AVX2 inline void MeanPairs(std::uint16_t* Out, const TMeanRows& Rows, std:
     if constexpr (Pairs > 1) AddTwoRows(Low, High, Row[2] + I, Row[3] + I, Weights[1]);
     if constexpr (Pairs > 2) AddTwoRows(Low, High, Row[4] + I, Row[5] + I, Weights[2]);
     if constexpr (Pairs > 3) AddTwoRows(Low, High, Row[6] + I, Row[7] + I, Weights[3]);
-    Low = _mm256_avg_epu16(Low, Zero);
-    High = _mm256_avg_epu16(High, Zero);
+    Low = _mm256_avg_epu16(Low, Half);
+    High = _mm256_avg_epu16(High, Half);
     Store(Out + 4 * I, _mm256_permute2x128_si256(Low, High, 0x20));
     Store(Out + 4 * I + 16, _mm256_permute2x128_si256(Low, High, 0x31));
   }
 }
 
-// The products of the parts of four columns with their weights.
-QXSVG_AVX2 inline __m256i FourColumns(const TMeanColumns& Columns, std::ptrdiff_t I) {
-  const __m256i Parts = _mm256_broadcastsi128_si256(
-      _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
-  const __m256i Each = _mm256_setr_epi32(0x03020100, 0x03020100, 0x03020100, 0x03020100, 0x07060504,
-                                         0x07060504, 0x07060504, 0x07060504);
-  std::int64_t Weights;
-  std::memcpy(&Weights, Columns.Weights + 4 * I, sizeof Weights);
-  return _mm256_madd_epi16(
-      _mm256_shuffle_epi8(Load(Columns.Row + std::ptrdiff_t{4} * Columns.First[I]), Parts),
-      _mm256_shuffle_epi8(_mm256_set1_epi64x(Weights), Each));
+QXSVG_AVX2 inline __m256i LoadBoth(const std::uint16_t* Low, const std::uint16_t* High) {
+  return _mm256_inserti128_si256(
+      _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(Low))),
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(High)), 1);
 }
-// Two pixels of two pairs each.
+// The columns side by side in 16-bit parts, as their products are summed.
+QXSVG_AVX2 inline __m256i PairParts(__m256i Columns) {
+  return _mm256_shuffle_epi8(Columns, _mm256_broadcastsi128_si256(_mm_setr_epi8(
+                                          0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15)));
+}
+// The pixels I and I + 4 of two pairs each, whose weights are those from First on.
+template <int First>
+QXSVG_AVX2 inline __m256i MeansOfFours(const TMeanColumns& Columns, std::ptrdiff_t I,
+                                       __m256i Weights) {
+  const std::uint16_t* A = Columns.Row + std::ptrdiff_t{4} * Columns.First[I];
+  const std::uint16_t* B = Columns.Row + std::ptrdiff_t{4} * Columns.First[I + 4];
+  const __m256i Sums = _mm256_add_epi32(
+      _mm256_madd_epi16(PairParts(LoadBoth(A, B)), _mm256_shuffle_epi32(Weights, 0x55 * First)),
+      _mm256_madd_epi16(PairParts(LoadBoth(A + 8, B + 8)),
+                        _mm256_shuffle_epi32(Weights, 0x55 * (First + 1))));
+  return _mm256_srli_epi32(Sums, MeanShift);
+}
+// The pixels I, I + 1, I + 4 and I + 5.
 QXSVG_AVX2 inline __m256i MeansOfFours(const TMeanColumns& Columns, std::ptrdiff_t I) {
-  const __m256i A = FourColumns(Columns, I), B = FourColumns(Columns, I + 1);
-  const __m256i Sums = _mm256_add_epi32(_mm256_permute2x128_si256(A, B, 0x20),
-                                        _mm256_permute2x128_si256(A, B, 0x31));
-  return _mm256_srli_epi32(_mm256_add_epi32(Sums, _mm256_set1_epi32(1 << (MeanShift - 1))),
-                           MeanShift);
+  const std::uint16_t* W = Columns.Weights + 4 * I;
+  const __m256i Weights = LoadBoth(W, W + 16);
+  return _mm256_packus_epi32(MeansOfFours<0>(Columns, I, Weights),
+                             MeansOfFours<2>(Columns, I + 1, Weights));
 }
 QXSVG_AVX2 inline __m256i MeansOfTwo(const TMeanColumns& Columns, std::int32_t I) {
-  const __m256i Parts = _mm256_broadcastsi128_si256(
-      _mm_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15));
   const std::int32_t Pairs = Columns.Pairs;
   const std::uint16_t* A = Columns.Row + 4 * Columns.First[I];
   const std::uint16_t* B = Columns.Row + 4 * Columns.First[I + 1];
   const std::uint16_t* W = Columns.Weights + std::ptrdiff_t{2} * Pairs * I;
-  __m256i Sums = _mm256_set1_epi32(1 << (MeanShift - 1));
+  __m256i Sums = _mm256_setzero_si256();
   for (std::int32_t Pair = 0; Pair < Pairs; ++Pair, A += 8, B += 8, W += 2) {
     std::int32_t OfA, OfB;
     std::memcpy(&OfA, W, sizeof OfA);
     std::memcpy(&OfB, W + 2 * Pairs, sizeof OfB);
     const __m256i Weights =
         _mm256_blend_epi32(_mm256_set1_epi32(OfA), _mm256_set1_epi32(OfB), 0xf0);
-    const __m256i Both = _mm256_inserti128_si256(
-        _mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(A))),
-        _mm_loadu_si128(reinterpret_cast<const __m128i*>(B)), 1);
-    Sums = AddProducts(Sums, _mm256_shuffle_epi8(Both, Parts), Weights);
+    Sums = AddProducts(Sums, PairParts(LoadBoth(A, B)), Weights);
   }
   return _mm256_srli_epi32(Sums, MeanShift);
 }
@@ -286,10 +280,10 @@ QXSVG_AVX2 inline __m256i MeansOfTwo(const TMeanColumns& Columns, std::int32_t I
 
 // Two rows at a time, whose bytes side by side are one product with both weights.
 QXSVG_AVX2 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
-  const __m256i Zero = _mm256_setzero_si256(), Half = _mm256_set1_epi32(1 << (MeanRowShift - 1));
+  const __m256i Zero = _mm256_setzero_si256(), Begin = _mm256_set1_epi32(MeanRowBegin);
   std::int32_t I = 0;
   for (; I + 8 <= Count; I += 8) {
-    __m256i Sum0 = Half, Sum1 = Half, Sum2 = Half, Sum3 = Half;
+    __m256i Sum0 = Begin, Sum1 = Begin, Sum2 = Begin, Sum3 = Begin;
     const std::uint32_t* P = Rows.Pixels + I;
     for (std::int32_t Row = 0; Row < Rows.Count; Row += 2, P += 2 * Rows.Stride) {
       std::int32_t Both;
@@ -329,14 +323,14 @@ QXSVG_AVX2 void MeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int3
   PlainMeanFewRows(Out + 4 * Done, Rest, Count - Done);
 }
 
-// Four pixels at a time, two in a vector.
 QXSVG_AVX2 void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMeanColumns& Columns) {
   const std::int32_t Pairs = Columns.Pairs;
   std::int32_t I = 0;
+  for (; Pairs == 2 && I + 8 <= Count; I += 8)
+    Store(Out + I, _mm256_packus_epi16(MeansOfFours(Columns, I), MeansOfFours(Columns, I + 2)));
+  // Two in a vector.
   for (; I + 4 <= Count; I += 4) {
-    const __m256i Words =
-        Pairs == 2 ? _mm256_packus_epi32(MeansOfFours(Columns, I), MeansOfFours(Columns, I + 2))
-                   : _mm256_packus_epi32(MeansOfTwo(Columns, I), MeansOfTwo(Columns, I + 2));
+    const __m256i Words = _mm256_packus_epi32(MeansOfTwo(Columns, I), MeansOfTwo(Columns, I + 2));
     const __m256i Bytes = _mm256_packus_epi16(Words, Words);
     _mm_storeu_si128(
         reinterpret_cast<__m128i*>(Out + I),

@@ -84,6 +84,8 @@ void PlainFetchRadial(std::uint32_t* Out, std::int32_t X, std::int32_t Count,
 void PlainResampleRow(std::uint32_t* Out, std::int32_t Count, const TResampledRow& Row);
 void PlainMixRows(std::uint32_t* Out, const std::uint32_t* A, const std::uint32_t* B,
                   std::uint32_t Weight, std::int32_t Count);
+void PlainMixRowsOver(std::uint32_t* Target, const std::uint32_t* A, const std::uint32_t* B,
+                      std::uint32_t Weight, std::int32_t Count);
 void PlainFetchTurned(std::uint32_t* Out, std::int32_t Count, const TTurnedRow& Row);
 void PlainAddSteepRows(const TSteepRows& Rows);
 void PlainMeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count);

@@ -362,6 +362,18 @@ QXSVG_SSE41 void MixRows(std::uint32_t* Out, const std::uint32_t* A, const std::
   PlainMixRows(Out + I, A + I, B + I, Weight, Count - I);
 }
 
+QXSVG_SSE41 void MixRowsOver(std::uint32_t* Target, const std::uint32_t* A, const std::uint32_t* B,
+                             std::uint32_t Weight, std::int32_t Count) {
+  const __m128i W = _mm_set1_epi16(static_cast<short>(Weight));
+  std::int32_t I = 0;
+  for (; I + 4 <= Count; I += 4) {
+    const __m128i P = Load(A + I), Q = Load(B + I);
+    Store(Target + I, OverWords(Load(Target + I), MixWords(LowWords(P), LowWords(Q), W),
+                                MixWords(HighWords(P), HighWords(Q), W)));
+  }
+  PlainMixRowsOver(Target + I, A + I, B + I, Weight, Count - I);
+}
+
 // The sums with those of the words of each pair, times their weights.
 QXSVG_SSE41 inline __m128i AddProducts(__m128i Sums, __m128i Words, __m128i Weights) {
   return _mm_add_epi32(Sums, _mm_madd_epi16(Words, Weights));
@@ -369,10 +381,10 @@ QXSVG_SSE41 inline __m128i AddProducts(__m128i Sums, __m128i Words, __m128i Weig
 
 // Two rows at a time, whose bytes side by side are one product with both weights.
 QXSVG_SSE41 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
-  const __m128i Zero = _mm_setzero_si128(), Half = _mm_set1_epi32(1 << (MeanRowShift - 1));
+  const __m128i Zero = _mm_setzero_si128(), Begin = _mm_set1_epi32(MeanRowBegin);
   std::int32_t I = 0;
   for (; I + 4 <= Count; I += 4) {
-    __m128i Sum0 = Half, Sum1 = Half, Sum2 = Half, Sum3 = Half;
+    __m128i Sum0 = Begin, Sum1 = Begin, Sum2 = Begin, Sum3 = Begin;
     const std::uint32_t* P = Rows.Pixels + I;
     for (std::int32_t Row = 0; Row < Rows.Count; Row += 2, P += 2 * Rows.Stride) {
       std::int32_t Both;
@@ -399,6 +411,7 @@ QXSVG_SSE41 void MeanRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_
 // takes off.
 QXSVG_SSE41 void MeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int32_t Count) {
   const __m128i Sign = _mm_set1_epi8(-128), Begin = _mm_set1_epi16(-0x8000);
+  const __m128i Half = _mm_set1_epi16(2 * MeanHalf);
   std::int32_t I = 0;
   for (; I + 4 <= Count; I += 4) {
     __m128i Low = Begin, High = Begin;
@@ -411,8 +424,8 @@ QXSVG_SSE41 void MeanFewRows(std::uint16_t* Out, const TMeanRows& Rows, std::int
       Low = _mm_add_epi16(Low, _mm_maddubs_epi16(W, _mm_unpacklo_epi8(A, B)));
       High = _mm_add_epi16(High, _mm_maddubs_epi16(W, _mm_unpackhi_epi8(A, B)));
     }
-    Store(Out + 4 * I, _mm_avg_epu16(Low, _mm_setzero_si128()));
-    Store(Out + 4 * I + 8, _mm_avg_epu16(High, _mm_setzero_si128()));
+    Store(Out + 4 * I, _mm_avg_epu16(Low, Half));
+    Store(Out + 4 * I + 8, _mm_avg_epu16(High, Half));
   }
   TMeanRows Rest = Rows;
   Rest.Pixels += I;
@@ -424,7 +437,7 @@ QXSVG_SSE41 void MeanColumns(std::uint32_t* Out, std::int32_t Count, const TMean
   const std::uint16_t* W = Columns.Weights;
   for (std::int32_t I = 0; I < Count; ++I) {
     const std::uint16_t* P = Columns.Row + 4 * Columns.First[I];
-    __m128i Sum = _mm_set1_epi32(1 << (MeanShift - 1));
+    __m128i Sum = _mm_setzero_si128();
     for (std::int32_t Pair = 0; Pair < Columns.Pairs; ++Pair, P += 8, W += 2) {
       std::int32_t Both;
       std::memcpy(&Both, W, sizeof Both);
@@ -555,7 +568,7 @@ const TKernels SSE41Kernels = {
     Sweep<false>,    Sweep<true>, SweepColor<false>, SweepColor<true>, Fill,        StreamFill,
     SSE41StreamCopy, BlendColor,  BlendBlock,        BlendGroups,      BlendPixels, BlendCovered,
     MultiplyCovers,  ScaleCovers, FetchLinear,       FetchRadial,      ResampleRow, MixRows,
-    MeanRows,        MeanFewRows, MeanColumns,       FetchTurned,      AddSteepRows};
+    MixRowsOver,     MeanRows,    MeanFewRows,       MeanColumns,      FetchTurned, AddSteepRows};
 
 #undef QXSVG_SSE41
 

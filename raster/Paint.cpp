@@ -107,9 +107,11 @@ void TPaintSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
   // pixels.
   for (auto First = Spans.begin(); First != Spans.end();) {
     auto Last = First + 1;
-    if (GoesToTarget(*First)) {
-      FPaint.Fetch(First->X, Y, First->Length, FTarget.Row(Y) + First->X);
-    } else if (First->Length > Chunk) {
+    if (PutToTarget(Y, *First)) {
+      ++First;
+      continue;
+    }
+    if (First->Length > Chunk) {
       for (std::int32_t At = 0; At < First->Length; At += Chunk) {
         const std::int32_t Count = std::min(First->Length - At, Chunk);
         Blend(FTarget.Row(Y), *First, Covers, At, Count, Pixels(First->X + At, Y, Count));
@@ -130,7 +132,15 @@ void TPaintSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
 bool TPaintSink::GoesToTarget(const TCoverSpan& Span) const {
   constexpr std::int32_t FewPixels = 32;
   return Span.Cover == FullCover && Span.Length > FewPixels && FOpacity == FullCover &&
-         FPaint.IsOpaque();
+         (FPaint.IsOpaque() || FPaint.PutsOver());
+}
+
+bool TPaintSink::PutToTarget(std::int32_t Y, const TCoverSpan& Span) {
+  if (!GoesToTarget(Span)) return false;
+  std::uint32_t* Target = FTarget.Row(Y) + Span.X;
+  if (!FPaint.IsOpaque()) return FPaint.PutOver(Span.X, Y, Span.Length, Target);
+  FPaint.Fetch(Span.X, Y, Span.Length, Target);
+  return true;
 }
 
 // Count pixels of a span, from At on.

@@ -19,6 +19,13 @@ class IPaint {
     static_cast<void>(X), static_cast<void>(Y), static_cast<void>(Count);
     return nullptr;
   }
+  // Puts the pixels over those of Target. False where it was not done; asked for only of paints
+  // that take less for it than for making the pixels first.
+  virtual bool PutOver(std::int32_t X, std::int32_t Y, std::int32_t Count, std::uint32_t* Target) {
+    static_cast<void>(X), static_cast<void>(Y), static_cast<void>(Count), static_cast<void>(Target);
+    return false;
+  }
+  bool PutsOver() const { return FPutsOver; }
   // Whether all pixels of the row have one colour.
   virtual bool IsRowEven(std::int32_t Y, std::uint32_t& Color) {
     static_cast<void>(Y), static_cast<void>(Color);
@@ -29,7 +36,7 @@ class IPaint {
 
  protected:
   ~IPaint() = default;
-  bool FIsOpaque = false;
+  bool FIsOpaque = false, FPutsOver = false;
 };
 
 // One premultiplied colour and the pixels that it is blended over.
@@ -64,6 +71,7 @@ class TPaintSink final : public ISpanSink {
   static constexpr std::int32_t Chunk = 1024;
   const std::uint32_t* Pixels(std::int32_t X, std::int32_t Y, std::int32_t Count);
   bool GoesToTarget(const TCoverSpan& Span) const;
+  bool PutToTarget(std::int32_t Y, const TCoverSpan& Span);
   void Blend(std::uint32_t* Row, const TCoverSpan& Span, const std::uint8_t* Covers,
              std::int32_t At, std::int32_t Count, const std::uint32_t* Source);
 
