@@ -127,6 +127,9 @@ void TClipSink::Block(const TRect& Box, std::uint32_t Cover) {
 }
 
 void TClipSink::Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) {
+  const TRect& In = FClip->Inside();
+  if (Y >= In.Top && Y < In.Bottom && Spans.front().X >= In.Left && Spans.back().End() <= In.Right)
+    return FNext->Row(Y, Spans, Covers);
   const std::span<const TCoverSpan> Mask = MaskFrom(Spans.front().X, Y);
   if (LiesWithin(Spans, Mask)) return FNext->Row(Y, Spans, Covers);
   const std::uint8_t* MaskCovers = FClip->Mask()->Covers();

@@ -244,14 +244,14 @@ bool TQXRasterCanvas::PlaceStamp(const TQXCoverageStamps& Stamps, const TQXStamp
 }
 
 void TQXRasterCanvas::DrawStamps(std::span<const TQXPlacedStamp> Placed) {
-  const TRect Clip = FClip.Box();
+  const TRect& Clip = FClip.Inside();
   const TKernels& K = Kernels();
   for (const TQXPlacedStamp& P : Placed) {
     if (P.Color == 0 || P.Stamp.Width == 0) continue;
     const std::uint8_t* const Bytes = P.Stamps->Bytes(P.Stamp);
     const std::int32_t Width = P.Stamp.Width, Height = P.Stamp.Height;
-    const bool IsWhole = !FClip.Mask() && P.X >= Clip.Left && P.X + Width <= Clip.Right &&
-                         P.Y >= Clip.Top && P.Y + Height <= Clip.Bottom;
+    const bool IsWhole = P.X >= Clip.Left && P.X + Width <= Clip.Right && P.Y >= Clip.Top &&
+                         P.Y + Height <= Clip.Bottom;
     if (IsWhole) {
       K.BlendBlock({FPixels.Row(P.Y) + P.X, FPixels.Stride, Bytes, Width, Width, Height}, P.Color);
       continue;
@@ -467,7 +467,6 @@ void TQXRasterCanvas::DoDrawImage(const TQXConstPixels& Pixels, const TRectF& De
 void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& Matrix) {
   if (FClip.IsEmpty()) return;
   if (!IsFinite(Matrix)) return;
-  auto Mask = NewMask();
   const std::size_t Steps = Region.StepCount();
   const auto DrawStep = [&](std::size_t I, const TRect& Clip, ISpanSink& Sink) {
     const TQXRegionStep Step = Region.Step(I);
@@ -475,6 +474,13 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
   };
   const bool IsSingle =
       Steps == 1 && (!Region.IsInfinite() || Region.Step(0).Mode != TQXGPCombineMode::cmUnion);
+  // Most clip paths are rectangles, many of them on pixel boundaries.
+  TRectF R;
+  if (IsSingle && IsUpright(Matrix) && IsRectangle(Region.Step(0).Path, R)) {
+    R = QXMatrixTransform(Matrix, R);
+    if (IsFinite(R)) return DoIntersectClipRect(R);
+  }
+  auto Mask = NewMask();
   Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
     if (IsSingle) return DrawStep(0, Clip, Sink);
     const TRect Box = Region.IsInfinite() ? Clip : PixelsUnder(Region.GetBounds(), Matrix, Clip);

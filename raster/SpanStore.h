@@ -12,6 +12,7 @@ namespace qxsvg {
 class TSpanStore final : public ISpanSink {
  public:
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
+  void Block(const TRect& Box, std::uint32_t Cover) override;
   // Forgets all, but keeps the memory.
   void Clear();
 
@@ -32,6 +33,8 @@ class TSpanStore final : public ISpanSink {
     std::int32_t Y = 0;
     std::uint32_t First = 0, Count = 0;
   };
+  static bool IsAbove(const TRow& Row, std::int32_t Y) { return Row.Y < Y; }
+  bool IsSame(const TRow& Row, std::span<const TCoverSpan> Spans) const;
 
   TRect FBox;
   std::vector<TRow> FRows;

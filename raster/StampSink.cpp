@@ -123,12 +123,13 @@ void TStampSink::CopyTo(const TQXStamp& Part, std::uint8_t* Bytes) const {
 }
 
 void TStampSink::Replay(const TQXStamp& Stamp, const std::uint8_t* Bytes, std::int32_t Left,
-                        std::int32_t Top, const TRect& Clip, ISpanSink& Sink) {
+                        std::int32_t Top, const TRect& Clip, ISpanSink& Into) {
   const std::int32_t From = std::max(Left, Clip.Left);
   const std::int32_t To = std::min(Left + Stamp.Width, Clip.Right);
   const std::int32_t Begin = std::max(Top, Clip.Top);
   const std::int32_t End = std::min(Top + Stamp.Height, Clip.Bottom);
   if (From >= To || Begin >= End) return;
+  ISpanSink& Sink = Into.Within({From, Begin, To, End});
   const std::uint8_t* Covers = Bytes + std::ptrdiff_t{Begin - Top} * Stamp.Width + (From - Left);
   if (const TColorTarget* const Target = Sink.Target()) {
     const TQXPixels& Pixels = Target->Pixels;

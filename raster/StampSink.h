@@ -36,9 +36,9 @@ class TStampSink final : public ISpanSink {
   // Copies that part, row by row without gaps.
   void CopyTo(const TQXStamp& Part, std::uint8_t* Bytes) const;
 
-  // Gives the rows of a stamp, as far as they lie in Clip, to Sink; Left and Top are its pixel.
+  // Gives the rows of a stamp, as far as they lie in Clip; Left and Top are its pixel.
   static void Replay(const TQXStamp& Stamp, const std::uint8_t* Bytes, std::int32_t Left,
-                     std::int32_t Top, const TRect& Clip, ISpanSink& Sink);
+                     std::int32_t Top, const TRect& Clip, ISpanSink& Into);
 
  private:
   static constexpr std::int32_t Side = TQXCoverageStamps::MostSide;
