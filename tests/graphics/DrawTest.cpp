@@ -212,6 +212,9 @@ struct TPartsOfATree : testing::Test {
 TEST_F(TPartsOfATree, OneElementInItsPlace) {
   D.Document.DrawElement(D.Get(u"b"), Canvas, Area);
   EXPECT_EQ(Painted(), "12 ");
+  D.Document.SetMatrix(CreateTranslateQXMatrix(100, 0));
+  D.Document.DrawElement(D.Get(u"b"), Canvas, Area);
+  EXPECT_EQ(Painted(), "112 ");
   D.Get(u"b").SetVisible(false);
   D.Document.DrawElement(D.Get(u"b"), Canvas, Area);
   EXPECT_EQ(Painted(), "");
