@@ -47,6 +47,7 @@ void TQXGPBitmap::Assign(const TPersistent* Source) {
   if (Image == this) return;
   const TQXConstPixels From = Image->GetPixels();
   SetSize(From.Width, From.Height);
+  FIsUntouched = false;
   for (std::int32_t Y = 0; Y < FHeight; ++Y)
     std::copy_n(From.Row(Y), FWidth, FPixels.data() + std::size_t(Y) * std::size_t(FWidth));
 }
@@ -56,6 +57,7 @@ TQXConstPixels TQXGPBitmap::GetPixels() const {
 }
 
 TQXPixels TQXGPBitmap::Pixels() {
+  FIsUntouched = false;
   return {FPixels.data(), FWidth, FHeight, FWidth};
 }
 
@@ -72,6 +74,7 @@ void TQXGPBitmap::SetSize(std::int32_t Width, std::int32_t Height) {
   for (std::int32_t Y = 0; Y < Rows; ++Y)
     std::copy_n(FPixels.data() + std::ptrdiff_t{Y} * FWidth, Columns,
                 Pixels.data() + std::ptrdiff_t{Y} * Width);
+  FIsUntouched = FIsUntouched || Columns == 0 || Rows == 0;
   FCanvas.reset();
   FPixels = std::move(Pixels);
   FWidth = Width;
@@ -79,10 +82,15 @@ void TQXGPBitmap::SetSize(std::int32_t Width, std::int32_t Height) {
 }
 
 void TQXGPBitmap::Clear(TQXGPColor Color) {
+  const std::uint32_t Pixel = QXPremultiply(Color);
+  // The system gives pages of zeroes when they are first written to: those that a drawing leaves
+  // out shall take no memory.
+  if (FIsUntouched && Pixel == 0) return;
+  FIsUntouched = false;
   // Copies of a piece that stays in the first cache go as fast as memory takes them.
   constexpr std::size_t Piece = 1024;
   const std::size_t First = std::min(FPixels.size(), Piece);
-  std::fill_n(FPixels.data(), First, QXPremultiply(Color));
+  std::fill_n(FPixels.data(), First, Pixel);
   for (std::size_t At = First; At < FPixels.size(); At += Piece)
     std::copy_n(FPixels.data(), std::min(Piece, FPixels.size() - At), FPixels.data() + At);
 }

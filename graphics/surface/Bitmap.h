@@ -93,6 +93,8 @@ class QXSVG_API TQXGPBitmap : public TQXGPImage {
  private:
   TZeroedArray<std::uint32_t> FPixels;
   std::int32_t FWidth = 0, FHeight = 0;
+  // All pixels are zero, and nobody has a way to change them.
+  bool FIsUntouched = true;
   std::unique_ptr<TQXGPCanvas> FCanvas;
 };
 

@@ -33,6 +33,16 @@ TEST(Bitmap, KeepsSharedPixelsWhenItsSizeChanges) {
   Copy.Assign(&Bitmap);
   EXPECT_EQ(Copy.GetWidth(), 3);
   EXPECT_EQ(Copy.GetPixels().Row(0)[1], 0x80800000u);
+  // Pixels may be written at any time through what was given out once.
+  TQXGPBitmap Fresh(2, 1);
+  for (TQXGPBitmap* Written : {&Copy, &Fresh}) {
+    const TQXPixels Held = Written->Pixels();
+    for (int I = 0; I < 2; ++I) {
+      Held.Row(0)[1] = 7;
+      Written->Clear();
+      EXPECT_EQ(Held.Row(0)[1], 0u);
+    }
+  }
   EXPECT_THROW(Bitmap.GetCanvas(), EInvalidOperation);
 }
 
