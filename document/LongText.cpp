@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <functional>
 
 namespace qxsvg {
 
@@ -51,11 +50,6 @@ StringView TLongText::View() const {
     FNarrow.reset();
   }
   return {FWide.get(), FSize};
-}
-
-bool TLongText::Holds(StringView Text) const {
-  const std::less<const char16_t*> Before;
-  return FWide && !Before(Text.data(), FWide.get()) && Before(Text.data(), FWide.get() + FSize);
 }
 
 }  // namespace qxsvg

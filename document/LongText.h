@@ -18,11 +18,8 @@ class TLongText {
   // Null where Text has characters that need more than a byte.
   static std::unique_ptr<TLongText> From(StringView Text);
 
-  std::size_t Size() const { return FSize; }
   // Stays valid as long as the object.
   StringView View() const;
-  // Whether Text lies in what View gave.
-  bool Holds(StringView Text) const;
 
  private:
   explicit TLongText(std::size_t Size);

@@ -83,16 +83,12 @@ TSVGStyle::TextPlace TSVGStyle::Put(StringView Text) {
 TSVGStyle::TextPlace TSVGStyle::PutOther(StringView Text) {
   auto Long = Text.size() < TLongText::LeastSize ? nullptr : TLongText::From(Text);
   if (!Long) return Put(Text);
-  auto Free = std::find(FLongTexts.begin(), FLongTexts.end(), nullptr);
-  if (Free == FLongTexts.end()) Free = FLongTexts.emplace(Free);
-  *Free = std::move(Long);
-  return {static_cast<std::uint32_t>(Free - FLongTexts.begin()), InLongTexts};
+  FLongTexts.push_back(std::move(Long));
+  return {static_cast<std::uint32_t>(FLongTexts.size() - 1), InLongTexts};
 }
 
 bool TSVGStyle::IsHeld(StringView Text) const {
   const std::less<const char16_t*> Before;
-  for (const auto& Long : FLongTexts)
-    if (Long && Long->Holds(Text)) return true;
   return !Before(Text.data(), FTexts.data()) && Before(Text.data(), FTexts.data() + FTexts.size());
 }
 

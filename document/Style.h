@@ -161,7 +161,7 @@ class QXSVG_API TSVGStyle : public TPersistent {
   // all its attributes; FLostTexts of its characters belong to none any more.
   String FTexts;
   std::size_t FLostTexts = 0;
-  // Of FOthers. The place of one that was replaced is empty until there is another.
+  // Of FOthers, at most one of each. The place of one that was replaced stays empty.
   std::vector<std::unique_ptr<TLongText>> FLongTexts;
   // The slots that a table with these entries would have had when it was last emptied, and has now.
   std::uint32_t FFirstSlots = FirstCapacity;

@@ -147,6 +147,30 @@ TEST(Style, KeepsManyNamesInLinearTime) {
   EXPECT_EQ(Style.GetText(u"n99999"), u"1");
 }
 
+TEST(Style, KeepsLongTextsAsTheyWereWritten) {
+  for (const char16_t Last : {u'z', u'\u00E9', u'\u20AC'}) {
+    const String Long = String(TLongText::LeastSize + 5, u'1') + Last;
+    TSVGStyle Style;
+    Style.SetText(u"d", Long);
+    Style.SetText(u"e", Long + u'!');
+    // Enough replaced texts to have the others moved together.
+    for (int I = 0; I < 40; ++I) Style.SetText(u"f", String(100, u'a') + Last);
+    Style.SetText(u"g", Style.GetText(u"d"));
+    Style.SetText(u"d", Style.GetText(u"d").substr(1));
+    Style.SetText(u"e", u"short");
+    TSVGStyle Copy;
+    Copy.Assign(&Style);
+    for (const TSVGStyle* S : {&Style, &Copy}) {
+      EXPECT_EQ(S->GetText(u"g"), Long);
+      EXPECT_EQ(S->GetText(u"d"), StringView(Long).substr(1));
+      EXPECT_EQ(S->GetText(u"e"), u"short");
+      EXPECT_EQ(S->Count(), 4);
+    }
+    Style.SetStyle(u"x:1");
+    EXPECT_EQ(EntriesOf(Style), std::vector<std::string>{"x=1"});
+  }
+}
+
 // --- Selectors
 
 std::string TokensOf(StringView Selector) {
