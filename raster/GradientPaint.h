@@ -43,8 +43,9 @@ class TGradientTables {
                                 std::size_t Steps);
 
  private:
-  // Four kilobytes each at most.
-  static constexpr std::size_t Slots = 128;
+  // Four kilobytes each at most. Drawings with some hundred gradients shall seldom lose one to
+  // another.
+  static constexpr std::size_t Slots = 1024;
   std::array<std::unique_ptr<TGradientTable>, Slots> FTables;
 };
 

@@ -34,7 +34,8 @@ struct TKeptSpans::TPacked {
   const TSpan* Spans;
 };
 
-void TKeptSpans::Clear() {
+void TKeptSpans::Clear(bool IsForColor) {
+  FHasGroups = IsForColor;
   FPlaces.clear();
   FCovers.clear();
   FSpans.clear();
@@ -70,12 +71,13 @@ void TKeptSpans::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
       continue;
     }
     const std::uint8_t* const C = Span.Covers(Covers);
-    if (Span.Length < GroupPixels) {
-      FSpans.push_back({Short(Span.X), Short(Y), Short(Span.Length),
-                        static_cast<std::uint16_t>(TCoverSpan::CoversBase)});
-      TSpan Few = {};
-      std::memcpy(static_cast<void*>(&Few), C, static_cast<std::size_t>(Span.Length));
-      FSpans.push_back(Few);
+    if (!FHasGroups || Span.Length < GroupPixels) {
+      const TSpan Kept{Short(Span.X), Short(Y), Short(Span.Length),
+                       static_cast<std::uint16_t>(TCoverSpan::CoversBase)};
+      FSpans.push_back(Kept);
+      const std::size_t At = FSpans.size();
+      FSpans.resize(At + Kept.CoverSpans());
+      std::memcpy(static_cast<void*>(&FSpans[At]), C, static_cast<std::size_t>(Span.Length));
       continue;
     }
     std::int32_t I = 0;
@@ -143,7 +145,7 @@ void TKeptSpans::Blend(const TPacked& Kept, const TColorTarget& Target) {
       const TCoverSpan Part{Span.X, Span.Length, Span.Cover};
       K.BlendColor(Row, {&Part, 1}, reinterpret_cast<const std::uint8_t*>(Kept.Spans + I),
                    Target.Color);
-      if (!Part.IsEven()) ++I;
+      I += Span.CoverSpans();
     }
     From = Band;
   }
@@ -157,6 +159,8 @@ void TKeptSpans::ReplayRows(const TPacked& Kept, const TBand& From, const TBand&
     return Has ? std::uint32_t{Item.Y} << 16 | Item.X : None;
   };
   std::size_t G = From.Groups, S = From.Spans;
+  std::uint32_t Group = PlaceOf(G < To.Groups, Kept.Places[G]);
+  std::uint32_t Span = PlaceOf(S < To.Spans, Kept.Spans[S]);
   std::uint32_t Row = 0;
   bool WasGroup = false;
   const auto Put = [&](std::int32_t X, std::int32_t Length, const std::uint8_t* Covers) {
@@ -164,8 +168,6 @@ void TKeptSpans::ReplayRows(const TPacked& Kept, const TBand& From, const TBand&
         {X, Length, TCoverSpan::CoversBase + static_cast<std::uint32_t>(Covers - Kept.Covers)});
   };
   for (FRow.clear();;) {
-    const std::uint32_t Group = PlaceOf(G < To.Groups, Kept.Places[G]);
-    const std::uint32_t Span = PlaceOf(S < To.Spans, Kept.Spans[S]);
     const std::uint32_t Next = std::min(Group, Span);
     if (Next >> 16 != Row || Next == None) {
       if (!FRow.empty()) Sink.Row(static_cast<std::int32_t>(Row), FRow, Kept.Covers);
@@ -182,6 +184,7 @@ void TKeptSpans::ReplayRows(const TPacked& Kept, const TBand& From, const TBand&
       else
         Put(X + Skipped, GroupPixels - Skipped, Kept.Covers + G * GroupPixels + Skipped);
       ++G;
+      Group = PlaceOf(G < To.Groups, Kept.Places[G]);
       WasGroup = true;
       continue;
     }
@@ -190,7 +193,9 @@ void TKeptSpans::ReplayRows(const TPacked& Kept, const TBand& From, const TBand&
     if (Part.Cover < TCoverSpan::CoversBase)
       FRow.push_back({X, Part.Length, Part.Cover});
     else
-      Put(X, Part.Length, reinterpret_cast<const std::uint8_t*>(Kept.Spans + S++));
+      Put(X, Part.Length, reinterpret_cast<const std::uint8_t*>(Kept.Spans + S));
+    S += Part.CoverSpans();
+    Span = PlaceOf(S < To.Spans, Kept.Spans[S]);
   }
 }
 

@@ -15,8 +15,9 @@ namespace qxsvg {
 // one coverage.
 class TKeptSpans final : public ISpanSink {
  public:
-  // Forgets all, but keeps the memory.
-  void Clear();
+  // Forgets all, but keeps the memory. Groups serve one colour alone; for anything else rows stay
+  // as they are.
+  void Clear(bool IsForColor);
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
   // What came since Clear, good until the next call.
   std::span<const std::uint64_t> Pack();
@@ -24,10 +25,13 @@ class TKeptSpans final : public ISpanSink {
   void Replay(const std::uint64_t* Words, ISpanSink& Sink);
 
  private:
-  // A span of one coverage; or, where Cover is CoversBase, one of fewer than eight pixels, whose
-  // coverages are the eight bytes behind it.
+  // A span of one coverage; or, where Cover is CoversBase, one that is no group, whose coverages
+  // take the places of as many spans behind it as they fill.
   struct TSpan {
     std::uint16_t X, Y, Length, Cover;
+    std::size_t CoverSpans() const {
+      return Cover < TCoverSpan::CoversBase ? 0 : (Length + sizeof(TSpan) - 1) / sizeof(TSpan);
+    }
   };
   // Some rows, whose pixels stay near while first their groups and then their spans are drawn; the
   // numbers of groups and of spans up to the last of them.
@@ -46,6 +50,7 @@ class TKeptSpans final : public ISpanSink {
   std::vector<TSpan> FSpans;
   std::vector<TBand> FBands;
   std::int32_t FBandEnd = 0;
+  bool FHasGroups = true;
   std::vector<std::uint64_t> FWords;
   std::vector<TCoverSpan> FRow;
 };

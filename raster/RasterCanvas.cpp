@@ -277,7 +277,7 @@ void TQXRasterCanvas::CoverKept(const TQXPathSource& Source, const TQXCoverageKe
     case TQXCoverageCache::TUse::Keep: break;
   }
   TKeptSpans& Kept = FScratch->Kept;
-  Kept.Clear();
+  Kept.Clear(Sink.Target() != nullptr);
   Cover(Kept, Draw);
   const std::span<const std::uint64_t> Words = Kept.Pack();
   Kept.Replay(Words.data(), Sink);
