@@ -133,13 +133,14 @@ TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
     TQXGPRegion Clip(&Fresh.Canvas);
     Clip.Combine(RandomPath(Random, Side, true).View(), TQXGPFillMode::fmAlternate,
                  TQXGPCombineMode::cmUnion);
+    bool IsServed = Seed % 3 == 0;
     const auto Draw = [&](TTestSurface& S, bool IsKept) {
       S.Canvas.SetPen(Fresh.Canvas.Pen());
       S.Canvas.IntersectClip(QXRect(20, 20, 150, 130));
       if (Seed % 2 == 0) S.Canvas.IntersectClip(Clip);
       TQXGPBrush& Brush = S.Canvas.Brush();
       Brush.SetColor(Seed % 4 == 1 ? 0x80ff8040 : 0xff4080ff);
-      if (Seed % 3 == 0) {
+      if (IsServed) {
         Brush.GetGradient().Points().Clear();
         Brush.GetGradient().Points().Add(0, 0xff000000);
         Brush.GetGradient().Points().Add(1, 0x80ff0000);
@@ -156,6 +157,12 @@ TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
       Restore();
       ASSERT_EQ(Difference(Fresh.Bitmap, Kept.Bitmap), "") << "seed " << Seed << " time " << I;
     }
+    // What was kept of a colour serves a gradient, and the other way round.
+    IsServed = !IsServed;
+    TTestSurface Other(Side, Side), OtherKept(Side, Side);
+    Draw(Other, false);
+    Draw(OtherKept, true);
+    ASSERT_EQ(Difference(Other.Bitmap, OtherKept.Bitmap), "") << "seed " << Seed;
     // Under another matrix, and under another clip, what was kept no longer serves.
     for (const bool IsClip : {false, true}) {
       TTestSurface A(Side, Side), B(Side, Side);
