@@ -44,11 +44,11 @@ bool IsSimilarity(const TMatrix& M) {
 }
 
 // What may be left out of a line that is drawn with that pen.
-TQXThinning ThinningOf(const TQXStrokeStyle& Pen, const TMatrix& ToDevice) {
+TThinning ThinningOf(const TQXStrokeStyle& Pen, const TMatrix& ToDevice) {
   const float Scale =
       std::hypot(std::hypot(ToDevice.m11, ToDevice.m12), std::hypot(ToDevice.m21, ToDevice.m22));
-  TQXThinning How;
-  How.Distance = QXStrokeThinning / (IsIdentityMatrix(ToDevice) ? 1 : Scale);
+  TThinning How;
+  How.Distance = StrokeThinning / (IsIdentityMatrix(ToDevice) ? 1 : Scale);
   // The corners of other joins move with the sides, and the tips of miters move more. Where a line
   // turns right back the slopes are so close that there is no miter.
   if (Pen.Join != TQXGPStrokeJoin::sjRound) How.Turn = std::min(How.Distance * 2 / Pen.Width, 1.0f);

@@ -3,9 +3,9 @@
 
 #include <vector>
 
-#include "graphics/surface/DenseLines.h"
 #include "graphics/surface/Stroker.h"
 #include "raster/CellGrid.h"
+#include "raster/DenseLines.h"
 #include "raster/Kernels.h"
 #include "raster/Spans.h"
 
@@ -48,7 +48,7 @@ class TRasterizer {
   TCellGrid FGrid;
   TQXLineBuffer FLines, FReversed;
   TQXStroker FStroker;
-  TQXLineThinner FThinner;
+  TLineThinner FThinner;
   std::vector<TPointF> FPoints;
   std::vector<std::uint8_t> FCovers;
   std::vector<TCoverSpan> FSpans;

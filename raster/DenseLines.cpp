@@ -1,4 +1,4 @@
-#include "graphics/surface/DenseLines.h"
+#include "raster/DenseLines.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,36 +17,35 @@ constexpr float Infinite = std::numeric_limits<float>::infinity();
 // So far, in half widths, the middle of a strip may lie beside its anchor.
 constexpr float MostOffset = 0.7f;
 
-// Points that lie on one line through the first of them, its anchor, within half the distance.
+// Points in a row that lie on one line through the first of them, its anchor, within half the
+// distance.
 class TStrip {
  public:
-  explicit TStrip(TQXThinning How) : FHalf(How.Distance / 2), FMostTurn(How.Turn) {}
+  explicit TStrip(TThinning How) : FHalf(How.Distance / 2), FMostTurn(How.Turn) {}
 
-  void Begin(TPointF Anchor, TPointF P) {
-    FAnchor = FLowPoint = FHighPoint = FLast = Anchor;
+  // P, another point than the anchor, is to be added first.
+  void Begin(const TPointF* Anchor, const TPointF* P) {
+    FAnchor = FLowAt = FHighAt = FLast = Anchor;
     FLowest = FHighest = 0;
-    const TPointF D = P - Anchor;
+    const TPointF D = *P - *Anchor;
     FIsTall = std::abs(D.Y) > std::abs(D.X);
     // Plots lead on to one side while they go up and down.
     FOffset = std::copysign(FHalf * MostOffset, Across(D));
     FThrough = {-Infinite, Infinite};
     FSlopes = {Infinite, -Infinite};
-    Add(P);
-    FLast = P;
   }
-  // False where the point would leave the strip, which then stays what it was.
-  bool Add(TPointF P);
+  // False where the point would leave the strip, which then stays what it was. The first never
+  // does.
+  bool Add(const TPointF* P);
   // Writes what stands for the points after the anchor: the ends of the strip, in the order in
   // which they came, and the last point.
   TPointF* Finish(TPointF* Out) const {
-    const TPointF First = FHighCameLast ? FLowPoint : FHighPoint;
-    const TPointF Second = FHighCameLast ? FHighPoint : FLowPoint;
-    for (const TPointF P : {First, Second})
-      if (!(P == FAnchor) && !(P == FLast)) *Out++ = P;
-    *Out++ = FLast;
+    for (const TPointF* const P : {std::min(FLowAt, FHighAt), std::max(FLowAt, FHighAt)})
+      if (P != FAnchor && P != FLast) *Out++ = *P;
+    *Out++ = *FLast;
     return Out;
   }
-  TPointF Last() const { return FLast; }
+  const TPointF* Last() const { return FLast; }
 
  private:
   struct TRange {
@@ -56,61 +55,61 @@ class TStrip {
   float Across(TPointF D) const { return FIsTall ? D.X : D.Y; }
 
   const float FHalf, FMostTurn;
-  TPointF FAnchor, FLowPoint, FHighPoint, FLast;
+  const TPointF *FAnchor = nullptr, *FLowAt = nullptr, *FHighAt = nullptr, *FLast = nullptr;
   float FOffset = 0, FLowest = 0, FHighest = 0;
-  // The slopes of lines through the anchor that pass all points closely enough, and those of the
+  // The slopes of lines beside the anchor that pass all points closely enough, and those of the
   // lines from point to point.
   TRange FThrough, FSlopes;
-  bool FIsTall = false, FHighCameLast = false;
+  bool FIsTall = false;
 };
 
-bool TStrip::Add(TPointF P) {
-  const TPointF D = P - FAnchor;
-  const float Way = Along(D), Beside = Across(D), Inverse = 1 / Way;
-  const float A = (Beside - FOffset - FHalf) * Inverse, B = (Beside - FOffset + FHalf) * Inverse;
+inline bool TStrip::Add(const TPointF* P) {
+  const TPointF D = *P - *FAnchor;
+  const float Way = Along(D), Beside = Across(D) - FOffset, Inverse = 1 / Way;
+  const float A = (Beside - FHalf) * Inverse, B = (Beside + FHalf) * Inverse;
   const TRange Through{std::max(FThrough.Low, std::min(A, B)),
                        std::min(FThrough.High, std::max(A, B))};
   if (!(Through.Low <= Through.High)) return false;
   if (FMostTurn < Infinite) {
-    const TPointF Step = P - FLast;
+    const TPointF Step = *P - *FLast;
     const float Slope = Across(Step) / Along(Step);
     const TRange Slopes{std::min(FSlopes.Low, Slope), std::max(FSlopes.High, Slope)};
-    if (!(Slopes.High - Slopes.Low <= FMostTurn)) return false;
+    if (Slopes.High - Slopes.Low > FMostTurn) return false;
     FSlopes = Slopes;
   }
   FThrough = Through;
-  if (Way > FHighest) {
-    FHighest = Way;
-    FHighPoint = P;
-    FHighCameLast = true;
-  } else if (Way < FLowest) {
-    FLowest = Way;
-    FLowPoint = P;
-    FHighCameLast = false;
-  }
+  FHighAt = Way > FHighest ? P : FHighAt;
+  FLowAt = Way < FLowest ? P : FLowAt;
+  FHighest = std::max(FHighest, Way);
+  FLowest = std::min(FLowest, Way);
   FLast = P;
   return true;
 }
 
 // Writes what stands for the lines from Points[0] on after it.
-TPointF* ThinRow(std::span<const TPointF> Points, TQXThinning How, TPointF* Out) {
+TPointF* ThinRow(std::span<const TPointF> Points, TThinning How, TPointF* Out) {
   TStrip Strip(How);
-  const std::size_t Last = Points.size() - 1;
-  *Out++ = Points[1];
-  Strip.Begin(Points[1], Points[2]);
-  for (std::size_t I = 3; I < Last; ++I) {
-    const TPointF P = Points[I];
-    if (P == Strip.Last() || Strip.Add(P)) continue;
-    Out = Strip.Finish(Out);
-    Strip.Begin(Strip.Last(), P);
+  const TPointF* const Last = Points.data() + Points.size() - 1;
+  const TPointF* P = Points.data() + 1;
+  const TPointF* const Anchor = P;
+  *Out++ = *Anchor;
+  while (P != Last && *P == *Anchor) ++P;
+  Strip.Begin(Anchor, P);
+  while (P != Last) {
+    if (*P == *Strip.Last() || Strip.Add(P)) {
+      ++P;
+    } else {
+      Out = Strip.Finish(Out);
+      Strip.Begin(Strip.Last(), P);
+    }
   }
   Out = Strip.Finish(Out);
-  *Out++ = Points[Last];
+  *Out++ = *Last;
   return Out;
 }
 
 // Whether a look at some of the points promises that many can be left out.
-bool IsDense(const TQXPathView& Path, TQXThinning How) {
+bool IsDense(const TQXPathView& Path, TThinning How) {
   const std::size_t Step = std::max<std::size_t>(Path.Count() / Samples, 1);
   std::size_t Tried = 0, Found = 0;
   for (std::size_t I = 1; I + 1 < Path.Count(); I += Step, ++Tried) {
@@ -127,7 +126,7 @@ bool IsDense(const TQXPathView& Path, TQXThinning How) {
 
 }  // namespace
 
-TQXPathView TQXLineThinner::Thin(const TQXPathView& Path, TQXThinning How) {
+TQXPathView TLineThinner::Thin(const TQXPathView& Path, TThinning How) {
   const std::size_t Count = Path.Count();
   if (Count < LeastPoints || !IsDense(Path, How)) return Path;
   if (FPoints.size() < Count) {

@@ -1,4 +1,4 @@
-#include "graphics/surface/DenseLines.h"
+#include "raster/DenseLines.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 namespace qxsvg {
 namespace {
 
-constexpr float Distance = QXStrokeThinning;
+constexpr float Distance = StrokeThinning;
 
 // So many points, of which the step is the way to the next.
 template <class TStep>
@@ -21,11 +21,11 @@ std::vector<TPointF> Walk(std::size_t Count, TStep Step) {
   return Points;
 }
 
-std::vector<TPointF> Thinned(const std::vector<TPointF>& Points, TQXThinning How = {}) {
+std::vector<TPointF> Thinned(const std::vector<TPointF>& Points, TThinning How = {}) {
   TQXPathGeometry Path;
   Path.MoveTo(Points[0]);
   for (const TPointF P : std::span(Points).subspan(1)) Path.LineTo(P);
-  TQXLineThinner Thinner;
+  TLineThinner Thinner;
   const TQXPathView Thin = Thinner.Thin(Path.View(), How);
   return {Thin.Points.begin(), Thin.Points.end()};
 }
@@ -50,39 +50,19 @@ TEST(DenseLines, StayWhereTheyWere) {
     const float A = static_cast<float>(I) * 0.01f;
     return TPointF{0.2f * std::cos(A), 0.2f * std::sin(A)};
   };
+  const auto Steps = [&](TPointF Drift, float X, float Y) {
+    return Walk(1000, [&, Drift, X, Y](std::size_t) {
+      return Drift + TPointF{Noise(X), Noise(Y)};
+    });
+  };
+  const auto Twice = [&](std::size_t I) { return TPointF{I % 3 == 0 ? 0.1f : 0, 0}; };
+  const auto Late = [&](std::size_t I) { return TPointF{0, I < 9 ? 0 : Noise(1)}; };
   // What is walked, and which part of the points may be left at most.
   const std::pair<std::vector<TPointF>, float> Cases[] = {
-      {Walk(1000,
-            [&](std::size_t) {
-              return TPointF{0.0046f, Noise(2)};
-            }),
-       0.4f},
-      {Walk(1000,
-            [&](std::size_t) {
-              return TPointF{Noise(2), 0.02f};
-            }),
-       0.8f},
-      {Walk(1000,
-            [&](std::size_t) {
-              return TPointF{Noise(0.01f), Noise(0.01f)};
-            }),
-       0.5f},
-      {Walk(1000,
-            [&](std::size_t) {
-              return TPointF{Noise(0.2f), Noise(0.2f)};
-            }),
-       1},
-      {Walk(1000, Circle), 0.2f},
-      {Walk(1000,
-            [](std::size_t I) {
-              return TPointF{I % 3 == 0 ? 0.1f : 0, 0};
-            }),
-       0.02f},
-      {Walk(1000,
-            [&](std::size_t) {
-              return TPointF{Noise(9e29f), Noise(9e29f)};
-            }),
-       1},
+      {Steps({0.0046f, 0}, 0, 2), 0.4f}, {Steps({0, 0.02f}, 2, 0), 0.8f},
+      {Steps({}, 0.01f, 0.01f), 0.5f},   {Steps({}, 0.2f, 0.2f), 1},
+      {Steps({}, 9e29f, 9e29f), 1},      {Walk(1000, Circle), 0.2f},
+      {Walk(1000, Twice), 0.02f},        {Walk(1000, Late), 0.02f},
   };
   for (const auto& [Points, Part] : Cases) {
     const std::vector<TPointF> Thin = Thinned(Points);
@@ -101,7 +81,7 @@ TEST(DenseLines, StayWhereTheyWere) {
 
 // Where joins show turns, small stairs stay; what goes nearly straight does not.
 TEST(DenseLines, KeepTurnsThatShow) {
-  TQXThinning How;
+  TThinning How;
   How.Turn = 0.05f;
   const auto Stairs = Walk(1000, [](std::size_t I) {
     return I % 2 == 0 ? TPointF{0.01f, 0} : TPointF{0, 0.01f};
@@ -130,7 +110,7 @@ TEST(DenseLines, KeepCurvesAndFigures) {
   const std::vector<TQXPathPointKind> Kinds = {pkMove,  pkLine,  pkLine, pkLine, pkCurve,
                                                pkCurve, pkCurve, pkLine, pkLine, pkLine,
                                                pkClose, pkMove,  pkLine};
-  TQXLineThinner Thinner;
+  TLineThinner Thinner;
   const TQXPathView Thin = Thinner.Thin(Path.View(), {});
   EXPECT_EQ(std::vector(Thin.Kinds.begin(), Thin.Kinds.end()), Kinds);
   EXPECT_EQ(Thin.Points[6], (TPointF{5, 0}));
