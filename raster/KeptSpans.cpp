@@ -151,6 +151,26 @@ void TKeptSpans::Blend(const TPacked& Kept, const TColorTarget& Target) {
   }
 }
 
+// Rows that were kept as they are.
+void TKeptSpans::ReplaySpans(const TPacked& Kept, const TBand& From, const TBand& To,
+                             ISpanSink& Sink) {
+  for (std::size_t S = From.Spans; S < To.Spans;) {
+    const std::uint16_t Y = Kept.Spans[S].Y;
+    FRow.clear();
+    do {
+      const TSpan Span = Kept.Spans[S++];
+      const auto* const Covers = reinterpret_cast<const std::uint8_t*>(Kept.Spans + S);
+      FRow.push_back(
+          {Span.X, Span.Length,
+           Span.Cover < TCoverSpan::CoversBase
+               ? std::uint32_t{Span.Cover}
+               : TCoverSpan::CoversBase + static_cast<std::uint32_t>(Covers - Kept.Covers)});
+      S += Span.CoverSpans();
+    } while (S < To.Spans && Kept.Spans[S].Y == Y);
+    Sink.Row(Y, FRow, Kept.Covers);
+  }
+}
+
 // Puts groups and spans together to rows again.
 void TKeptSpans::ReplayRows(const TPacked& Kept, const TBand& From, const TBand& To,
                             ISpanSink& Sink) {
@@ -204,7 +224,10 @@ void TKeptSpans::Replay(const std::uint64_t* Words, ISpanSink& Sink) {
   if (const TColorTarget* const Target = Sink.Target()) return Blend(Kept, *Target);
   TBand From = {};
   for (const TBand& Band : Kept.Bands) {
-    ReplayRows(Kept, From, Band, Sink);
+    if (From.Groups == Band.Groups)
+      ReplaySpans(Kept, From, Band, Sink);
+    else
+      ReplayRows(Kept, From, Band, Sink);
     From = Band;
   }
 }

@@ -43,6 +43,7 @@ class TKeptSpans final : public ISpanSink {
   void Group(std::int32_t X, std::int32_t Y, const std::uint8_t* Covers, std::int32_t Skipped);
   void EndBand();
   static void Blend(const TPacked& Kept, const TColorTarget& Target);
+  void ReplaySpans(const TPacked& Kept, const TBand& From, const TBand& To, ISpanSink& Sink);
   void ReplayRows(const TPacked& Kept, const TBand& From, const TBand& To, ISpanSink& Sink);
 
   std::vector<TGroupPlace> FPlaces;
