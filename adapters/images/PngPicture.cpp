@@ -74,8 +74,8 @@ std::optional<std::uint8_t> TPngPalette::Add(std::uint32_t Pixel) {
   return ByteOf(FIndices[Slot]);
 }
 
-TPngPicture::TPngPicture(TQXConstPixels Pixels) : FPixels(Pixels) {
-  Analyse();
+TPngPicture::TPngPicture(TQXConstPixels Pixels, TPalette Palette) : FPixels(Pixels) {
+  Analyse(Palette);
 }
 
 std::size_t TPngPicture::RowSize() const {
@@ -88,11 +88,11 @@ bool TPngPicture::IsRepeated(std::int32_t Y) const {
                               static_cast<std::size_t>(Width()) * sizeof(std::uint32_t)) == 0;
 }
 
-void TPngPicture::Analyse() {
+void TPngPicture::Analyse(TPalette Palette) {
   // Of the alpha 0 and 255 alone the sum with 1 has none of these bits.
   constexpr std::uint32_t Mixed = 0xFE000000, Opaque = 0xFF000000;
   std::uint32_t Alphas = Opaque, Mixtures = 0;
-  bool IsGray = true, IsIndexed = true;
+  bool IsGray = true, IsIndexed = Palette == TPalette::Allowed;
   for (std::int32_t Y = 0; Y < Height(); ++Y) {
     if (IsRepeated(Y)) continue;
     const std::uint32_t* Row = FPixels.Row(Y);

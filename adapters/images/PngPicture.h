@@ -32,8 +32,10 @@ class TPngPalette {
 // Refers to the pixels, which are premultiplied.
 class TPngPicture {
  public:
-  // Finds the smallest kind of PNG that holds every pixel as it is.
-  explicit TPngPicture(TQXConstPixels Pixels);
+  enum class TPalette { Allowed, None };
+
+  // Finds the kind of PNG with the fewest bytes a row that holds every pixel as it is.
+  explicit TPngPicture(TQXConstPixels Pixels, TPalette Palette = TPalette::Allowed);
 
   TColorType Type() const { return FType; }
   // Bits of a channel or index.
@@ -53,7 +55,7 @@ class TPngPicture {
   void Pack(std::int32_t Y, std::uint8_t* Target);
 
  private:
-  void Analyse();
+  void Analyse(TPalette Palette);
   std::optional<std::uint8_t> UnusedGray() const;
   void PackIndices(const std::uint32_t* Row, std::uint8_t* Target);
 

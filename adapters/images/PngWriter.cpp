@@ -143,6 +143,9 @@ std::optional<TPlan> PlanFor(TPngPicture& Picture) {
   return TPlan{true, IsThorough ? ThoroughLevel : UsualLevel};
 }
 
+// Up to so many bytes of rows it costs no more to make all that may be the smallest and to know.
+constexpr std::size_t SmallPicture = 1 << 17;
+
 TDeflated StreamOf(TPngPicture& Picture, std::int32_t Quality) {
   const auto Deflated = [&](TPlan Plan) {
     if (Quality >= 0) Plan.Level = FirstLevel + Quality * (LastLevel - FirstLevel) / 100;
@@ -150,8 +153,6 @@ TDeflated StreamOf(TPngPicture& Picture, std::int32_t Quality) {
   };
   // Differences of indices mean nothing.
   if (Picture.Type() == ctPalette) return Deflated(PlainPlan);
-  // Up to here it costs no more to make both and to know.
-  constexpr std::size_t SmallPicture = 1 << 17;
   if (Picture.RowSize() * static_cast<std::size_t>(Picture.Height()) > SmallPicture)
     if (const std::optional<TPlan> Plan = PlanFor(Picture)) return Deflated(*Plan);
   TDeflated Plain = Deflated(PlainPlan), Filtered = Deflated(ThoroughPlan);
@@ -190,15 +191,12 @@ void WritePalette(TStream& Target, const std::vector<std::uint32_t>& Pixels) {
   if (!Alphas.empty()) WriteChunk(Target, "tRNS", Alphas);
 }
 
-}  // namespace
-
-void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
-  TPngPicture Picture(Pixels);
+void Write(TPngPicture& Picture, std::int32_t Quality, TStream& Target) {
   const TDeflated Stream = StreamOf(Picture, Quality);
 
   TBytes Header;
-  AppendNumber(Header, static_cast<std::uint32_t>(Pixels.Width));
-  AppendNumber(Header, static_cast<std::uint32_t>(Pixels.Height));
+  AppendNumber(Header, static_cast<std::uint32_t>(Picture.Width()));
+  AppendNumber(Header, static_cast<std::uint32_t>(Picture.Height()));
   const std::uint8_t Kind[] = {static_cast<std::uint8_t>(Picture.Depth()), Picture.Type(), 0, 0, 0};
   Header.insert(Header.end(), std::begin(Kind), std::end(Kind));
   Target.WriteBytes(BytesOf("\x89PNG\r\n\x1A\n"));
@@ -210,6 +208,22 @@ void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
   }
   WriteChunk(Target, "IDAT", Stream.Bytes());
   WriteChunk(Target, "IEND", {});
+}
+
+}  // namespace
+
+void EncodePng(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
+  TPngPicture Picture(Pixels);
+  const std::size_t Size = static_cast<std::size_t>(Pixels.Width) *
+                           static_cast<std::size_t>(Pixels.Height) * sizeof(std::uint32_t);
+  if (Picture.Type() != ctPalette || Size > SmallPicture) return Write(Picture, Quality, Target);
+  // In icons a palette may take more than it saves.
+  TMemoryStream Indexed, Direct;
+  Write(Picture, Quality, Indexed);
+  TPngPicture Colors(Pixels, TPngPicture::TPalette::None);
+  Write(Colors, Quality, Direct);
+  const bool IsShorter = Direct.Bytes().size() < Indexed.Bytes().size();
+  Target.WriteBytes(IsShorter ? Direct.Bytes() : Indexed.Bytes());
 }
 
 }  // namespace qxsvg::images

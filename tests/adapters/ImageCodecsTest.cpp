@@ -83,7 +83,8 @@ TEST(PngWriter, KeepsEveryPixelInTheSmallestKindOfFile) {
        },
        8, 6},
   };
-  constexpr std::int32_t Sizes[][2] = {{200, 300}, {77, 90}};
+  // Beyond those where a palette may take more than it saves.
+  constexpr std::int32_t Sizes[][2] = {{200, 300}, {177, 190}};
   for (const auto& [Name, Color, Depth, Type] : Cases)
     for (const auto& Size : Sizes) {
       SCOPED_TRACE(Name);
@@ -101,7 +102,8 @@ TEST(PngWriter, KeepsEveryPixelInTheSmallestKindOfFile) {
 
 TEST(PngWriter, OddSizesAndEveryPixelValueSurvive) {
   TQXGPBitmap Bitmap, Read;
-  for (const auto& [Width, Height] : {std::pair{1, 1}, {1, 300}, {3, 5}, {4097, 1}, {9, 260}}) {
+  for (const auto& [Width, Height] :
+       {std::pair{1, 1}, {1, 300}, {3, 5}, {15, 16}, {4097, 1}, {9, 260}}) {
     Bitmap.SetSize(Width, Height);
     Paint(Bitmap, [](auto X, auto Y) { return (X * 0x9E3779B1u) ^ (Y * 0x85EBCA6Bu); });
     Codecs().Decode(Encode(Bitmap, u"png"), Read);
