@@ -62,7 +62,7 @@ class QXSVG_API TSVGPen : public TQXGPPen {
   // The custom dashes as text, "none" unless the dash is custom.
   String CustomDashArray() const;
   // "none" and a text without numbers make the line solid. A list with a dash of 0 or below changes
-  // nothing but its units and flags.
+  // nothing.
   void SetCustomDashArray(StringView Text);
 
   TSVGUnitFactors GetUnitFactors() const;

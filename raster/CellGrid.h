@@ -26,9 +26,7 @@ inline constexpr std::int32_t GroupCells = 8, MarkBlock = 32;
 
 class TCellGrid final : public ILineConsumer {
  public:
-  // The widest and the largest box that one grid takes. The largest bounds the memory: what is
-  // bigger is drawn in bands.
-  static constexpr std::int32_t MaxWidth = 32768;
+  // The largest box that one grid takes, which bounds the memory: what is bigger is drawn in bands.
   static constexpr std::int64_t MaxCells = std::int64_t{1} << 22;
 
   // The most rows that a box of this width may have.

@@ -22,7 +22,6 @@ class TStrokeOutline {
   bool IsOpen() const { return FIsOpen; }
   TPointF Point() const { return FP; }
   TPointF Direction() const { return FDirection; }
-  float LastLength() const { return FLength; }
 
   // A piece that begins at P in that direction.
   void Begin(TPointF P, TPointF Direction, TQXGPLineCap Cap);
