@@ -122,7 +122,6 @@ void TSVGCustomViewBox::DrawElementParent(TMatrix& Matrix, TQXGPCanvas& Canvas, 
   if (!ShouldDraw()) return;
   OverflowClipping(Matrix, Canvas, Rect);
   Matrix = QXMatrixMultiply(GetViewMatrix(QXIdentityMatrix, ViewTarget()), Matrix);
-  Matrix = QXMatrixMultiply(this->Matrix(), Matrix);
   PerformClipping(Matrix, Canvas, Rect);
 }
 
