@@ -104,7 +104,8 @@ std::uint64_t TSpanStore::Hash() const {
     Mix(Hash, static_cast<std::uint64_t>(First.Y) << 32 | First.Count);
     std::uint32_t Count = 1;
     while (++Row != FRows.end() && Row->First == First.First && Row->Y == Row[-1].Y + 1) ++Count;
-    Mix(Hash, Count);
+    // Rows may share their spans across a gap, too.
+    Mix(Hash, std::uint64_t{First.First} << 32 | Count);
   }
   for (const TCoverSpan& Span : FSpans) {
     Mix(Hash, static_cast<std::uint64_t>(Span.X) << 32 | static_cast<std::uint32_t>(Span.Length));
