@@ -51,9 +51,12 @@ std::int64_t PointsOf(const TSVGElement& Element) {
 std::int64_t PointsOfClip(const TSVGGraphicElement& Element) {
   if (Element.ClipURI().empty() && !Element.Inherits().Value().Has(TSVGStyleProperty::ipClipPath))
     return 0;
+  // Any shape takes a step of its own.
+  constexpr std::int64_t LeastOfShape = 4;
   std::int64_t Points = 0;
   if (const TSVGGraphicElement* const Clip = Element.GetClipURIElement())
-    for (const TSVGElement* Child : Clip->Items()) Points += PointsOf(*Child);
+    for (const TSVGElement* Child : Clip->Items())
+      Points += std::max(PointsOf(*Child), LeastOfShape);
   return Points;
 }
 
