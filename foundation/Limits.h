@@ -119,6 +119,9 @@ inline constexpr std::int64_t SearchedReferences = 4'000'000;
 // Bytes that a document may keep of what its references drew: some ten thousand targets, each under
 // the styles and at the scale that it was drawn with.
 inline constexpr std::size_t RepeatBytes = std::size_t{4} << 20;
+// Bytes of a clip's coverage for a canvas to keep it for the next element with the same clip path;
+// a few are kept. That is the coverage of most outlines at the size of a screen.
+inline constexpr std::size_t RecentClipBytes = std::size_t{1} << 19;
 // Levels of SVG files that stand as images within each other, and files loaded that way in all from
 // the outermost one: each is a whole document.
 inline constexpr std::size_t ImageDocumentDepth = 4;

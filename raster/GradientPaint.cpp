@@ -4,6 +4,8 @@
 #include <bit>
 #include <cmath>
 
+#include "raster/HashMix.h"
+
 namespace qxsvg {
 
 namespace {
@@ -81,12 +83,8 @@ void TGradientTable::Build(std::span<const TQXGPGradientPoint> Stops, float Opac
 const TGradientTable& TGradientTables::TableOf(std::span<const TQXGPGradientPoint> Stops,
                                                float Opacity, std::size_t Steps) {
   std::uint64_t Hash = std::bit_cast<std::uint32_t>(Opacity) ^ Steps << 32;
-  const auto Mix = [&Hash](std::uint64_t Value) {
-    Hash = (Hash ^ Value) * 0x9e3779b97f4a7c15u;
-    Hash ^= Hash >> 29;
-  };
   for (const TQXGPGradientPoint& Stop : Stops)
-    Mix(std::uint64_t{std::bit_cast<std::uint32_t>(Stop.Offset())} << 32 | Stop.Color());
+    MixHash(Hash, std::uint64_t{std::bit_cast<std::uint32_t>(Stop.Offset())} << 32 | Stop.Color());
   std::unique_ptr<TGradientTable>& Table = FTables[Hash % Slots];
   if (!Table) Table = std::make_unique<TGradientTable>();
   Table->Build(Stops, Opacity, Steps);

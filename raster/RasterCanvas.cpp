@@ -9,6 +9,7 @@
 #include "graphics/surface/PathMeasure.h"
 #include "raster/KeptSpans.h"
 #include "raster/Kernels.h"
+#include "raster/RecentClips.h"
 #include "raster/RegionCover.h"
 #include "raster/StampSink.h"
 #include "runtime/Exceptions.h"
@@ -114,6 +115,7 @@ struct TQXRasterCanvas::TScratch {
   TImagePaint Image;
   TQXPathGeometry Outline;
   TRegionCover Region;
+  TRecentClips RecentClips;
 };
 
 TQXRasterCanvas::TQXRasterCanvas(const TQXPixels& Pixels)
@@ -480,6 +482,12 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
     R = QXMatrixTransform(Matrix, R);
     if (IsFinite(R)) return DoIntersectClipRect(R);
   }
+  const std::uint64_t Key = TRecentClips::KeyOf(FClip, Region, Matrix, IsAliased());
+  if (const TClip* const Recent = FScratch->RecentClips.Find(Key)) {
+    Recycle(FClip.TakeMask());
+    FClip = *Recent;
+    return;
+  }
   auto Mask = NewMask();
   Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
     if (IsSingle) return DrawStep(0, Clip, Sink);
@@ -494,6 +502,7 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
     Cover.Emit(Sink);
   });
   SetMask(std::move(Mask));
+  Recycle(FScratch->RecentClips.Put(Key, FClip));
 }
 
 std::shared_ptr<ICanvasFactory> CreateRasterCanvasFactory() {

@@ -1,18 +1,11 @@
 #include "raster/SpanStore.h"
 
 #include <algorithm>
-#include <cstring>
+#include <span>
+
+#include "raster/HashMix.h"
 
 namespace qxsvg {
-
-namespace {
-
-void Mix(std::uint64_t& Hash, std::uint64_t Value) {
-  Hash = (Hash ^ Value) * 0x9e3779b97f4a7c15u;
-  Hash ^= Hash >> 29;
-}
-
-}  // namespace
 
 void TSpanStore::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                      const std::uint8_t* Covers) {
@@ -55,6 +48,10 @@ bool TSpanStore::IsSame(const TRow& Row, std::span<const TCoverSpan> Spans) cons
   };
   const auto First = FSpans.begin() + Row.First;
   return Row.Count == Spans.size() && std::equal(Spans.begin(), Spans.end(), First, IsSameSpan);
+}
+
+std::size_t TSpanStore::Bytes() const {
+  return FRows.size() * sizeof(TRow) + FSpans.size() * sizeof(TCoverSpan) + FCovers.size();
 }
 
 void TSpanStore::Clear() {
@@ -101,23 +98,18 @@ std::uint64_t TSpanStore::Hash() const {
   std::uint64_t Hash = 0x51ed270b7a3c6d1fu;
   for (auto Row = FRows.begin(); Row != FRows.end();) {
     const TRow First = *Row;
-    Mix(Hash, static_cast<std::uint64_t>(First.Y) << 32 | First.Count);
+    MixHash(Hash, static_cast<std::uint64_t>(First.Y) << 32 | First.Count);
     std::uint32_t Count = 1;
     while (++Row != FRows.end() && Row->First == First.First && Row->Y == Row[-1].Y + 1) ++Count;
     // Rows may share their spans across a gap, too.
-    Mix(Hash, std::uint64_t{First.First} << 32 | Count);
+    MixHash(Hash, std::uint64_t{First.First} << 32 | Count);
   }
   for (const TCoverSpan& Span : FSpans) {
-    Mix(Hash, static_cast<std::uint64_t>(Span.X) << 32 | static_cast<std::uint32_t>(Span.Length));
-    Mix(Hash, Span.Cover);
+    MixHash(Hash,
+            static_cast<std::uint64_t>(Span.X) << 32 | static_cast<std::uint32_t>(Span.Length));
+    MixHash(Hash, Span.Cover);
   }
-  std::size_t I = 0;
-  for (; I + sizeof(std::uint64_t) <= FCovers.size(); I += sizeof(std::uint64_t)) {
-    std::uint64_t Word;
-    std::memcpy(&Word, FCovers.data() + I, sizeof Word);
-    Mix(Hash, Word);
-  }
-  for (; I < FCovers.size(); ++I) Mix(Hash, FCovers[I]);
+  MixHash(Hash, std::as_bytes(std::span(FCovers)));
   return Hash;
 }
 

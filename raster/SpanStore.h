@@ -16,6 +16,8 @@ class TSpanStore final : public ISpanSink {
   // Forgets all, but keeps the memory.
   void Clear();
 
+  // Of the content.
+  std::size_t Bytes() const;
   bool IsEmpty() const { return FRows.empty(); }
   // The box of all spans.
   const TRect& Box() const { return FBox; }

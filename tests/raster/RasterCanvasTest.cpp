@@ -340,6 +340,36 @@ TEST(TRasterCanvasTest, ClipsMultiplyAndNest) {
   EXPECT_LT(Cut.Pixel(20, 38), Free.Pixel(20, 38));
 }
 
+// What differs in one thing from a clip that was made before is another clip.
+TEST(TRasterCanvasTest, ClipsThatComeAgainAreTheSame) {
+  TRandom Random(3);
+  TQXPathGeometry Paths[] = {RandomPath(Random, Side, true), RandomPath(Random, Side, true)};
+  TTestSurface Again(Side, Side, 0);
+  for (std::uint32_t I = 0; I < 128; ++I) {
+    // One bit after the other changes.
+    const std::uint32_t Way = I ^ I >> 1;
+    const auto Draw = [&](TQXGPCanvas& Canvas) {
+      TQXGPRegion Region;
+      Region.MakeEmpty();
+      for (const std::uint32_t Other : {0u, 1u})
+        Region.Combine(Paths[(Way + Other) % 2].View(), static_cast<TQXGPFillMode>(Way / 2 % 2),
+                       Way / 4 % 2 ? TQXGPCombineMode::cmIntersect : TQXGPCombineMode::cmUnion);
+      const TQXCanvasStateLock State(Canvas);
+      Canvas.Clear(0);
+      Canvas.TrySmoothingMode(Way / 8 % 2 ? TQXGPSmoothingMode::smDefault
+                                          : TQXGPSmoothingMode::smHighSpeed);
+      if (Way / 16 % 2) Canvas.IntersectClip(QXRect(10.5f, 20, 90, 120));
+      if (Way / 32 % 2) Canvas.SetMatrix(CreateTranslateQXMatrix(7.25f, 3));
+      Canvas.IntersectClip(Region);
+      Canvas.FillRect(QXRect(0, 0, Side, Side), 1);
+    };
+    TTestSurface Fresh(Side, Side, 0);
+    Draw(Again.Canvas);
+    Draw(Fresh.Canvas);
+    ASSERT_EQ(Difference(Again.Bitmap, Fresh.Bitmap), "") << Way;
+  }
+}
+
 TEST(TRasterCanvasTest, WithoutAntiAliasingPixelsAreWholeOrNot) {
   TTestSurface S(40, 40);
   S.Canvas.TrySmoothingMode(TQXGPSmoothingMode::smHighSpeed);
