@@ -134,7 +134,9 @@ TAtomicFile::~TAtomicFile() {
 
 void TAtomicFile::Open() {
   std::error_code Error;
-  if (fs::is_symlink(fs::symlink_status(FTarget, Error))) {
+  // No more links in a row than systems follow.
+  constexpr int MostLinks = 40;
+  for (int I = 0; I < MostLinks && fs::is_symlink(fs::symlink_status(FTarget, Error)); ++I) {
     fs::path Pointed = fs::canonical(FTarget, Error);
     // The file that it leads to may be still to come.
     if (Error) Pointed = FTarget.parent_path() / fs::read_symlink(FTarget, Error);

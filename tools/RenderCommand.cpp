@@ -153,7 +153,7 @@ std::string RenderOne(const Job& Work, const RenderOptions& Options) {
   if (!Work.Rival.empty())
     throw ESVGException(u"Its picture would take the name of that of %s", {FromUtf8(Work.Rival)});
   std::error_code IsMissing;
-  if (fs::equivalent(Work.Input, Work.Output, IsMissing))
+  if (Work.Input != "-" && Work.Output != "-" && fs::equivalent(Work.Input, Work.Output, IsMissing))
     throw ESVGException(u"The picture would replace the drawing");
   Stopwatch Watch;
   TSVGDocument Drawing;
