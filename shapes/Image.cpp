@@ -1,6 +1,8 @@
 // The picture of an image element: where it comes from, and the element's values.
 #include "shapes/Image.h"
 
+#include <algorithm>
+
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
 #include "document/NodeWriters.h"
@@ -178,7 +180,8 @@ void TSVGImage::LoadDrawing() {
   }
   const std::unique_ptr<TStream> Stream = Services().Files.Get()->Open(FReference);
   if (!Stream) return;
-  TPictureScope::Add(static_cast<std::size_t>(Stream->Size()));
+  // Streams of hosts may have no size to tell.
+  TPictureScope::Add(static_cast<std::size_t>(std::max<std::int64_t>(Stream->Size(), 0)));
   TSVGDocument Drawing;
   Drawing.LoadFromStream(*Stream);
   const TSVGViewBox& Size = Drawing.ViewBox().ViewBoxSpecified() ? Drawing.ViewBox() : ViewBox();
