@@ -180,6 +180,29 @@ TEST(TRasterCanvasTest, KeptCoverageDrawsTheSame) {
   }
 }
 
+// Rows alike are held once, here all of a clip's rows above and below a gap: the same rows and the
+// same spans, and only the middle tells the clips apart.
+TEST(TRasterCanvasTest, ClipsOfTheSameRowsAreNotTheSame) {
+  TQXCoverageBudget Budget(1 << 20);
+  TQXCoverageCache Kept(Budget);
+  TQXPathGeometry Path;
+  Path.AddEllipse(QXRect(0, 0, Side, Side));
+  for (const float Middle : {20.0f, 20.0f, 80.0f}) {
+    TTestSurface A(Side, Side), B(Side, Side);
+    for (TTestSurface* S : {&A, &B}) {
+      TQXGPRegion Clip(&S->Canvas);
+      Clip.MakeEmpty();
+      Clip.Combine(QXRect(20, 30, 60, 50), TQXGPCombineMode::cmUnion);
+      Clip.Combine(QXRect(Middle, 60, Middle + 40, 80), TQXGPCombineMode::cmUnion);
+      Clip.Combine(QXRect(80, 90, 120, 110), TQXGPCombineMode::cmUnion);
+      S->Canvas.IntersectClip(Clip);
+      S->Canvas.Brush().SetColor(0xff4080ff);
+      S->Canvas.FillPath({Path.View(), TQXGPFillMode::fmWinding, {}, S == &A ? &Kept : nullptr}, 1);
+    }
+    ASSERT_EQ(Difference(A.Bitmap, B.Bitmap), "") << Middle;
+  }
+}
+
 // Without a cache beside them, too, and by whatever kernels.
 TEST(TRasterCanvasTest, StampsAreDrawnLikeWhatIsNotKept) {
   TQXCoverageBudget Budget(1 << 20);
