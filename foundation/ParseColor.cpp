@@ -41,9 +41,12 @@ std::uint8_t ParseComponent(StringView Text) {
   Text = Trim(Text);
   if (!EndsText(u"%", Text)) return static_cast<std::uint8_t>(StrToInt(Text));
   Text.remove_suffix(1);
-  // The remainder keeps the low bits of what no integer type holds.
-  const double Value = std::fmod(std::trunc(StrToDouble(Text) * 255 / 100), 256);
-  return static_cast<std::uint8_t>(static_cast<int>(Value));
+  // The remainder keeps the low bits of what no integer type holds. So far out they are nothing but
+  // zeros, and 255 times as much is still a number.
+  constexpr double Farthest = 1e305;
+  const double Percent = std::clamp(StrToDouble(Text), -Farthest, Farthest);
+  return static_cast<std::uint8_t>(
+      static_cast<int>(std::fmod(std::trunc(Percent * 255 / 100), 256)));
 }
 
 TQXGPColor ParseRGB(StringView Inside) {

@@ -34,7 +34,7 @@ TEST(ParseColor, Forms) {
       {u"rgb(1,2,3,4)", 0xFF010203},
       // Components wrap, they are not clamped.
       {u"rgb(256,300,-1)", 0xFF002CFF},
-      {u"rgb(200%,-1%,1e300%)", 0xFFFEFE00},
+      {u"rgb(200%,-1%,9e306%)", 0xFFFEFE00},
       {u"rgb(7)", 0xFF070000},
       {u"SteelBlue", 0xFF4682B4},
       {u"nosuchcolor", Default},
