@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <csetjmp>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 // After <cstdio>, which it needs.
 #include <jpeglib.h>
@@ -15,19 +14,61 @@ namespace {
 
 constexpr std::int32_t UsualQuality = 90;
 
+constexpr std::size_t FirstRoom = std::size_t{1} << 16;
+
+// The library has a target in memory of its own, but leaves unsaid who owns its bytes once it has
+// run out of memory.
 struct TJpegWriter {
   jpeg_error_mgr Errors{};
   std::jmp_buf Return;
+  jpeg_destination_mgr Target{};
   jpeg_compress_struct Jpeg{};
-  unsigned char* Bytes = nullptr;
-  unsigned long Size = 0;
+  TBytes Bytes = TBytes(FirstRoom);
   bool IsMade = false;
 
+  TJpegWriter();
   ~TJpegWriter() {
     if (IsMade) jpeg_destroy_compress(&Jpeg);
-    std::free(Bytes);
+  }
+
+  void PutBehind(std::size_t Used) {
+    Target.next_output_byte = Bytes.data() + Used;
+    Target.free_in_buffer = Bytes.size() - Used;
+  }
+  // False without memory.
+  bool Grow() noexcept {
+    const std::size_t Used = Bytes.size();
+    try {
+      Bytes.resize(2 * Used);
+    } catch (const std::exception&) {
+      return false;
+    }
+    PutBehind(Used);
+    return true;
   }
 };
+
+TJpegWriter& WriterOf(void* ClientData) {
+  return *static_cast<TJpegWriter*>(ClientData);
+}
+
+TJpegWriter::TJpegWriter() {
+  Jpeg.err = jpeg_std_error(&Errors);
+  Errors.error_exit = [](j_common_ptr Jpeg) {
+    std::longjmp(WriterOf(Jpeg->client_data).Return, 1);
+  };
+  Errors.emit_message = [](j_common_ptr, int) {};
+  Target.init_destination = [](j_compress_ptr Jpeg) { WriterOf(Jpeg->client_data).PutBehind(0); };
+  Target.empty_output_buffer = [](j_compress_ptr Jpeg) -> boolean {
+    TJpegWriter& Writer = WriterOf(Jpeg->client_data);
+    if (!Writer.Grow()) std::longjmp(Writer.Return, 1);
+    return TRUE;
+  };
+  Target.term_destination = [](j_compress_ptr Jpeg) {
+    TJpegWriter& Writer = WriterOf(Jpeg->client_data);
+    Writer.Bytes.resize(Writer.Bytes.size() - Writer.Target.free_in_buffer);
+  };
+}
 
 // The format has no transparency; paper is white.
 void RowOverWhite(const std::uint32_t* Row, std::vector<unsigned char>& RGB) {
@@ -45,7 +86,7 @@ bool Write(TJpegWriter& Writer, const TQXConstPixels& Pixels, std::int32_t Quali
   Writer.Jpeg.client_data = &Writer;
   jpeg_create_compress(&Writer.Jpeg);
   Writer.IsMade = true;
-  jpeg_mem_dest(&Writer.Jpeg, &Writer.Bytes, &Writer.Size);
+  Writer.Jpeg.dest = &Writer.Target;
   Writer.Jpeg.image_width = static_cast<JDIMENSION>(Pixels.Width);
   Writer.Jpeg.image_height = static_cast<JDIMENSION>(Pixels.Height);
   Writer.Jpeg.input_components = 3;
@@ -66,14 +107,9 @@ bool Write(TJpegWriter& Writer, const TQXConstPixels& Pixels, std::int32_t Quali
 
 void EncodeJpeg(TQXConstPixels Pixels, std::int32_t Quality, TStream& Target) {
   TJpegWriter Writer;
-  Writer.Jpeg.err = jpeg_std_error(&Writer.Errors);
-  Writer.Errors.error_exit = [](j_common_ptr Jpeg) {
-    std::longjmp(static_cast<TJpegWriter*>(Jpeg->client_data)->Return, 1);
-  };
-  Writer.Errors.emit_message = [](j_common_ptr, int) {};
   std::vector<unsigned char> RGB(static_cast<std::size_t>(Pixels.Width) * 3);
   if (!Write(Writer, Pixels, Quality, RGB)) RaiseUnwritable(u"JPEG");
-  Target.WriteBuffer(Writer.Bytes, Writer.Size);
+  Target.WriteBytes(Writer.Bytes);
 }
 
 }  // namespace qxsvg::images
