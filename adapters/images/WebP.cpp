@@ -87,7 +87,8 @@ bool DecodeStill(TBytesView Bytes, const WebPBitstreamFeatures& Features, TQXGPB
 }
 
 struct TWebPWriter {
-  WebPPicture Picture;
+  // Without anything to give back, should the library not be of the headers' version.
+  WebPPicture Picture{};
   WebPMemoryWriter Memory;
 
   TWebPWriter() { WebPMemoryWriterInit(&Memory); }
