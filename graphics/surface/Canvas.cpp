@@ -1,5 +1,7 @@
 #include "graphics/surface/Canvas.h"
 
+#include <utility>
+
 #include "graphics/surface/TextLine.h"
 #include "runtime/Exceptions.h"
 
@@ -134,12 +136,16 @@ void TQXGPCanvas::IntersectClip(const TQXGPRegion& Region) {
 }
 
 void TQXGPCanvas::IntersectClip(const TQXPathView& Path, TQXGPFillMode FillMode) {
-  // Its memory serves the next clip, but that of a path beyond all others is not kept.
+  // Its memory serves the next clip, but that of a path beyond all others is not kept. It is taken
+  // from its place meanwhile: a surface that hands its clips on to another canvas comes back here
+  // with a step of this region.
   constexpr std::size_t MostKept = 1 << 16;
-  thread_local TQXGPRegion Region;
-  Region.Combine(Path, FillMode, TQXGPCombineMode::cmReplace);
-  IntersectClip(Region);
-  if (Path.Count() > MostKept) Region = TQXGPRegion();
+  thread_local std::unique_ptr<TQXGPRegion> Kept;
+  std::unique_ptr<TQXGPRegion> Region = std::exchange(Kept, nullptr);
+  if (!Region) Region = std::make_unique<TQXGPRegion>();
+  Region->Combine(Path, FillMode, TQXGPCombineMode::cmReplace);
+  IntersectClip(*Region);
+  if (Path.Count() <= MostKept) Kept = std::move(Region);
 }
 
 void TQXGPCanvas::Clear(TQXGPColor Color) {

@@ -99,6 +99,30 @@ TEST(Canvas, ClipsStayRectanglesWhereTheyCan) {
   EXPECT_EQ(Canvas.TakeText(), "clip 1,2,3,4\nclip 0,0,0,0\nclip 0,0,0,0\n");
 }
 
+// Clips another canvas before it looks at its own clip.
+class TTwinCanvas : public TRecordingCanvas {
+ protected:
+  void DoIntersectClip(const TQXGPRegion& Region, const TMatrix& Matrix) override {
+    TQXPathGeometry Wide;
+    Wide.AddEllipse(QXRect(0, 0, 50, 50));
+    FOther.IntersectClip(Wide.View(), TQXGPFillMode::fmWinding);
+    TRecordingCanvas::DoIntersectClip(Region, Matrix);
+  }
+
+ private:
+  TRecordingCanvas FOther;
+};
+
+TEST(Canvas, ClipsOfTwoCanvasesAreApart) {
+  TTwinCanvas Canvas;
+  Canvas.RecordsStates = true;
+  const TPointF Corners[] = {{1, 0}, {9, 0}, {1, 7}};
+  TQXPathGeometry Path;
+  Path.AddPolygon(Corners);
+  Canvas.IntersectClip(Path.View(), TQXGPFillMode::fmWinding);
+  EXPECT_TRUE(Canvas.TakeText().starts_with("clip region | M 1,0 L 9,0 L 1,7 Z"));
+}
+
 TEST(Canvas, RefusesMatricesThatAreNotFinite) {
   TRecordingCanvas Canvas;
   std::vector<TQXDiagnostic> Told;
