@@ -1,13 +1,12 @@
 // The style sheet of a document: reading its rules, and the cascade.
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/Style.h"
-#include "document/TreeWalk.h"
 #include "document/XML.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
 #include "foundation/Parsers.h"
 #include "runtime/Exceptions.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/Reference.h"
 
 namespace qxsvg {
@@ -80,9 +79,8 @@ void TSVGDocument::ApplyStyles() {
     FAllItems.ForEach([&](const auto& Entry) { Elements += MatchingCost(*Entry.FValue); });
   if (Elements > 0 && Tokens > Limits::StyleMatches / Elements)
     throw ESVGException(SStyleMatchLimit);
-  const TTreeWalk Walk(*this);
+  const TElementLock Lock(*this);
   const TSearchScope Searches;
-  const TUpdateLock Lock(*this);
   // The element `svg` is styled by its own sheet first, and then, like every element, by that of
   // the document around it; a root is so styled from its own attributes twice.
   ApplyCascade(this);

@@ -1,6 +1,7 @@
 // The document's birth and death, its settings, and what it answers about languages and features.
 #include "document/Document.h"
 
+#include "document/ElementLock.h"
 #include "document/Style.h"
 #include "document/TreeWalk.h"
 #include "foundation/Lookups.h"
@@ -9,7 +10,6 @@
 #include "graphics/SVGFont.h"
 #include "runtime/Languages.h"
 #include "runtime/Numbers.h"
-#include "runtime/UpdateLock.h"
 
 namespace qxsvg {
 
@@ -67,7 +67,7 @@ void TSVGDocument::CopyRenderingDefaults() {
 }
 
 void TSVGDocument::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomViewBox::Clear();
   FAllItems.ForEach([this](const auto& Entry) { FStrays.push_back(Entry.FValue); });
   FAllItems.Clear();

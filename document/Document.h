@@ -157,7 +157,8 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   TSVGUnitFactors GetUnitFactors() override;
 
   // --- Events of the host. A handler may change the tree; what it removes while its document is
-  // loaded, saved, drawn or asked stays in memory until that is over.
+  // loaded, saved, drawn or asked stays in memory until that is over. An event must not be given
+  // another handler, or none, by the handler that it runs.
   TSVGParserNodeEvent OnParsingNode;
   TSVGElementEvent OnParsedNode;
   TNotifyEvent OnChange, OnLoading, OnLoaded;

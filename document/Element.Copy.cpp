@@ -1,13 +1,14 @@
 // Emptying and copying elements.
 #include "document/Element.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "runtime/Exceptions.h"
 #include "runtime/UpdateLock.h"
 
 namespace qxsvg {
 
 void TSVGElement::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   SetTitle({});
   FEnabled = true;
   if (FTexts) {
@@ -43,7 +44,8 @@ void TSVGElement::Assign(const TPersistent* Source) {
   if (Other == this) return;
   // What is within this element would end with the present children.
   if (HasDescendant(Other)) return Assign(Other->Clone(nullptr).get());
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
+  const TTreeWalk WalkOfOther(*Other);
   Clear();
   AssignProperties(Other);
   for (std::int32_t I = 0; I < Other->FItems.Count(); ++I)
@@ -54,6 +56,7 @@ std::unique_ptr<TSVGElement> TSVGElement::Clone(TSVGDocument* Document) const {
   const auto Create = ClassType().Create;
   if (!Create) throw EInvalidOperation(u"There are no instances of %s", {ClassName()});
   std::unique_ptr<TSVGElement> Result = Create(Document);
+  const TTreeWalk Walk(*this);
   const TUpdateLock Lock(*Result);
   Result->AssignProperties(this);
   for (std::int32_t I = 0; I < FItems.Count(); ++I) Result->FItems.Add(FItems[I]->Clone(Document));

@@ -5,9 +5,8 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
-#include "document/TreeWalk.h"
-#include "runtime/UpdateLock.h"
 
 namespace qxsvg {
 
@@ -48,8 +47,7 @@ class TCommonAttributes {
 // --- Reading
 
 void TSVGElement::LoadFromXML(IXMLNode& Node) {
-  const TTreeWalk Walk(*this);
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   try {
     DoOnParsingNode(this, Node);
     DoLoadFromXML(Node);

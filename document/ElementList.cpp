@@ -54,27 +54,30 @@ void TSVGElementList::Remove(TSVGElement* Item) {
   const TTreeWalk Walk(FOwner);
   std::unique_ptr<TSVGElement> Held = TakeOut(Item);
   if (!Held) return;
+  // What came from another document may be drawn there at this moment.
+  const TTreeWalk WalkOfItem(*Item);
   try {
     Notify(Item, TCollectionNotification::cnRemoved);
   } catch (...) {
     // The handler of the host stands before the end of the item, which comes all the same.
     Item->Depart(false);
-    Walk.Bury(std::move(Held));
+    Walk.Bury(std::move(Held), WalkOfItem);
     throw;
   }
-  Walk.Bury(std::move(Held));
+  Walk.Bury(std::move(Held), WalkOfItem);
 }
 
 std::unique_ptr<TSVGElement> TSVGElementList::Extract(TSVGElement* Item) {
   const TTreeWalk Walk(FOwner);
   std::unique_ptr<TSVGElement> Result = TakeOut(Item);
   if (!Result) return Result;
+  const TTreeWalk WalkOfItem(*Item);
   try {
     Notify(Item, TCollectionNotification::cnExtracted);
   } catch (...) {
     // The caller, who hears of the exception, does not get the item.
     Item->Depart(false);
-    Walk.Bury(std::move(Result));
+    Walk.Bury(std::move(Result), WalkOfItem);
     throw;
   }
   return Result;

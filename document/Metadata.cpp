@@ -1,6 +1,7 @@
 #include "document/Metadata.h"
 
 #include "document/KeptXML.h"
+#include "document/TreeWalk.h"
 #include "document/XML.h"
 
 namespace qxsvg {
@@ -42,6 +43,7 @@ void TSVGMetadata::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGMetadata::Clear() {
+  const TTreeWalk Walk(*this);
   TSVGElement::Clear();
   FXML.clear();
 }

@@ -1,6 +1,7 @@
 #include "document/Placeholder.h"
 
 #include "document/KeptXML.h"
+#include "document/TreeWalk.h"
 #include "document/XML.h"
 #include "foundation/Lookups.h"
 
@@ -55,6 +56,7 @@ void TSVGPlaceholder::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGPlaceholder::Clear() {
+  const TTreeWalk Walk(*this);
   TSVGElement::Clear();
   FXML.clear();
   FName.clear();

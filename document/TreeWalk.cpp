@@ -10,16 +10,19 @@ namespace qxsvg {
 namespace {
 
 // Null for what belongs to no document.
-TSVGDocument* RootOf(TSVGElement& Element) {
-  TSVGDocument* Root = Element.AsDocument();
-  if (!Root) Root = Element.Document();
+TSVGDocument* RootOf(const TSVGElement& Element) {
+  TSVGDocument* Root = nullptr;
+  for (const TSVGElement* E = &Element; E && !Root; E = E->Parent()) {
+    Root = const_cast<TSVGElement*>(E)->AsDocument();
+    if (!Root) Root = E->Document();
+  }
   while (Root && Root->Document()) Root = Root->Document();
   return Root;
 }
 
 }  // namespace
 
-TTreeWalk::TTreeWalk(TSVGElement& Element) : FRoot(RootOf(Element)) {
+TTreeWalk::TTreeWalk(const TSVGElement& Element) : FRoot(RootOf(Element)) {
   if (FRoot) ++FRoot->FWalks;
 }
 
@@ -32,6 +35,14 @@ TTreeWalk::~TTreeWalk() {
 
 void TTreeWalk::Bury(std::unique_ptr<TSVGElement> Departed) const {
   if (FRoot) FRoot->FDeparted.push_back(std::move(Departed));
+}
+
+void TTreeWalk::Bury(std::unique_ptr<TSVGElement> Departed, const TTreeWalk& Other) const {
+  (Other.IsInner() ? Other : *this).Bury(std::move(Departed));
+}
+
+bool TTreeWalk::IsInner() const {
+  return FRoot && FRoot->FWalks > 1;
 }
 
 void TTreeWalk::Bury(std::unique_ptr<TSVGStyle> Departed) const {

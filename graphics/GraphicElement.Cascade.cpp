@@ -7,12 +7,11 @@
 #include <utility>
 
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/Selectors.h"
-#include "document/TreeWalk.h"
 #include "foundation/Lookups.h"
 #include "graphics/GraphicElementParts.h"
 #include "runtime/PriorityList.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/Reference.h"
 
 namespace qxsvg {
@@ -200,9 +199,8 @@ void TSVGGraphicElement::ApplyCascade(TSVGDocument* Sheet) {
 }
 
 void TSVGGraphicElement::ApplyStyles() {
-  const TTreeWalk Walk(*this);
+  const TElementLock Lock(*this);
   const TSearchScope Searches;
-  const TUpdateLock Lock(*this);
   ApplyCascade(Document());
   TSVGElement::ApplyStyles();
 }

@@ -1,5 +1,6 @@
 // Emptying a graphic element and copying its values.
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "foundation/Lookups.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/surface/Path.h"
@@ -39,7 +40,7 @@ void TSVGGraphicElement::ClearPlainProperties() {
 }
 
 void TSVGGraphicElement::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGElement::Clear();
   FStyle.Clear();
   if (FClipRegion) FClipRegion->MakeEmpty();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/TreeWalk.h"
 #include "foundation/Writers.h"
 #include "graphics/GraphicElementParts.h"
@@ -13,7 +14,6 @@
 #include "graphics/Repeats.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/PathData.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/CustomViewBox.h"
 
 namespace qxsvg {
@@ -393,7 +393,7 @@ TQXGPRegion* TSVGGraphicElement::GetClipPath(TQXGPCanvas& Canvas) {
 // --- Baking
 
 void TSVGGraphicElement::BakeTransformation(const TMatrix& Matrix) {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   InternalBakeTransformation(Matrix);
 }
 

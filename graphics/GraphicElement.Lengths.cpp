@@ -2,11 +2,11 @@
 #include <algorithm>
 
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "foundation/ParseTransform.h"
 #include "foundation/Writers.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/Repeats.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/CustomViewBox.h"
 
 namespace qxsvg {
@@ -250,7 +250,7 @@ TRectF TSVGGraphicElement::GetBoundsRect(const TMatrix& Matrix) {
 }
 
 void TSVGGraphicElement::SetBoundsRect(const TRectF& Value) {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   SetX(Value.Left);
   SetY(Value.Top);
   SetWidth(Value.Width());

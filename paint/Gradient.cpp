@@ -2,6 +2,7 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
@@ -82,7 +83,7 @@ void TSVGCustomGradient::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGCustomGradient::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGGraphicElement::Clear();
   SetReference({});
   FSpread = TSVGGradientSpread::gsPad;

@@ -2,8 +2,8 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/TreeWalk.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/NodeLengths.h"
 
 namespace qxsvg {
@@ -61,7 +61,7 @@ void TSVGGradientStop::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGGradientStop::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGGraphicElement::Clear();
   FStopBrush.Clear();
   FColorChanged = true;

@@ -1,7 +1,7 @@
 #include "paint/Gradients.h"
 
 #include "document/AttributeParsers.h"
-#include "runtime/UpdateLock.h"
+#include "document/ElementLock.h"
 #include "shapes/NodeLengths.h"
 
 namespace qxsvg {
@@ -72,7 +72,7 @@ void TSVGLinearGradient::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGLinearGradient::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomGradient::Clear();
   for (TSVGLength* Length : {&FX1, &FY1, &FX2, &FY2}) Length->Clear();
   FX2.SetRaw(1);
@@ -148,7 +148,7 @@ void TSVGRadialGradient::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGRadialGradient::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomGradient::Clear();
   CenterAtMiddle();
   HeightU().Initialize(0.5f, true, TSVGUnit::suNone);

@@ -2,6 +2,7 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
@@ -9,7 +10,6 @@
 #include "graphics/surface/Bitmap.h"
 #include "graphics/surface/Canvas.h"
 #include "runtime/Exceptions.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/Containers.h"
 #include "shapes/NodeLengths.h"
 #include "shapes/Reference.h"
@@ -77,7 +77,7 @@ void TSVGPattern::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGPattern::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomViewBox::Clear();
   SetReference({});
   FContentUnits = TSVGCoordinateSystemUnit::csuUserSpaceOnUse;

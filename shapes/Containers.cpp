@@ -1,8 +1,8 @@
 #include "shapes/Containers.h"
 
 #include "document/AttributeParsers.h"
+#include "document/ElementLock.h"
 #include "foundation/Cursors.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/NodeLengths.h"
 
 namespace qxsvg {
@@ -71,7 +71,7 @@ void TSVGALinkElement::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGALinkElement::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomGroup::Clear();
   FReference.clear();
   SetCursor(HandPointCursor);

@@ -3,9 +3,9 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "runtime/Filer.h"
-#include "runtime/UpdateLock.h"
 
 namespace qxsvg {
 
@@ -48,7 +48,7 @@ void TSVGCustomViewBox::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGCustomViewBox::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomGroup::Clear();
   FViewBox.Clear();
   FAspectRatio.Clear();

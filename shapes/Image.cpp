@@ -5,6 +5,7 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
@@ -14,7 +15,6 @@
 #include "runtime/Exceptions.h"
 #include "runtime/FileResolver.h"
 #include "runtime/Services.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/NodeLengths.h"
 
 namespace qxsvg {
@@ -109,7 +109,7 @@ void TSVGImage::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGImage::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomViewBox::Clear();
   FReference.clear();
   FBitmap.reset();

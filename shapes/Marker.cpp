@@ -3,10 +3,10 @@
 #include <numbers>
 
 #include "document/AttributeParsers.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "foundation/Writers.h"
 #include "graphics/surface/Canvas.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/Containers.h"
 #include "shapes/NodeLengths.h"
 #include "shapes/Reference.h"
@@ -103,7 +103,7 @@ void TSVGMarker::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGMarker::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomViewBox::Clear();
   FRefX.Clear();
   FRefY.Clear();

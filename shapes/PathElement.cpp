@@ -1,10 +1,10 @@
 #include "shapes/PathElement.h"
 
 #include "document/AttributeParsers.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "graphics/surface/Canvas.h"
 #include "runtime/Numbers.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/MarkerWalk.h"
 
 namespace qxsvg {
@@ -55,7 +55,7 @@ void TSVGPath::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGPath::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TBase::Clear();
   FPathLength = NoPathLength;
   FData.Clear();

@@ -1,13 +1,13 @@
 #include "shapes/Polyline.h"
 
 #include "document/AttributeParsers.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "foundation/Writers.h"
 #include "graphics/SVGBrush.h"
 #include "graphics/SVGPen.h"
 #include "graphics/surface/Canvas.h"
 #include "graphics/surface/PathData.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/MarkerWalk.h"
 
 namespace qxsvg {
@@ -75,13 +75,13 @@ void TSVGPolyline::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGPolyline::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TakePoints({});
   TBase::Clear();
 }
 
 void TSVGPolygon::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGPolyline::Clear();
   Shape().Clear();
 }

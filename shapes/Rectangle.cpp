@@ -1,10 +1,10 @@
 #include "shapes/Rectangle.h"
 
 #include "document/AttributeParsers.h"
+#include "document/ElementLock.h"
 #include "graphics/SVGBrush.h"
 #include "graphics/SVGPen.h"
 #include "graphics/surface/Canvas.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/NodeLengths.h"
 
 namespace qxsvg {
@@ -68,7 +68,7 @@ void TSVGRectangle::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGRectangle::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   ClearRadii();
   TBase::Clear();
 }

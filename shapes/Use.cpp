@@ -5,6 +5,7 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "shapes/Circle.h"
 #include "shapes/Containers.h"
 #include "shapes/Line.h"
@@ -87,6 +88,7 @@ void TSVGUse::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGUse::Clear() {
+  const TTreeWalk Walk(*this);
   SetReference({});
   TSVGGraphicElement::Clear();
 }

@@ -1,10 +1,10 @@
 #include "text/CustomText.h"
 
 #include "document/AttributeParsers.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "foundation/Lookups.h"
 #include "foundation/Writers.h"
-#include "runtime/UpdateLock.h"
 #include "text/TextElements.h"
 
 namespace qxsvg {
@@ -124,7 +124,7 @@ void TSVGCustomText::CloneInto(const TSVGLengths& Source, TSVGLengths& Target, b
 }
 
 void TSVGCustomText::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   FText.clear();
   FLists.reset();
   TSVGGraphicElement::Clear();

@@ -2,10 +2,10 @@
 
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
+#include "document/ElementLock.h"
 #include "document/NodeWriters.h"
 #include "foundation/Lookups.h"
 #include "foundation/Writers.h"
-#include "runtime/UpdateLock.h"
 #include "shapes/NodeLengths.h"
 #include "shapes/Reference.h"
 
@@ -123,6 +123,7 @@ void TSVGTextRef::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGTextRef::Clear() {
+  const TTreeWalk Walk(*this);
   TSVGCustomTextContentChild::Clear();
   FReference.clear();
 }
@@ -187,7 +188,7 @@ void TSVGTextPath::AssignProperties(const TSVGElement* Source) {
 }
 
 void TSVGTextPath::Clear() {
-  const TUpdateLock Lock(*this);
+  const TElementLock Lock(*this);
   TSVGCustomTextContentChild::Clear();
   FReference.clear();
   FStartOffset.Clear();

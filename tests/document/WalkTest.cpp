@@ -273,6 +273,34 @@ TEST(Walks, ElementsOutliveTheirDocument) {
   }
 }
 
+// Emptying and copying tell the host on the way, who may take the element out of its tree.
+TEST(Walks, WhatEndsWhileItIsEmptiedOrCopiedStaysInMemory) {
+  constexpr void (*Steps[])(TSVGElement&) = {
+      [](TSVGElement& E) { E.Clear(); },
+      [](TSVGElement& E) { E.Assign(TSVGDocument().Clone(nullptr).get()); },
+      [](TSVGElement& E) { E.Clone(E.Document()); }};
+  for (const auto Step : Steps) {
+    TLoaded Doc(Drawing);
+    TSVGElement* A = Doc.FindElement(u"a");
+    Doc.OnChange = [&](TPersistent*) { RemoveFromTree(std::exchange(A, nullptr)); };
+    Step(*A);
+    EXPECT_FALSE(A);
+  }
+}
+
+TEST(Walks, WhatIsDrawnMayGoToAnotherDocumentAndEndThere) {
+  TLoaded Doc(Drawing);
+  TSVGDocument Other;
+  Doc.OnDrawing = [&](TPersistent* Sender, const TMatrix&, TQXGPCanvas&, const TRectF&, bool&) {
+    TSVGElement* const A = Doc.FindElement(u"a");
+    if (!A || Sender != Doc.FindElement(u"a3")) return;
+    Other.Items().Add(Doc.Items().Extract(A));
+    Other.Clear();
+  };
+  DrawOnce(Doc);
+  EXPECT_EQ(Doc.FindElement(u"a3"), nullptr);
+}
+
 TEST(Walks, ListsOfPaintServersForgetWhatWasCleared) {
   TSVGDocument Doc;
   const auto Loose = std::make_unique<TSVGMarker>(&Doc);
