@@ -1,10 +1,7 @@
 // What the document is told by its tables and its tree, and what it tells the host.
-#include <algorithm>
-
 #include "document/Document.h"
 #include "document/Style.h"
 #include "document/TreeWalk.h"
-#include "runtime/UpdateLock.h"
 
 namespace qxsvg {
 
@@ -36,17 +33,17 @@ TSVGElement* TSVGDocument::FindElement(StringView ID) const {
 }
 
 bool TSVGDocument::IsStray(const TSVGElement* Element) const {
-  return std::find(FStrays.begin(), FStrays.end(), Element) != FStrays.end();
+  return FStrays.contains(const_cast<TSVGElement*>(Element));
 }
 
 void TSVGDocument::Unregister(TSVGElement& Element) {
-  std::erase(FStrays, &Element);
+  FStrays.erase(&Element);
   TSVGElement* const* const Found = FAllItems.Find(Element.ID());
   if (!Found) return;
   // After the table was cleared the name may have gone to another, who then stands without it.
   TSVGElement* const Holder = *Found;
   FAllItems.Remove(Element.ID());
-  if (Holder != &Element) FStrays.push_back(Holder);
+  if (Holder != &Element) FStrays.insert(Holder);
 }
 
 void TSVGDocument::AllItemsNotify(TPersistent*, TSVGElement* const&, TCollectionNotification) {

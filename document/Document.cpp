@@ -69,7 +69,7 @@ void TSVGDocument::CopyRenderingDefaults() {
 void TSVGDocument::Clear() {
   const TElementLock Lock(*this);
   TSVGCustomViewBox::Clear();
-  FAllItems.ForEach([this](const auto& Entry) { FStrays.push_back(Entry.FValue); });
+  FAllItems.ForEach([this](const auto& Entry) { FStrays.insert(Entry.FValue); });
   FAllItems.Clear();
   // The table's own lock keeps it silent about this.
   FAllItemsModified = true;

@@ -1,6 +1,8 @@
 // The root of a tree, and the context of everything in it.
 #pragma once
 
+#include <unordered_set>
+
 #include "document/DocumentEvents.h"
 #include "document/StringHashTable.h"
 #include "foundation/Keywords.h"
@@ -73,7 +75,7 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   // The element of that identifier (exact), or null.
   TSVGElement* FindElement(StringView ID) const;
   // Whether Element lives and belongs to the document, but has no place in the table any more: it
-  // was in no tree when that was cleared.
+  // was in no tree when that was cleared, or lost its key to one that was not.
   bool IsStray(const TSVGElement* Element) const;
   // The rules by selector text; this table's document owns the styles.
   TSVGStyleTable& Styles() { return FStyles; }
@@ -220,7 +222,7 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   void CopyRenderingDefaults();
   template <class Rendering>
   void SetDefault(Rendering& Held, Rendering Value);
-  // Takes the key of an element that ends out of the table.
+  // Takes the key of an element that ends, or has got another, out of the table.
   void Unregister(TSVGElement& Element);
   void DestroyStyles();
   const std::vector<TSVGElement*>& CurrentList(const std::vector<TSVGElement*>& List);
@@ -239,8 +241,8 @@ class QXSVG_API TSVGDocument : public TSVGCustomViewBox {
   String FFormatStr;
   std::vector<TSVGElement*> FGradients, FMarkers, FPatterns;
   // Living elements of this document that are not in its table: they were in no tree when the table
-  // was cleared.
-  std::vector<TSVGElement*> FStrays;
+  // was cleared, or lost their key to one of these.
+  std::unordered_set<TSVGElement*> FStrays;
   // See TTreeWalk.
   std::vector<std::unique_ptr<TSVGElement>> FDeparted;
   std::vector<std::unique_ptr<TSVGStyle>> FDepartedStyles;

@@ -190,8 +190,7 @@ void TSVGElement::SetID(StringView Value) {
     } else {
       Table.Add(Name, this);
     }
-    // There is an entry by now, so that a name which is missing does nothing.
-    Table.Remove(FID);
+    FOwner->Unregister(*this);
   }
   FID = std::move(Name);
   // While the table is silent it tells nobody.

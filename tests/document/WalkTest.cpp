@@ -256,7 +256,7 @@ TEST(Walks, RemovalEndsThoughAHandlerAddsAgain) {
 
 // An element that is held by hand outlives its document, whatever the document did meanwhile.
 TEST(Walks, ElementsOutliveTheirDocument) {
-  std::unique_ptr<TSVGElement> Extracted, Copy, Early;
+  std::unique_ptr<TSVGElement> Extracted, Copy, Early, Robbed;
   {
     TLoaded Doc(Drawing);
     Early = Doc.Items().Extract(Doc.FindElement(u"b"));
@@ -265,8 +265,15 @@ TEST(Walks, ElementsOutliveTheirDocument) {
     Doc.LoadFromText(Drawing);
     Extracted = Doc.Items().Extract(Doc.FindElement(u"a"));
     Copy = Extracted->Clone(&Doc);
+    // The one that came before takes the key of its namesake along.
+    Robbed = Doc.Items().Extract(Doc.FindElement(u"b"));
+    Early->SetID(u"other");
+    EXPECT_EQ(Doc.FindElement(u"b"), nullptr);
+    EXPECT_EQ(Doc.FindElement(u"other"), Early.get());
+    EXPECT_TRUE(Doc.IsStray(Robbed.get()) && !Doc.IsStray(Early.get()));
   }
-  for (const auto& E : {std::cref(Extracted), std::cref(Copy), std::cref(Early)}) {
+  for (const auto& E :
+       {std::cref(Extracted), std::cref(Copy), std::cref(Early), std::cref(Robbed)}) {
     EXPECT_EQ(E.get()->Document(), nullptr);
     for (const TSVGElement* Child : E.get()->Items()) EXPECT_EQ(Child->Document(), nullptr);
     E.get()->SetTitle(u"alive");
