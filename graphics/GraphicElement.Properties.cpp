@@ -1,8 +1,6 @@
 // Readers and writers of the plain properties: a row a property, and one rule for all of them.
-#include <algorithm>
-#include <type_traits>
-
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/GraphicElementScope.h"
 
@@ -69,29 +67,22 @@ auto TSVGGraphicElement::Effective(const Row& Property) const {
   return this->*Property.Field;
 }
 
-// A write that changes neither the field nor the value in force does nothing; every other one ends
-// the inheritance. Gives whether something was written.
+// A write that changes neither the field nor the value in force does nothing. Every other one is
+// told of, and ends the inheritance unless it keeps the mark.
 template <class Row, class Value>
-bool TSVGGraphicElement::Store(const Row& Property, const Value& NewValue) {
-  if (this->*Property.Field == NewValue &&
-      (!IsMarked(Property.Property) || (this->*Property.Get)() == NewValue))
-    return false;
-  this->*Property.Field = NewValue;
-  FInherits.Set(Property.Property, false);
-  return true;
-}
-
-template <class Row, class Value>
-void TSVGGraphicElement::StoreAndTell(const Row& Property, const Value& NewValue) {
-  if (Store(Property, NewValue)) Change(this);
-}
-
-template <class Row, class Value>
-void TSVGGraphicElement::StoreKeepingMark(const Row& Property, const Value& NewValue) {
+void TSVGGraphicElement::Store(const Row& Property, const Value& NewValue, TStoring How) {
   if (this->*Property.Field == NewValue &&
       (!IsMarked(Property.Property) || (this->*Property.Get)() == NewValue))
     return;
   this->*Property.Field = NewValue;
+  EndStoring(Property.Property, How);
+}
+
+void TSVGGraphicElement::EndStoring(TSVGStyleProperty Property, TStoring How) {
+  // The mark tells of its change by itself, and a handler may then remove the element.
+  const TTreeWalk Walk(*this);
+  if (How != TStoring::KeepsMark) FInherits.Set(Property, false);
+  if (How == TStoring::Clips) FClippingChanged = true;
   Change(this);
 }
 
@@ -101,105 +92,105 @@ TSVGAlignmentBaseline TSVGGraphicElement::GetAlignmentBaseline() const {
   return Effective(Rows::AlignmentBaseline);
 }
 void TSVGGraphicElement::SetAlignmentBaseline(TSVGAlignmentBaseline Value) {
-  StoreAndTell(Rows::AlignmentBaseline, Value);
+  Store(Rows::AlignmentBaseline, Value);
 }
 
 TQXGPColor TSVGGraphicElement::GetColor() const {
   return Effective(Rows::Color);
 }
 void TSVGGraphicElement::SetColor(TQXGPColor Value) {
-  StoreAndTell(Rows::Color, Value);
+  Store(Rows::Color, Value);
 }
 
 TSVGColorInterpolation TSVGGraphicElement::GetColorInterpolation() const {
   return Effective(Rows::ColorInterpolation);
 }
 void TSVGGraphicElement::SetColorInterpolation(TSVGColorInterpolation Value) {
-  StoreAndTell(Rows::ColorInterpolation, Value);
+  Store(Rows::ColorInterpolation, Value);
 }
 
 TSVGColorRendering TSVGGraphicElement::GetColorRendering() const {
   return Effective(Rows::ColorRendering);
 }
 void TSVGGraphicElement::SetColorRendering(TSVGColorRendering Value) {
-  StoreAndTell(Rows::ColorRendering, Value);
+  Store(Rows::ColorRendering, Value);
 }
 
 TCursor TSVGGraphicElement::GetCursor() const {
   return Effective(Rows::Cursor);
 }
 void TSVGGraphicElement::SetCursor(TCursor Value) {
-  StoreAndTell(Rows::Cursor, Value);
+  Store(Rows::Cursor, Value);
 }
 
 TSVGDirection TSVGGraphicElement::GetDirection() const {
   return Effective(Rows::Direction);
 }
 void TSVGGraphicElement::SetDirection(TSVGDirection Value) {
-  StoreAndTell(Rows::Direction, Value);
+  Store(Rows::Direction, Value);
 }
 
 TSVGDominantBaseline TSVGGraphicElement::GetDominantBaseline() const {
   return Effective(Rows::DominantBaseline);
 }
 void TSVGGraphicElement::SetDominantBaseline(TSVGDominantBaseline Value) {
-  StoreAndTell(Rows::DominantBaseline, Value);
+  Store(Rows::DominantBaseline, Value);
 }
 
 bool TSVGGraphicElement::IsEnableBackground() const {
   return Effective(Rows::EnableBackground);
 }
 void TSVGGraphicElement::SetEnableBackground(bool Value) {
-  StoreAndTell(Rows::EnableBackground, Value);
+  Store(Rows::EnableBackground, Value);
 }
 
 TSVGGlyphOrientationHorizontal TSVGGraphicElement::GetGlyphOrientationHorizontal() const {
   return Effective(Rows::GlyphOrientationHorizontal);
 }
 void TSVGGraphicElement::SetGlyphOrientationHorizontal(TSVGGlyphOrientationHorizontal Value) {
-  StoreAndTell(Rows::GlyphOrientationHorizontal, Value);
+  Store(Rows::GlyphOrientationHorizontal, Value);
 }
 
 TSVGGlyphOrientationVertical TSVGGraphicElement::GetGlyphOrientationVertical() const {
   return Effective(Rows::GlyphOrientationVertical);
 }
 void TSVGGraphicElement::SetGlyphOrientationVertical(TSVGGlyphOrientationVertical Value) {
-  StoreAndTell(Rows::GlyphOrientationVertical, Value);
+  Store(Rows::GlyphOrientationVertical, Value);
 }
 
 TSVGPointerEvents TSVGGraphicElement::GetPointerEvents() const {
   return Effective(Rows::PointerEvents);
 }
 void TSVGGraphicElement::SetPointerEvents(TSVGPointerEvents Value) {
-  StoreAndTell(Rows::PointerEvents, Value);
+  Store(Rows::PointerEvents, Value);
 }
 
 TSVGShapeRendering TSVGGraphicElement::GetShapeRendering() const {
   return Effective(Rows::ShapeRendering);
 }
 void TSVGGraphicElement::SetShapeRendering(TSVGShapeRendering Value) {
-  StoreAndTell(Rows::ShapeRendering, Value);
+  Store(Rows::ShapeRendering, Value);
 }
 
 TSVGTextAlign TSVGGraphicElement::GetTextAlign() const {
   return Effective(Rows::TextAlign);
 }
 void TSVGGraphicElement::SetTextAlign(TSVGTextAlign Value) {
-  StoreAndTell(Rows::TextAlign, Value);
+  Store(Rows::TextAlign, Value);
 }
 
 TSVGTextRendering TSVGGraphicElement::GetTextRendering() const {
   return Effective(Rows::TextRendering);
 }
 void TSVGGraphicElement::SetTextRendering(TSVGTextRendering Value) {
-  StoreAndTell(Rows::TextRendering, Value);
+  Store(Rows::TextRendering, Value);
 }
 
 TSVGWritingMode TSVGGraphicElement::GetWritingMode() const {
   return Effective(Rows::WritingMode);
 }
 void TSVGGraphicElement::SetWritingMode(TSVGWritingMode Value) {
-  StoreAndTell(Rows::WritingMode, Value);
+  Store(Rows::WritingMode, Value);
 }
 
 // --- Departures from it
@@ -208,25 +199,21 @@ TSVGFillRule TSVGGraphicElement::GetClipRule() const {
   return Effective(Rows::ClipRule);
 }
 void TSVGGraphicElement::SetClipRule(TSVGFillRule Value) {
-  if (!Store(Rows::ClipRule, Value)) return;
-  FClippingChanged = true;
-  Change(this);
+  Store(Rows::ClipRule, Value, TStoring::Clips);
 }
 
 bool TSVGGraphicElement::IsOverflow() const {
   return Effective(Rows::Overflow);
 }
 void TSVGGraphicElement::SetOverflow(bool Value) {
-  if (!Store(Rows::Overflow, Value)) return;
-  FClippingChanged = true;
-  Change(this);
+  Store(Rows::Overflow, Value, TStoring::Clips);
 }
 
 bool TSVGGraphicElement::GetVisible() const {
   return SourceOfVisible().FVisible;
 }
 void TSVGGraphicElement::SetVisible(bool Value) {
-  StoreAndTell(Rows::Visible, Value);
+  Store(Rows::Visible, Value);
 }
 
 // Of the next three the marks stay as they are.
@@ -235,21 +222,21 @@ TSVGFillRule TSVGGraphicElement::GetFillRule() const {
   return Effective(Rows::FillRule);
 }
 void TSVGGraphicElement::SetFillRule(TSVGFillRule Value) {
-  StoreKeepingMark(Rows::FillRule, Value);
+  Store(Rows::FillRule, Value, TStoring::KeepsMark);
 }
 
 TSVGVectorEffect TSVGGraphicElement::GetVectorEffect() const {
   return Effective(Rows::VectorEffect);
 }
 void TSVGGraphicElement::SetVectorEffect(TSVGVectorEffect Value) {
-  StoreKeepingMark(Rows::VectorEffect, Value);
+  Store(Rows::VectorEffect, Value, TStoring::KeepsMark);
 }
 
 float TSVGGraphicElement::GetOpacity() const {
   return Effective(Rows::Opacity);
 }
 void TSVGGraphicElement::SetOpacity(float Value) {
-  StoreKeepingMark(Rows::Opacity, detail::ClampOpacity(Value));
+  Store(Rows::Opacity, detail::ClampOpacity(Value), TStoring::KeepsMark);
 }
 
 double TSVGGraphicElement::GetAbsoluteOpacity() const {
@@ -293,8 +280,7 @@ void TSVGGraphicElement::StoreReference(TSVGReference Which, StringView Value) {
       (!IsMarked(Property) || EffectiveReference(Which) == Value))
     return;
   if (FReferences || !Value.empty()) WriteReferences().URI(Which) = String(Value);
-  FInherits.Set(Property, false);
-  Change(this);
+  EndStoring(Property);
 }
 
 const String& TSVGGraphicElement::GetFilterURI() const {
@@ -329,9 +315,7 @@ void TSVGGraphicElement::SetClipURI(StringView Value) {
   // An equal text is no write here, whether or not it is in force.
   if (ClipURI() == Value) return;
   WriteReferences().URI(TSVGReference::rfClip) = String(Value);
-  FInherits.Set(TSVGStyleProperty::ipClipPath, false);
-  FClippingChanged = true;
-  Change(this);
+  EndStoring(TSVGStyleProperty::ipClipPath, TStoring::Clips);
 }
 
 TSVGElement* TSVGGraphicElement::FindByID(StringView ID) const {
@@ -364,8 +348,7 @@ const TRectF& TSVGGraphicElement::ClipRect() const {
 void TSVGGraphicElement::SetClipRect(const TRectF& Value) {
   if (Value == ClipRect() && !IsMarked(TSVGStyleProperty::ipClip)) return;
   WriteReferences().ClipRect = Value;
-  FInherits.Set(TSVGStyleProperty::ipClip, false);
-  Change(this);
+  EndStoring(TSVGStyleProperty::ipClip);
 }
 
 }  // namespace qxsvg

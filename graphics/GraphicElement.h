@@ -318,8 +318,8 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
   virtual TQXGPTextRenderingHint GetTextRenderingHint(TSVGTextRendering Value) const;
   virtual TQXGPCompositingQuality GetCompositingQuality(TSVGColorRendering Rendering,
                                                         TSVGColorInterpolation Interpolation) const;
-  // Something below the element changed that may move its box.
-  // False where what lies above was told before and has not looked at the element's box since.
+  // Something below the element changed that may move its box. False where what lies above was told
+  // before and has not looked at the element's box since.
   virtual bool ContentChanged() { return true; }
   void TellContentChanged();
   // Whether the element draws with its own brush and pen, as all do but containers: where it does
@@ -431,13 +431,11 @@ class QXSVG_API TSVGGraphicElement : public TSVGElement {
 
   template <class Row>
   auto Effective(const Row& Property) const;
+  // What a setter does besides writing and telling of it.
+  enum class TStoring : std::uint8_t { EndsMark, KeepsMark, Clips };
   template <class Row, class Value>
-  bool Store(const Row& Property, const Value& NewValue);
-  template <class Row, class Value>
-  void StoreAndTell(const Row& Property, const Value& NewValue);
-
-  template <class Row, class Value>
-  void StoreKeepingMark(const Row& Property, const Value& NewValue);
+  void Store(const Row& Property, const Value& NewValue, TStoring How = TStoring::EndsMark);
+  void EndStoring(TSVGStyleProperty Property, TStoring How = TStoring::EndsMark);
   void SetCanvasQuality(TQXGPCanvas& Canvas) const;
   void DrawView(const TQXPathView& View, TQXGPFillMode Mode, Coverage* Kept, const TMatrix& Matrix,
                 TQXGPCanvas& Canvas);

@@ -98,7 +98,7 @@ const Walk Walks[] = {
      [](TSVGDocument& Doc, TAct Act) {
        Doc.OnChange = [&](TPersistent* Sender) { ActOn(Act, Sender); };
        if (TSVGElement* A = Doc.FindElement(u"a")) A->SetEnabled(false);
-       if (TSVGElement* B = Doc.FindElement(u"b")) B->AsGraphicElement()->SetOpacity(0.5f);
+       if (TSVGElement* B = Doc.FindElement(u"b")) B->AsGraphicElement()->SetColor(1);
        if (TSVGElement* A = Doc.FindElement(u"a2")) A->AsGraphicElement()->Brush().SetOpacity(0.5f);
        if (TSVGElement* B = Doc.FindElement(u"b"))
          B->Items().Add(std::make_unique<TSVGGroup>(&Doc));
