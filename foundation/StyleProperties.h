@@ -69,6 +69,9 @@ inline constexpr std::size_t SVGStylePropertyCount = CountUpTo(TSVGStyleProperty
 
 using TSVGStyleProperties = TEnumSet<TSVGStyleProperty>;
 
+inline constexpr TSVGStyleProperties SVGAllStyleProperties = TSVGStyleProperties::Range(
+    TSVGStyleProperty::ipAlignmentBaseline, TSVGStyleProperty::ipWritingMode);
+
 // The groups that a property counts among: the marks of SVGStylePropertyRows.
 namespace StyleGroup {
 enum : std::uint8_t {

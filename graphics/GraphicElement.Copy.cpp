@@ -1,20 +1,12 @@
 // Emptying a graphic element and copying its values.
 #include "document/Document.h"
 #include "document/ElementLock.h"
-#include "foundation/Lookups.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/surface/Path.h"
 #include "graphics/surface/Region.h"
 #include "runtime/UpdateLock.h"
 
 namespace qxsvg {
-
-namespace {
-
-constexpr TSVGStyleProperties AllProperties = TSVGStyleProperties::Range(
-    TSVGStyleProperty::ipAlignmentBaseline, TSVGStyleProperty::ipWritingMode);
-
-}  // namespace
 
 void TSVGGraphicElement::ClearPlainProperties() {
   FVisible = true;
@@ -46,7 +38,7 @@ void TSVGGraphicElement::Clear() {
   if (FClipRegion) FClipRegion->MakeEmpty();
   if (FBox)
     for (TSVGLength* Length : {&FBox->Width, &FBox->Height, &FBox->X, &FBox->Y}) Length->Clear();
-  FAttributes = AllProperties;
+  FAttributes = SVGAllStyleProperties;
   FMatrix = QXIdentityMatrix;
   ClearPlainProperties();
   if (FBrush) FBrush->Clear();

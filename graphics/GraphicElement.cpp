@@ -1,7 +1,6 @@
 // Creation of graphic elements, their place in the tree, and what is told when something changes.
 #include "graphics/GraphicElement.h"
 
-#include <bit>
 #include <utility>
 
 #include "document/Document.h"
@@ -15,19 +14,12 @@
 
 namespace qxsvg {
 
-namespace {
-
-constexpr TSVGStyleProperties AllProperties = TSVGStyleProperties::Range(
-    TSVGStyleProperty::ipAlignmentBaseline, TSVGStyleProperty::ipWritingMode);
-
-}  // namespace
-
 TSVGGraphicElement::TSVGGraphicElement(TSVGDocument* Document)
     : TSVGElement(Document), FInherits(SVGInheritedProperties) {
   const auto Notice = TNotifyMethod::Bind<&TSVGGraphicElement::PropagateObjectPropChange>(this);
   FStyle.SetOnChange(Notice);
   FInherits.SetOnChange(Notice);
-  FAttributes = AllProperties;
+  FAttributes = SVGAllStyleProperties;
   FIsGraphic = true;
 }
 

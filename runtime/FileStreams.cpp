@@ -5,7 +5,6 @@
 #include <system_error>
 
 #include "runtime/Exceptions.h"
-#include "runtime/Numbers.h"
 #include "runtime/Streams.h"
 
 namespace qxsvg {

@@ -11,7 +11,7 @@ namespace {
 
 using enum TSVGElementType;
 
-constexpr TCursor HandPointCursor = -21;
+constexpr TCursor HandPointCursor = SVGCursorMapping[Ordinal(TSVGCursor::scrPointer)];
 
 constexpr TProperty LinkProperties[] = {
     Property<&TSVGALinkElement::GetCursor, &TSVGALinkElement::SetCursor>(
