@@ -27,12 +27,8 @@ TSVGGraphicElement::Scope::Scope(TSVGGraphicElement& Element)
     : FThread(Thread()), FElement(Element), FPrevious(FThread.Top), FOuter(Element.FScope) {
   FIsStraight =
       !FPrevious || (FPrevious->FIsStraight && &FPrevious->FElement == Element.GetGraphicParent());
-  switch (Element.SVGType()) {
-    case TSVGElementType::etMarker: FIsBorrowed = true; break;
-    // The tile is drawn once for all who are painted with it.
-    case TSVGElementType::etPattern: FIsBorrowed = false; break;
-    default: FIsBorrowed = FPrevious && (FPrevious->FIsBorrowed || FPrevious->FIsUse); break;
-  }
+  FIsBorrowed = Element.SVGType() == TSVGElementType::etMarker ||
+                (FPrevious && (FPrevious->FIsBorrowed || FPrevious->FIsUse));
   FIsRooted = FIsStraight && (FPrevious ? FPrevious->FIsRooted && FPrevious->HasOwnerOf(Element)
                                         : !Element.Parent());
   FMoves = FPrevious ? FPrevious->FMoves : FThread.Moves;
