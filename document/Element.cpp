@@ -16,26 +16,16 @@ namespace {
 constexpr StringView MadeUpPrefix = u"ID#";
 
 constexpr TProperty Properties[] = {
-    Property<&TSVGElement::ID, &TSVGElement::SetID>(
-        u"ID",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGElement&>(Self).ID().empty();
-        }),
+    Property<&TSVGElement::ID, &TSVGElement::SetID>(u"ID", StoredUnlessEmpty<&TSVGElement::ID>),
     Property<&TSVGElement::Enabled, &TSVGElement::SetEnabled>(
         u"Enabled", StoredUnless<&TSVGElement::Enabled, true>),
-    Property<&TSVGElement::Title, &TSVGElement::SetTitle>(
-        u"Title",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGElement&>(Self).Title().empty();
-        }),
+    Property<&TSVGElement::Title, &TSVGElement::SetTitle>(u"Title",
+                                                          StoredUnlessEmpty<&TSVGElement::Title>),
     StringListProperty<TSVGElement, &TSVGElement::Description, &TSVGElement::Description>(
         u"Description"),
     StringListProperty<TSVGElement, &TSVGElement::Classes, &TSVGElement::Classes>(u"Classes"),
     Property<&TSVGElement::Language, &TSVGElement::SetLanguage>(
-        u"Language",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGElement&>(Self).Language().empty();
-        }),
+        u"Language", StoredUnlessEmpty<&TSVGElement::Language>),
     StringListProperty<TSVGElement, &TSVGElement::RequiredExtensions,
                        &TSVGElement::RequiredExtensions>(u"RequiredExtensions"),
     StringListProperty<TSVGElement, &TSVGElement::RequiredFeatures, &TSVGElement::RequiredFeatures>(

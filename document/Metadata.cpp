@@ -9,11 +9,8 @@ namespace qxsvg {
 namespace {
 
 constexpr TProperty Properties[] = {
-    Property<&TSVGMetadata::XML, &TSVGMetadata::SetXML>(
-        u"XML",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGMetadata&>(Self).XML().empty();
-        }),
+    Property<&TSVGMetadata::XML, &TSVGMetadata::SetXML>(u"XML",
+                                                        StoredUnlessEmpty<&TSVGMetadata::XML>),
 };
 
 }  // namespace

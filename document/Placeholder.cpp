@@ -11,15 +11,9 @@ namespace {
 
 constexpr TProperty Properties[] = {
     Property<&TSVGPlaceholder::XML, &TSVGPlaceholder::SetXML>(
-        u"XML",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGPlaceholder&>(Self).XML().empty();
-        }),
+        u"XML", StoredUnlessEmpty<&TSVGPlaceholder::XML>),
     Property<&TSVGPlaceholder::Name, &TSVGPlaceholder::SetName>(
-        u"Name",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGPlaceholder&>(Self).Name().empty();
-        }),
+        u"Name", StoredUnlessEmpty<&TSVGPlaceholder::Name>),
 };
 
 }  // namespace

@@ -121,9 +121,7 @@ struct TSVGGraphicElement::Published : PublishedRow {
       RectProperty<&E::ClipRect, &E::SetClipRect>(u"ClipRect"),
       PlainProperty<P::ipClipRule, &E::FClipRule, &E::GetClipRule, &E::SetClipRule,
                     TSVGFillRule::frNonZero>(u"ClipRule"),
-      Property<&E::ClipURI, &E::SetClipURI>(
-          u"ClipURI",
-          [](const TPersistent& Self) { return !static_cast<const E&>(Self).ClipURI().empty(); }),
+      Property<&E::ClipURI, &E::SetClipURI>(u"ClipURI", StoredUnlessEmpty<&E::ClipURI>),
       PlainProperty<P::ipColor, &E::FColor, &E::GetColor, &E::SetColor, TQXGPColor{0}>(u"Color"),
       PlainProperty<P::ipColorInterpolation, &E::FColorInterpolation, &E::GetColorInterpolation,
                     &E::SetColorInterpolation, TSVGColorInterpolation::sciSRGB>(

@@ -16,9 +16,7 @@ constexpr TProperty Properties[] = {
                                                           StoredIf<&TSVGBrush::IsOpacityStored>),
     Property<&TSVGBrush::Kind, &TSVGBrush::SetKind>(u"Kind", StoredIf<&TSVGBrush::IsKindStored>),
     // Behind Kind, whose setter may drop it.
-    Property<&TSVGBrush::URI, &TSVGBrush::SetURI>(
-        u"URI",
-        [](const TPersistent& Self) { return !static_cast<const TSVGBrush&>(Self).URI().empty(); }),
+    Property<&TSVGBrush::URI, &TSVGBrush::SetURI>(u"URI", StoredUnlessEmpty<&TSVGBrush::URI>),
 };
 
 }  // namespace

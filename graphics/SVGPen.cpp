@@ -22,9 +22,7 @@ constexpr TProperty Properties[] = {
                                                       StoredIf<&TSVGPen::IsOpacityStored>),
     Property<&TSVGPen::Kind, &TSVGPen::SetKind>(u"Kind", StoredIf<&TSVGPen::IsKindStored>),
     // Behind Kind, whose setter may drop it.
-    Property<&TSVGPen::URI, &TSVGPen::SetURI>(
-        u"URI",
-        [](const TPersistent& Self) { return !static_cast<const TSVGPen&>(Self).URI().empty(); }),
+    Property<&TSVGPen::URI, &TSVGPen::SetURI>(u"URI", StoredUnlessEmpty<&TSVGPen::URI>),
     Property<&TSVGPen::Thickness, &TSVGPen::SetThickness>(u"Thickness",
                                                           StoredIf<&TSVGPen::IsThicknessStored>),
     Property<&TSVGPen::ThicknessIsPercent, &TSVGPen::SetThicknessIsPercent>(

@@ -22,10 +22,7 @@ constexpr TProperty Properties[] = {
     Property<&TSVGCustomGradient::Spread, &TSVGCustomGradient::SetSpread>(
         u"Spread", StoredUnless<&TSVGCustomGradient::Spread, TSVGGradientSpread::gsPad>),
     Property<&TSVGCustomGradient::Reference, &TSVGCustomGradient::SetReference>(
-        u"Reference",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGCustomGradient&>(Self).Reference().empty();
-        }),
+        u"Reference", StoredUnlessEmpty<&TSVGCustomGradient::Reference>),
 };
 
 TSVGGradientStop* AsStop(TSVGElement* Element) {

@@ -17,16 +17,8 @@ constexpr TProperty Properties[] = {
           return const_cast<TSVGGradientStop&>(static_cast<const TSVGGradientStop&>(Self))
                      .Offset() != 0;
         }),
-    {u"StopBrush", TPropertyKind::Object,
-     [](const TPersistent& Self) -> TPropertyValue {
-       return const_cast<TSVGBrush*>(&static_cast<const TSVGGradientStop&>(Self).StopBrush());
-     },
-     [](TPersistent& Self, const TPropertyValue& Value) {
-       if (const auto* const Source =
-               dynamic_cast<const TSVGBrush*>(detail::FromPropertyValue<TPersistent*>(Value)))
-         static_cast<TSVGGradientStop&>(Self).SetStopBrush(Source);
-     },
-     nullptr},
+    ObjectProperty<TSVGGradientStop, TSVGBrush, &TSVGGradientStop::StopBrush,
+                   &TSVGGradientStop::SetStopBrush>(u"StopBrush"),
 };
 
 }  // namespace

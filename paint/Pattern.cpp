@@ -28,10 +28,7 @@ constexpr auto Properties = JoinRows(
             u"Units",
             StoredUnless<&TSVGPattern::Units, TSVGCoordinateSystemUnit::csuObjectBoundingBox>),
         Property<&TSVGPattern::Reference, &TSVGPattern::SetReference>(
-            u"Reference",
-            [](const TPersistent& Self) {
-              return !static_cast<const TSVGPattern&>(Self).Reference().empty();
-            }),
+            u"Reference", StoredUnlessEmpty<&TSVGPattern::Reference>),
         Property<&TSVGPattern::PatternTransformMatrix, &TSVGPattern::SetPatternTransformMatrix>(
             u"PatternTransformMatrix",
             [](const TPersistent& Self) {

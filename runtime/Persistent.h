@@ -187,6 +187,12 @@ bool StoredUnless(const TPersistent& Self) {
   using Owner = typename detail::PropertyTraits<decltype(Reader)>::Class;
   return !((static_cast<const Owner&>(Self).*Reader)() == Default);
 }
+// A stored test for texts and lists: StoredUnlessEmpty<&T::Title>.
+template <auto Reader>
+bool StoredUnlessEmpty(const TPersistent& Self) {
+  using Owner = typename detail::PropertyTraits<decltype(Reader)>::Class;
+  return !(static_cast<const Owner&>(Self).*Reader)().empty();
+}
 // A row for an object that its owner holds: ObjectProperty<TThing, TPart, &TThing::Part>(u"Part").
 // Reading gives the owner's object, which may be made by that; writing assigns into it.
 template <class Owner, class Object, Object& (Owner::*Reader)()>
@@ -201,6 +207,19 @@ constexpr TProperty ObjectProperty(StringView Name,
               (static_cast<Owner&>(Self).*Reader)().Assign(Source);
           },
           IsStored};
+}
+// The same with a setter, which takes objects of that class alone; others are passed over.
+template <class Owner, class Object, Object& (Owner::*Reader)(),
+          void (Owner::*Writer)(const Object*)>
+constexpr TProperty ObjectProperty(StringView Name,
+                                   bool (*IsStored)(const TPersistent&) = nullptr) {
+  TProperty Row = ObjectProperty<Owner, Object, Reader>(Name, IsStored);
+  Row.Write = [](TPersistent& Self, const TPropertyValue& Value) {
+    const auto* const Source =
+        dynamic_cast<const Object*>(detail::FromPropertyValue<TPersistent*>(Value));
+    if (Source) (static_cast<Owner&>(Self).*Writer)(Source);
+  };
+  return Row;
 }
 inline bool NeverStored(const TPersistent&) {
   return false;

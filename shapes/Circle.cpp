@@ -14,16 +14,7 @@ using TBase = TSVGGraphicElement;
 constexpr TProperty CircleProperties[] = {
     ObjectProperty<TSVGCircle, TSVGLength, &TSVGCircle::CenterX>(u"CenterX"),
     ObjectProperty<TSVGCircle, TSVGLength, &TSVGCircle::CenterY>(u"CenterY"),
-    {u"Radius", TPropertyKind::Object,
-     [](const TPersistent& Self) -> TPropertyValue {
-       return &const_cast<TSVGCircle&>(static_cast<const TSVGCircle&>(Self)).Radius();
-     },
-     [](TPersistent& Self, const TPropertyValue& Value) {
-       const auto* const Source =
-           dynamic_cast<const TSVGLength*>(detail::FromPropertyValue<TPersistent*>(Value));
-       if (Source) static_cast<TSVGCircle&>(Self).SetRadius(Source);
-     },
-     nullptr},
+    ObjectProperty<TSVGCircle, TSVGLength, &TSVGCircle::Radius, &TSVGCircle::SetRadius>(u"Radius"),
 };
 
 constexpr TProperty EllipseProperties[] = {

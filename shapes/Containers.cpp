@@ -17,10 +17,7 @@ constexpr TProperty LinkProperties[] = {
     Property<&TSVGALinkElement::GetCursor, &TSVGALinkElement::SetCursor>(
         u"Cursor", StoredUnless<&TSVGALinkElement::GetCursor, HandPointCursor>),
     Property<&TSVGALinkElement::Reference, &TSVGALinkElement::SetReference>(
-        u"Reference",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGALinkElement&>(Self).Reference().empty();
-        }),
+        u"Reference", StoredUnlessEmpty<&TSVGALinkElement::Reference>),
 };
 
 }  // namespace

@@ -21,11 +21,9 @@ namespace qxsvg {
 
 namespace {
 
-constexpr auto Properties = JoinRows(
-    SVGBoxProperties, std::array{Property<&TSVGImage::Reference, &TSVGImage::SetReference>(
-                          u"Reference", [](const TPersistent& Self) {
-                            return !static_cast<const TSVGImage&>(Self).Reference().empty();
-                          })});
+constexpr auto Properties =
+    JoinRows(SVGBoxProperties, std::array{Property<&TSVGImage::Reference, &TSVGImage::SetReference>(
+                                   u"Reference", StoredUnlessEmpty<&TSVGImage::Reference>)});
 
 // The SVG files that are being loaded as images of each other, the outermost first.
 thread_local std::vector<String> Chain;

@@ -18,10 +18,7 @@ using TBase = TSVGGraphicElement;
 
 constexpr TProperty Properties[] = {
     Property<&TSVGPolyline::Polygon, &TSVGPolyline::SetPolygon>(
-        u"Polygon",
-        [](const TPersistent& Self) {
-          return !static_cast<const TSVGPolyline&>(Self).Points().empty();
-        }),
+        u"Polygon", StoredUnlessEmpty<&TSVGPolyline::Points>),
 };
 
 template <class Path>

@@ -16,17 +16,8 @@ using TBase = TSVGGraphicElement;
 // A radius is written through its setter, which keeps it within the side.
 template <TSVGLength& (TSVGRectangle::*Reader)(), void (TSVGRectangle::*Writer)(const TSVGLength*)>
 constexpr TProperty RadiusRow(StringView Name) {
-  return {
-      Name, TPropertyKind::Object,
-      [](const TPersistent& Self) -> TPropertyValue {
-        return &(const_cast<TSVGRectangle&>(static_cast<const TSVGRectangle&>(Self)).*Reader)();
-      },
-      [](TPersistent& Self, const TPropertyValue& Value) {
-        const auto* const Source =
-            dynamic_cast<const TSVGLength*>(detail::FromPropertyValue<TPersistent*>(Value));
-        if (Source) (static_cast<TSVGRectangle&>(Self).*Writer)(Source);
-      },
-      [](const TPersistent& Self) { return static_cast<const TSVGRectangle&>(Self).HasRadii(); }};
+  return ObjectProperty<TSVGRectangle, TSVGLength, Reader, Writer>(
+      Name, StoredIf<&TSVGRectangle::HasRadii>);
 }
 
 constexpr auto Properties = JoinRows(

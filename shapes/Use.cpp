@@ -22,9 +22,7 @@ namespace {
 
 constexpr auto Properties =
     JoinRows(SVGBoxProperties, std::array{Property<&TSVGUse::Reference, &TSVGUse::SetReference>(
-                                   u"Reference", [](const TPersistent& Self) {
-                                     return !static_cast<const TSVGUse&>(Self).Reference().empty();
-                                   })});
+                                   u"Reference", StoredUnlessEmpty<&TSVGUse::Reference>)});
 
 // Viewports are fitted into the rectangle of the use; everything else is moved to its position.
 bool IsViewport(const TSVGElement& Target) {

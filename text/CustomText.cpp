@@ -13,17 +13,12 @@ namespace {
 
 using T = TSVGCustomText;
 
-template <String (T::*Reader)() const>
-bool IsTextStored(const TPersistent& Self) {
-  return !(static_cast<const T&>(Self).*Reader)().empty();
-}
-
 constexpr TProperty Properties[] = {
-    Property<&T::XStr, &T::SetXStr>(u"XStr", IsTextStored<&T::XStr>),
-    Property<&T::YStr, &T::SetYStr>(u"YStr", IsTextStored<&T::YStr>),
-    Property<&T::DXStr, &T::SetDXStr>(u"DXStr", IsTextStored<&T::DXStr>),
-    Property<&T::DYStr, &T::SetDYStr>(u"DYStr", IsTextStored<&T::DYStr>),
-    Property<&T::RotateStr, &T::SetRotateStr>(u"RotateStr", IsTextStored<&T::RotateStr>),
+    Property<&T::XStr, &T::SetXStr>(u"XStr", StoredUnlessEmpty<&T::XStr>),
+    Property<&T::YStr, &T::SetYStr>(u"YStr", StoredUnlessEmpty<&T::YStr>),
+    Property<&T::DXStr, &T::SetDXStr>(u"DXStr", StoredUnlessEmpty<&T::DXStr>),
+    Property<&T::DYStr, &T::SetDYStr>(u"DYStr", StoredUnlessEmpty<&T::DYStr>),
+    Property<&T::RotateStr, &T::SetRotateStr>(u"RotateStr", StoredUnlessEmpty<&T::RotateStr>),
 };
 
 }  // namespace

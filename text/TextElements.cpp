@@ -17,16 +17,12 @@ using enum TSVGElementType;
 
 template <class T>
 constexpr TProperty TextRow() {
-  return Property<&T::OwnText, &T::SetText>(u"Text", [](const TPersistent& Self) {
-    return !static_cast<const T&>(Self).OwnText().empty();
-  });
+  return Property<&T::OwnText, &T::SetText>(u"Text", StoredUnlessEmpty<&T::OwnText>);
 }
 
 template <class T>
 constexpr TProperty ReferenceRow() {
-  return Property<&T::Reference, &T::SetReference>(u"Reference", [](const TPersistent& Self) {
-    return !static_cast<const T&>(Self).Reference().empty();
-  });
+  return Property<&T::Reference, &T::SetReference>(u"Reference", StoredUnlessEmpty<&T::Reference>);
 }
 
 constexpr TProperty TextProperties[] = {TextRow<TSVGText>()};
