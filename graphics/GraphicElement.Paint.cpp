@@ -110,7 +110,8 @@ TSVGBrush& TSVGGraphicElement::GetBrush(const TMatrix& Matrix, const TRectF& Bou
   TSVGBrush& Brush = OwnBrush();
   if (!FBrushChanged) return Brush;
   TResolution Resolution(FBrushChanged);
-  const TSilentPaint Silence(Brush);
+  // What is copied in or served is no change of the paint.
+  const TQXSilence Silence(Brush);
   if (GetGraphicParent()) InheritBrush(Brush);
   // The server paints for this element's box, whoever named it.
   const TQXGPBrushKind Kind = PaintFromServer(EffectiveFillURI(), Brush, Matrix, Bounds, Viewport);
@@ -156,7 +157,7 @@ TSVGPen& TSVGGraphicElement::GetPen(const TMatrix& Matrix, const TRectF& Bounds)
   TSVGPen& Pen = OwnPen();
   if (!FPenChanged) return Pen;
   TResolution Resolution(FPenChanged);
-  const TSilentPaint Silence(Pen);
+  const TQXSilence Silence(Pen);
   if (GetGraphicParent()) InheritPen(Pen);
   const String& URI = EffectiveStrokeURI();
   if (!URI.empty()) {
@@ -225,7 +226,7 @@ TSVGFont& TSVGGraphicElement::GetFont() {
   TSVGGraphicElement* Ancestor = GetGraphicParent();
   if (FFontChanged && Ancestor) {
     TResolution Resolution(FFontChanged);
-    const TSilentPaint Silence(Font);
+    const TQXSilence Silence(Font);
     InheritFont(Font, Ancestor->GetFont());
     Resolution.Done();
   }

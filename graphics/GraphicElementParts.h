@@ -47,23 +47,6 @@ struct TSVGGraphicElement::Coverage {
   }
 };
 
-// Switches the change notice of a paint object off while inherited parts are copied into it, so
-// that the resolution of a paint does not count as its change.
-template <class Paint>
-class TSilentPaint {
- public:
-  explicit TSilentPaint(Paint& Target) : FTarget(Target), FNotice(Target.OnChange()) {
-    FTarget.SetOnChange({});
-  }
-  TSilentPaint(const TSilentPaint&) = delete;
-  TSilentPaint& operator=(const TSilentPaint&) = delete;
-  ~TSilentPaint() { FTarget.SetOnChange(FNotice); }
-
- private:
-  Paint& FTarget;
-  TNotifyMethod FNotice;
-};
-
 // Holds back the notices of the objects that an element holds. Who has the outermost lock tells of
 // them when the work is done, or leaves that out where the children are styled in the same pass.
 class TSVGGraphicElement::StylingLock {

@@ -100,10 +100,8 @@ void TSVGFont::ResolveName() const {
 }
 
 void TSVGFont::SetNameQuietly(StringView Value) {
-  const TNotifyMethod Notice = OnChange();
-  SetOnChange({});
+  const TQXSilence Silence(*this);
   TQXGPFont::SetName(Value);
-  SetOnChange(Notice);
 }
 
 void TSVGFont::SetName(StringView Value) {
@@ -123,10 +121,8 @@ void TSVGFont::Clear() {
   SetSize(DefaultSize);
   FFontVariant = TSVGFontVariant::fvNormal;
   FSizePreferredUnit = TSVGUnit::suNone;
-  const TNotifyMethod Notice = FFamilies.OnChange();
-  FFamilies.SetOnChange({});
+  const TQXSilence Silence(FFamilies);
   FFamilies.Clear();
-  FFamilies.SetOnChange(Notice);
 }
 
 String TSVGFont::FamiliesToString() const {

@@ -37,21 +37,6 @@ TSVGCustomGradient* AsGradient(TSVGElement* Element) {
              : nullptr;
 }
 
-// Holds back the notices of a brush for the length of a block.
-class TBrushSilence {
- public:
-  explicit TBrushSilence(TSVGBrush& Brush) : FBrush(Brush), FNotice(Brush.OnChange()) {
-    FBrush.SetOnChange({});
-  }
-  TBrushSilence(const TBrushSilence&) = delete;
-  TBrushSilence& operator=(const TBrushSilence&) = delete;
-  ~TBrushSilence() { FBrush.SetOnChange(FNotice); }
-
- private:
-  TSVGBrush& FBrush;
-  TNotifyMethod FNotice;
-};
-
 }  // namespace
 
 constinit const TSVGElementClass TSVGCustomGradient::Class{
@@ -206,7 +191,7 @@ TSVGBrush& TSVGCustomGradient::GetBrush(const TMatrix& Matrix, const TRectF& Bou
                                         const TRectF& Viewport) {
   if (!BrushChanged()) return TSVGGraphicElement::GetBrush(Matrix, Bounds, Viewport);
   TSVGBrush& Brush = TSVGGraphicElement::GetBrush(Matrix, Bounds, Viewport);
-  const TBrushSilence Silence(Brush);
+  const TQXSilence Silence(Brush);
   TQXGPGradient& Gradient = Brush.GetGradient();
   const bool IsLinear = GradientStyle() == TQXGPGradientStyle::gsLinear;
   Gradient.SetStyle(GradientStyle());

@@ -77,11 +77,9 @@ void TSVGGradientStop::SetStopBrush(const TSVGBrush* Value) {
 TSVGBrush& TSVGGradientStop::GetStopBrush() {
   // A full opacity leaves the colour's own alpha as it stands.
   if (FColorChanged && FStopBrush.Opacity() < 1) {
-    const TNotifyMethod Notice = FStopBrush.OnChange();
-    FStopBrush.SetOnChange({});
+    const TQXSilence Silence(FStopBrush);
     FStopBrush.UpdateColorOpacity();
     FColorChanged = false;
-    FStopBrush.SetOnChange(Notice);
   }
   return FStopBrush;
 }
