@@ -73,10 +73,7 @@ void TSVGCustomGradient::Clear() {
 }
 
 void TSVGCustomGradient::SetReference(StringView Value) {
-  if (Value == FReference) return;
-  MoveListener(*this, FReference, Value);
-  FReference = Value;
-  Change(this);
+  ChangeReference(*this, FReference, Value);
 }
 
 void TSVGCustomGradient::NotifyListener(TSVGElement* Source) {

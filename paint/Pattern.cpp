@@ -85,10 +85,7 @@ void TSVGPattern::Clear() {
 }
 
 void TSVGPattern::SetReference(StringView Value) {
-  if (Value == FReference) return;
-  MoveListener(*this, FReference, Value);
-  FReference = Value;
-  Change(this);
+  ChangeReference(*this, FReference, Value);
 }
 
 void TSVGPattern::NotifyListener(TSVGElement* Source) {

@@ -106,10 +106,14 @@ TSVGGraphicElement* FindGraphicElement(const TSVGElement& Self, StringView ID) {
   return Found ? Found->AsGraphicElement() : nullptr;
 }
 
-void MoveListener(TSVGElement& Self, StringView From, StringView To) {
-  if (TSVGGraphicElement* const Old = FindGraphicElement(Self, From))
+void ChangeReference(TSVGElement& Self, String& Reference, StringView Value) {
+  if (Value == Reference) return;
+  if (TSVGGraphicElement* const Old = FindGraphicElement(Self, Reference))
     Old->RemoveChangeNotification(&Self);
-  if (TSVGGraphicElement* const New = FindGraphicElement(Self, To)) New->ChangeNotification(&Self);
+  if (TSVGGraphicElement* const New = FindGraphicElement(Self, Value))
+    New->ChangeNotification(&Self);
+  Reference = Value;
+  Self.Change(&Self);
 }
 
 TReferenceScope::TReferenceScope(std::int64_t Budget, std::int64_t TilePixels) {

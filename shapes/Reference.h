@@ -7,9 +7,10 @@
 
 namespace qxsvg {
 
-// Moves the listener Self from the graphic element of the identifier From to that of To;
-// identifiers that lead to no graphic element are passed over.
-void MoveListener(TSVGElement& Self, StringView From, StringView To);
+// Writes the identifier of the element that Self names: Self listens to the graphic element of the
+// new one instead of that of the old, as far as there are such, and tells of its change. The same
+// identifier does nothing.
+void ChangeReference(TSVGElement& Self, String& Reference, StringView Value);
 
 // The graphic element of that identifier in the document of Self, or null.
 TSVGGraphicElement* FindGraphicElement(const TSVGElement& Self, StringView ID);

@@ -67,10 +67,7 @@ TSVGGraphicElement* TSVGUse::Target() const {
 }
 
 void TSVGUse::SetReference(StringView Value) {
-  if (Value == FReference) return;
-  MoveListener(*this, FReference, Value);
-  FReference = Value;
-  Change(this);
+  ChangeReference(*this, FReference, Value);
 }
 
 void TSVGUse::NotifyListener(TSVGElement* Source) {

@@ -98,10 +98,7 @@ TSVGElementTypes TSVGTextRef::ChildSVGTypes() const {
 }
 
 void TSVGTextRef::SetReference(StringView Value) {
-  if (Value == FReference) return;
-  MoveListener(*this, FReference, Value);
-  FReference = Value;
-  Change(this);
+  ChangeReference(*this, FReference, Value);
 }
 
 String TSVGTextRef::GetText() const {
@@ -155,10 +152,7 @@ TSVGElementTypes TSVGTextPath::ChildSVGTypes() const {
 }
 
 void TSVGTextPath::SetReference(StringView Value) {
-  if (Value == FReference) return;
-  MoveListener(*this, FReference, Value);
-  FReference = Value;
-  Change(this);
+  ChangeReference(*this, FReference, Value);
 }
 
 void TSVGTextPath::SetMethod(TSVGTextPathMethod Value) {
