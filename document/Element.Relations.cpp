@@ -128,10 +128,9 @@ TRectF TSVGElement::GetBoundsRect() {
 
 TRectF TSVGElement::GetBoundsRect(const TMatrix& Matrix) {
   const TRectF Bounds = GetBoundsRect();
-  // What differs from the identity by less than this moves nothing that can be seen.
-  constexpr float Tolerance = 1e-5f;
-  return QXMatrixEquals(Matrix, QXIdentityMatrix, Tolerance) ? Bounds
-                                                             : QXMatrixTransform(Matrix, Bounds);
+  return QXMatrixEquals(Matrix, QXIdentityMatrix, MatrixTolerance)
+             ? Bounds
+             : QXMatrixTransform(Matrix, Bounds);
 }
 
 TMatrix TSVGElement::FitToRect(const TRectF& Source, const TRectF& Dest) {

@@ -16,7 +16,7 @@ constexpr bool IsSurrogate(char16_t C) {
 constexpr bool IsNameStart(char16_t C) {
   if (C < 0x80) return (C >= u'A' && C <= u'Z') || (C >= u'a' && C <= u'z') || C == u'_';
   return C >= 0xC0 && C != 0xD7 && C != 0xF7 && !(C >= 0x2000 && C <= 0x206F) &&
-         !(C >= 0x2190 && C <= 0x2BFF) && !(C >= 0x3000 && C <= 0x3000) && C < 0xFFFE;
+         !(C >= 0x2190 && C <= 0x2BFF) && C != 0x3000 && C < 0xFFFE;
 }
 
 constexpr bool IsNamePart(char16_t C) {

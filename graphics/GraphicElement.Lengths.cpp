@@ -13,40 +13,21 @@ namespace qxsvg {
 
 using TWiring = TSVGLengthEventsOf<TSVGGraphicElement>;
 
-constinit const TWiring TSVGGraphicElement::PlainLength =
+constexpr TWiring TSVGGraphicElement::PlainLength =
     TWiring()
         .Change<&TSVGGraphicElement::HeldObjectChanged>()
         .UnitFactors<&TSVGGraphicElement::HeldUnitFactors>()
         .UnitFactor<&TSVGGraphicElement::LengthUnitFactor>();
-constinit const TWiring TSVGGraphicElement::WidthLength =
-    TWiring()
-        .Change<&TSVGGraphicElement::HeldObjectChanged>()
-        .UnitFactors<&TSVGGraphicElement::HeldUnitFactors>()
-        .UnitFactor<&TSVGGraphicElement::LengthUnitFactor>()
-        .Range<&TSVGGraphicElement::LengthRangeViewBoxWidth>();
-constinit const TWiring TSVGGraphicElement::HeightLength =
-    TWiring()
-        .Change<&TSVGGraphicElement::HeldObjectChanged>()
-        .UnitFactors<&TSVGGraphicElement::HeldUnitFactors>()
-        .UnitFactor<&TSVGGraphicElement::LengthUnitFactor>()
-        .Range<&TSVGGraphicElement::LengthRangeViewBoxHeight>();
-constinit const TWiring TSVGGraphicElement::BaselineShiftLength =
-    TWiring()
-        .Change<&TSVGGraphicElement::HeldObjectChanged>()
-        .UnitFactors<&TSVGGraphicElement::HeldUnitFactors>()
-        .UnitFactor<&TSVGGraphicElement::LengthUnitFactor>()
-        .GetInherited<&TSVGGraphicElement::LengthGetInherited>()
+constexpr TWiring TSVGGraphicElement::WidthLength =
+    PlainLength.Range<&TSVGGraphicElement::LengthRangeViewBoxWidth>();
+constexpr TWiring TSVGGraphicElement::HeightLength =
+    PlainLength.Range<&TSVGGraphicElement::LengthRangeViewBoxHeight>();
+constexpr TWiring TSVGGraphicElement::BaselineShiftLength =
+    PlainLength.GetInherited<&TSVGGraphicElement::LengthGetInherited>()
         .SetInherited<&TSVGGraphicElement::LengthSetInherited>()
         .GetParent<&TSVGGraphicElement::LengthParent>();
-constinit const TWiring TSVGGraphicElement::SpacingLength =
-    TWiring()
-        .Change<&TSVGGraphicElement::HeldObjectChanged>()
-        .UnitFactors<&TSVGGraphicElement::HeldUnitFactors>()
-        .UnitFactor<&TSVGGraphicElement::LengthUnitFactor>()
-        .Range<&TSVGGraphicElement::LengthRangeViewBoxWidth>()
-        .GetInherited<&TSVGGraphicElement::LengthGetInherited>()
-        .SetInherited<&TSVGGraphicElement::LengthSetInherited>()
-        .GetParent<&TSVGGraphicElement::LengthParent>();
+constexpr TWiring TSVGGraphicElement::SpacingLength =
+    BaselineShiftLength.Range<&TSVGGraphicElement::LengthRangeViewBoxWidth>();
 
 // --- Units
 

@@ -118,8 +118,8 @@ TRectF TSVGCustomViewBox::GetBoundsRect() {
 TRectF TSVGCustomViewBox::GetBoundsRect(const TMatrix& Matrix) {
   const TRectF Bounds = GetBoundsRect();
   const TMatrix Own = QXMatrixMultiply(this->Matrix(), Matrix);
-  constexpr float Tolerance = 1e-5f;
-  return QXMatrixEquals(Own, QXIdentityMatrix, Tolerance) ? Bounds : QXMatrixTransform(Own, Bounds);
+  return QXMatrixEquals(Own, QXIdentityMatrix, MatrixTolerance) ? Bounds
+                                                                : QXMatrixTransform(Own, Bounds);
 }
 
 }  // namespace qxsvg
