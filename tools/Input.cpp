@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
-#include <iterator>
 
 #include "document/Document.h"
 #include "document/XML.h"
@@ -19,31 +18,44 @@ namespace qxsvg::tools {
 
 namespace {
 
-std::string ReadStandardInput() {
-  std::string Bytes;
-  char Buffer[1 << 16];
-  std::size_t Count;
-  while ((Count = std::fread(Buffer, 1, sizeof Buffer, stdin)) > 0) {
-    Bytes.append(Buffer, Count);
-    if (Bytes.size() > Limits::DocumentBytes) throw EStreamError(u"Standard input is too large");
+// What cannot be gone back in: all of it, up to what a document may have.
+std::unique_ptr<TStream> ReadToEnd(std::FILE& File, StringView Name) {
+  TBytes Bytes;
+  std::uint8_t Buffer[1 << 16];
+  while (const std::size_t Count = std::fread(Buffer, 1, sizeof Buffer, &File)) {
+    Bytes.insert(Bytes.end(), Buffer, Buffer + Count);
+    if (Bytes.size() > Limits::DocumentBytes) throw EStreamError(u"%s is too large", {Name});
   }
-  return Bytes;
+  if (std::ferror(&File) != 0) throw EStreamError(u"%s cannot be read", {Name});
+  return std::make_unique<TMemoryStream>(std::move(Bytes));
 }
+
+struct TClose {
+  void operator()(std::FILE* File) const { std::fclose(File); }
+};
 
 }  // namespace
 
-void LoadDrawing(TSVGDocument& Drawing, const std::string& Name) {
-  if (Name == "-") return Drawing.LoadFromText(std::string_view(ReadStandardInput()));
+std::unique_ptr<TStream> OpenInput(const std::string& Name) {
+  if (Name == "-") return ReadToEnd(*stdin, u"Standard input");
   // As a path, because the bytes of a name need not be text.
-  TFileStream File{std::filesystem::path(Name), TFileMode::fmOpenRead};
-  Drawing.LoadFromStream(File);
+  const std::filesystem::path Path(Name);
+  std::error_code Failure;
+  const std::filesystem::file_status Status = std::filesystem::status(Path, Failure);
+  // The library refuses these, for the sake of names that stand in documents; what the user names
+  // may be a pipe of the shell.
+  if (is_fifo(Status) || is_character_file(Status))
+    if (const std::unique_ptr<std::FILE, TClose> File{std::fopen(Name.c_str(), "rb")})
+      return ReadToEnd(*File, FromUtf8(Name));
+  return std::make_unique<TFileStream>(Path, TFileMode::fmOpenRead);
+}
+
+void LoadDrawing(TSVGDocument& Drawing, const std::string& Name) {
+  Drawing.LoadFromStream(*OpenInput(Name));
 }
 
 std::unique_ptr<IXMLDocument> LoadDrawingXML(const std::string& Name) {
-  const auto Vendor = Services().XML.Get();
-  if (Name == "-") return Vendor->LoadFromBytes(ReadStandardInput());
-  TFileStream File{std::filesystem::path(Name), TFileMode::fmOpenRead};
-  return Vendor->LoadFromStream(File);
+  return Services().XML.Get()->LoadFromStream(*OpenInput(Name));
 }
 
 std::string CauseOf(const std::exception& Error) {

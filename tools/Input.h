@@ -8,12 +8,17 @@
 
 namespace qxsvg {
 class IXMLDocument;
+class TStream;
 class TSVGDocument;
 }  // namespace qxsvg
 
 namespace qxsvg::tools {
 
-// Loads a file, or standard input for "-". Raises what the document raises.
+// Opens a file, or standard input for "-". That, pipes and devices are read to their end at once.
+// Raises EStreamError.
+std::unique_ptr<TStream> OpenInput(const std::string& Name);
+
+// Loads what OpenInput opens. Raises what the document raises.
 void LoadDrawing(TSVGDocument& Drawing, const std::string& Name);
 
 // The same as far as the nodes of the XML.

@@ -30,6 +30,8 @@ namespace fs = std::filesystem;
 struct RenderOptions {
   std::vector<std::string> Files;
   std::string Output, ExportID, Format, StyleSheet, Languages;
+  // The text of the style sheet, which may be a pipe and be there once.
+  String Rules;
   // Transparent without one.
   TQXGPColor Background = 0;
   PictureSize Size;
@@ -83,9 +85,9 @@ String TextOfSheet(std::string_view Bytes) {
   return Result;
 }
 
-void ApplyStyleSheet(TSVGDocument& Drawing, const std::string& File) {
-  const TBytes Bytes = ReadFile(FromUtf8(File), Limits::DocumentBytes);
-  Drawing.ReadStyles(StringView(TextOfSheet(CharsOf(Bytes))));
+void ApplyRules(TSVGDocument& Drawing, StringView Rules) {
+  if (Rules.empty()) return;
+  Drawing.ReadStyles(Rules);
   Drawing.ApplyStyles();
 }
 
@@ -159,7 +161,7 @@ std::string RenderOne(const Job& Work, const RenderOptions& Options) {
   TSVGDocument Drawing;
   Configure(Drawing, Options);
   LoadDrawing(Drawing, Work.Input);
-  if (!Options.StyleSheet.empty()) ApplyStyleSheet(Drawing, Options.StyleSheet);
+  ApplyRules(Drawing, Options.Rules);
   const double Load = Watch.Lap();
   TQXGPBitmap Picture;
   Draw(Drawing, Options, Picture);
@@ -250,6 +252,15 @@ int RunAll(const std::vector<Job>& Jobs, const RenderOptions& Options) {
   return Status;
 }
 
+int Run(RenderOptions& Options) {
+  const std::vector<Job> Jobs = Plan(Options);
+  if (!Options.StyleSheet.empty()) {
+    const TBytes Bytes = ReadAll(*OpenInput(Options.StyleSheet), Limits::DocumentBytes);
+    Options.Rules = TextOfSheet(CharsOf(Bytes));
+  }
+  return RunAll(Jobs, Options);
+}
+
 void Add(CLI::App& App, int& Status) {
   CLI::App* Command = App.add_subcommand("render", "Draws files into PNG, JPEG or WebP pictures");
   const auto Options = std::make_shared<RenderOptions>();
@@ -290,7 +301,7 @@ void Add(CLI::App& App, int& Status) {
                       "Preferred languages, best first, parted by commas");
   Command->add_flag("--perf", O.IsTimed, "Tells the times of load, draw and encoding");
   Command->add_flag("--quiet", O.IsQuiet, "Shows no progress");
-  Command->callback([Options, &Status] { Status = RunAll(Plan(*Options), *Options); });
+  Command->callback([Options, &Status] { Status = Run(*Options); });
 }
 
 const Registration Registered("render", Add);

@@ -122,6 +122,23 @@ TEST(Render, ManyFilesGoOnAfterABadOne) {
   EXPECT_FALSE(std::filesystem::exists(Target + "/bad.png"));
 }
 
+TEST(Render, PipesServeAllDrawings) {
+  constexpr std::string_view Rect = "<svg width='8' height='8'><rect width='8' height='8'/></svg>";
+  const TScratchFolder Folder;
+  const std::string Render = " | " + Quoted(QXSVG_COMMAND) + " render -s /dev/stdin " +
+                             Quoted(Folder.Add("a.svg", Rect)) + " " +
+                             Quoted(Folder.Add("b.svg", Rect));
+  const auto Drawn = [&](const std::string& Rules) {
+    const std::filesystem::path Target = Folder.Path() / Rules;
+    const TRunResult Told =
+        RunLine("echo 'rect { fill: " + Rules + " }'" + Render + " -o " + Quoted(Target.string()));
+    EXPECT_EQ(Told.Status, 0) << Told.Errors;
+    EXPECT_EQ(FileText(Target / "a.png"), FileText(Target / "b.png"));
+    return FileText(Target / "b.png");
+  };
+  EXPECT_NE(Drawn("red"), Drawn("blue"));
+}
+
 TEST(Render, NoFileIsOverwrittenByMistake) {
   const TScratchFolder Folder;
   std::filesystem::create_directories(Folder.Path() / "a");
@@ -171,6 +188,7 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
       {"render - - -o -", 2, "several pictures"},
       {"render - > /dev/full", 1, "-: Standard output cannot be written"},
       {"info - > /dev/full", 1, "Standard output cannot be written"},
+      {"info - < /", 1, "-: Standard input cannot be read"},
       {"--help > /dev/full", 1, "Standard output cannot be written"},
       {"surface-demo /nowhere/x.png", 1, "There is no such folder"},
   };
