@@ -1,7 +1,12 @@
-# Shared by the scripts: finds the tree, installs missing packages, configures and builds a preset.
+# Shared by the scripts: finds the tree, installs missing packages, configures and builds a preset. Who asks a
+# script for help gets the comment at its head; the arguments of scripts/qxsvg are the command's.
 set -euo pipefail
 
 Root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+if [[ ${1:-} =~ ^(-h|--help)$ && ${0##*/} != qxsvg ]]; then
+  sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
+  exit 0
+fi
 
 # need_packages build test: installs what scripts/packages.txt lists for these uses and the system
 # lacks. Without root rights it says what to install.
@@ -42,12 +47,9 @@ build_preset() {
       Tests=(-DQXSVG_TESTS=OFF)
     fi
     if [[ ! -f build/$Preset/build.ninja ]]; then
-      cmake --preset "$Preset" "${Tests[@]}" > "/tmp/qxsvg-configure.$$" 2>&1 || {
-        cat "/tmp/qxsvg-configure.$$" >&2
-        rm -f "/tmp/qxsvg-configure.$$"
-        exit 1
-      }
-      rm -f "/tmp/qxsvg-configure.$$"
+      Log=$(mktemp)
+      trap 'rm -f "$Log"' EXIT
+      cmake --preset "$Preset" "${Tests[@]}" > "$Log" 2>&1 || { cat "$Log" >&2; exit 1; }
     fi
     if [[ $# -gt 0 ]]; then
       cmake --build "build/$Preset" --target "$@"
