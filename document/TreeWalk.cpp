@@ -33,12 +33,14 @@ TTreeWalk::~TTreeWalk() {
   while (!FRoot->FDeparted.empty()) std::exchange(FRoot->FDeparted, {}).clear();
 }
 
-void TTreeWalk::Bury(std::unique_ptr<TSVGElement> Departed) const {
+void TTreeWalk::Bury(std::unique_ptr<TSVGElement>&& Departed) const {
   if (FRoot) FRoot->FDeparted.push_back(std::move(Departed));
 }
 
-void TTreeWalk::Bury(std::unique_ptr<TSVGElement> Departed, const TTreeWalk& Other) const {
-  (Other.IsInner() ? Other : *this).Bury(std::move(Departed));
+void TTreeWalk::Bury(std::unique_ptr<TSVGElement>&& Departed, const TTreeWalk& Other) const {
+  // A root cannot keep itself.
+  const bool IsForOther = Other.IsInner() && Other.FRoot != Departed.get();
+  (IsForOther ? Other : *this).Bury(std::move(Departed));
 }
 
 bool TTreeWalk::IsInner() const {

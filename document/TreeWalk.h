@@ -31,9 +31,10 @@ class QXSVG_API TTreeWalk {
   ~TTreeWalk();
 
   // Take what has left the tree or a style sheet, which is destroyed when the outermost walk ends.
-  void Bury(std::unique_ptr<TSVGElement> Departed) const;
+  // Where there is no root it stays with the caller, who may hold a walk of it.
+  void Bury(std::unique_ptr<TSVGElement>&& Departed) const;
   // The same until the end of Other, where that is the one which is part of a larger walk.
-  void Bury(std::unique_ptr<TSVGElement> Departed, const TTreeWalk& Other) const;
+  void Bury(std::unique_ptr<TSVGElement>&& Departed, const TTreeWalk& Other) const;
   void Bury(std::unique_ptr<TSVGStyle> Departed) const;
 
  private:

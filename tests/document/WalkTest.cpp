@@ -308,6 +308,19 @@ TEST(Walks, WhatIsDrawnMayGoToAnotherDocumentAndEndThere) {
   EXPECT_EQ(Doc.FindElement(u"a3"), nullptr);
 }
 
+// A document that was made for no other is the root of the walks in it, wherever it stands.
+TEST(Walks, DocumentsOfNoOtherEndWithTheElementsAroundThem) {
+  TSVGDocument Doc;
+  for (TSVGDocument* const Owner : {static_cast<TSVGDocument*>(nullptr), &Doc}) {
+    TSVGGroup Group(Owner);
+    auto Made = std::make_unique<TSVGDocument>();
+    Made->Items().Add(std::make_unique<TSVGGroup>(Made.get()));
+    Group.Items().Add(std::move(Made));
+    Group.Items().Clear();
+    EXPECT_EQ(Group.Items().Count(), 0);
+  }
+}
+
 TEST(Walks, ListsOfPaintServersForgetWhatWasCleared) {
   TSVGDocument Doc;
   const auto Loose = std::make_unique<TSVGMarker>(&Doc);
