@@ -8,12 +8,16 @@ namespace {
 
 constexpr StringView StyleAttribute = u"style";
 
-void AddStyleEntry(IXMLNode& Node, StringView Name, StringView Value) {
-  String Style;
-  StringView Held;
-  if (Node.FindAttribute(StyleAttribute, Held)) Style.append(Held).append(u"; ");
-  Style.append(Name).append(u":").append(Value);
-  Node.SetAttribute(StyleAttribute, Style);
+// Whether the property has to be written, with what stands for it in Value.
+bool NeedsText(TSVGStyleProperty Property, StringView& Value, StringView Default, bool Inherited,
+               bool Compact) {
+  constexpr StringView None = u"none", Inherit = u"inherit";
+  if (Default == None && Value.empty()) Value = None;
+  const bool InheritsByItself = SVGInheritedProperties.Has(Property);
+  if (Inherited && InheritsByItself) return false;
+  if (!Inherited && Compact && Value == Default && !InheritsByItself) return false;
+  if (Inherited) Value = Inherit;
+  return true;
 }
 
 }  // namespace
@@ -47,19 +51,41 @@ bool SaveNodeString(IXMLNode& Node, StringView Name, StringView Value, bool Omit
   return !Omit;
 }
 
+void TStyleEntries::Add(StringView Name, StringView Value) {
+  if (!FIsBegun) {
+    // The first entry decides which place among the attributes they have.
+    if (StringView Held; FNode.FindAttribute(StyleAttribute, Held))
+      FText.append(Held).append(u"; ");
+    else
+      FNode.SetAttribute(StyleAttribute, StringView());
+    FIsBegun = true;
+  } else {
+    FText.append(u"; ");
+  }
+  FText.append(Name).append(u":").append(Value);
+}
+
+void TStyleEntries::Write() {
+  if (FIsBegun) FNode.SetAttribute(StyleAttribute, FText);
+}
+
+bool SaveStyleProperty(TStyleEntries& Entries, TSVGStyleProperty Property, StringView Value,
+                       StringView Default, bool Inherited, bool Compact) {
+  if (!NeedsText(Property, Value, Default, Inherited, Compact)) return false;
+  Entries.Add(SVGStylePropertyRowOf(Property).Name, Value);
+  return true;
+}
+
 bool SaveStyleProperty(IXMLNode& Node, TSVGStyleProperty Property, StringView Value,
                        StringView Default, bool AsStyle, bool Inherited, bool Compact) {
-  constexpr StringView None = u"none", Inherit = u"inherit";
-  if (Default == None && Value.empty()) Value = None;
-  const bool InheritsByItself = SVGInheritedProperties.Has(Property);
-  if (Inherited && InheritsByItself) return false;
-  if (!Inherited && Compact && Value == Default && !InheritsByItself) return false;
-  if (Inherited) Value = Inherit;
-  const StringView Name = SVGStylePropertyRowOf(Property).Name;
-  if (AsStyle)
-    AddStyleEntry(Node, Name, Value);
-  else
-    Node.SetAttribute(Name, Value);
+  if (AsStyle) {
+    TStyleEntries Entries(Node);
+    const bool IsSaved = SaveStyleProperty(Entries, Property, Value, Default, Inherited, Compact);
+    Entries.Write();
+    return IsSaved;
+  }
+  if (!NeedsText(Property, Value, Default, Inherited, Compact)) return false;
+  Node.SetAttribute(SVGStylePropertyRowOf(Property).Name, Value);
   return true;
 }
 

@@ -27,4 +27,24 @@ QXSVG_API bool SaveNodeString(IXMLNode& Node, StringView Name, StringView Value,
 QXSVG_API bool SaveStyleProperty(IXMLNode& Node, TSVGStyleProperty Property, StringView Value,
                                  StringView Default, bool AsStyle, bool Inherited, bool Compact);
 
+// Entries of a node's style attribute, behind those that it has. They are gathered and written at
+// once, as a node keeps every text that an attribute ever had.
+class QXSVG_API TStyleEntries {
+ public:
+  // Node has to outlive the entries.
+  explicit TStyleEntries(IXMLNode& Node) : FNode(Node) {}
+  void Add(StringView Name, StringView Value);
+  // To be called when all are added.
+  void Write();
+
+ private:
+  IXMLNode& FNode;
+  String FText;
+  bool FIsBegun = false;
+};
+// As an entry of the style attribute, which is still to be written.
+QXSVG_API bool SaveStyleProperty(TStyleEntries& Entries, TSVGStyleProperty Property,
+                                 StringView Value, StringView Default, bool Inherited,
+                                 bool Compact);
+
 }  // namespace qxsvg

@@ -92,6 +92,7 @@ void TSVGGraphicElement::DoSaveToXML(IXMLNode& Node) {
   const String Transform = TransformMatrix();
   SaveAttrString(Node, u"transform", Transform, Transform.empty(), IsCompact);
   const TSVGStyleProperties AsStyle = GetPreferredStyles().Value();
+  TStyleEntries Entries(Node);
   for (const TSVGStylePropertyRow& Row : SVGStylePropertyRows) {
     const bool IsInherited = !HasOwnText(Row);
     if (IsInherited && (Row.IsInherited || !IsKept(Row.Home))) continue;
@@ -102,9 +103,12 @@ void TSVGGraphicElement::DoSaveToXML(IXMLNode& Node) {
       Default = Text;
     else if (Text == Default)
       Default = {};
-    SaveStyleProperty(Node, Row.Property, Text, Default, AsStyle.Has(Row.Property), IsInherited,
-                      IsCompact);
+    if (AsStyle.Has(Row.Property))
+      SaveStyleProperty(Entries, Row.Property, Text, Default, IsInherited, IsCompact);
+    else
+      SaveStyleProperty(Node, Row.Property, Text, Default, false, IsInherited, IsCompact);
   }
+  Entries.Write();
 }
 
 }  // namespace qxsvg

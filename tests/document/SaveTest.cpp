@@ -84,6 +84,14 @@ TEST(NodeWriters, StylePropertiesAreWrittenWhereTheTreeDoesNotSayThem) {
         IsWritten ? String(u"; ").append(Name).append(u":").append(Attribute) : String();
     EXPECT_EQ(Node.GetAttribute(u"style"), u"x:y" + Entry);
   }
+  // Entries that are gathered have the place of the first of them.
+  const auto XML = CreateXMLDocument();
+  TStyleEntries Entries(*XML->CreateRoot(u"x"));
+  SaveStyleProperty(Entries, ipFill, u"red", u"black", false, true);
+  XML->DocumentElement()->SetAttribute(u"z", u"1");
+  SaveStyleProperty(Entries, ipOpacity, u"0.5", u"1", true, true);
+  Entries.Write();
+  EXPECT_EQ(XML->DocumentElement()->XML(), u"<x style=\"fill:red; opacity:inherit\" z=\"1\"/>");
 }
 
 // --- Documents
