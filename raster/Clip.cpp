@@ -1,8 +1,8 @@
 #include "raster/Clip.h"
 
 #include <algorithm>
-#include <cstring>
 
+#include "raster/HashMix.h"
 #include "raster/Kernels.h"
 
 namespace qxsvg {
@@ -42,7 +42,7 @@ void TClip::SetMask(std::shared_ptr<const TSpanStore> Mask) {
 void TClip::Rehash() {
   FHash = FMask ? FMask->Hash() : 1;
   for (const std::int32_t Side : {FBox.Left, FBox.Top, FBox.Right, FBox.Bottom})
-    FHash = (FHash ^ static_cast<std::uint32_t>(Side)) * 0x9e3779b97f4a7c15u;
+    MixHash(FHash, static_cast<std::uint32_t>(Side));
 }
 
 void TClipSink::Begin(const TClip& Clip, ISpanSink& Next) {

@@ -1,12 +1,14 @@
 #include "raster/RasterCanvas.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <span>
 
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
 #include "graphics/surface/PathMeasure.h"
+#include "raster/HashMix.h"
 #include "raster/KeptSpans.h"
 #include "raster/Kernels.h"
 #include "raster/RecentClips.h"
@@ -49,25 +51,16 @@ bool IsRectangle(const TQXPathView& Path, TRectF& R) {
   return IsAcross || IsDown;
 }
 
-std::uint64_t Combined(std::uint64_t Hash, std::uint64_t Value) {
-  return (Hash ^ Value) * 0x9e3779b97f4a7c15u;
-}
-std::uint64_t Combined(std::uint64_t Hash, float Value) {
-  std::uint32_t Bits;
-  std::memcpy(&Bits, &Value, sizeof Bits);
-  return Combined(Hash, std::uint64_t{Bits});
-}
-
 std::uint64_t HashOf(const TQXStrokeStyle& Style) {
   std::uint64_t Hash = 0x8f1bbcdcbfa53e0bu;
-  Hash = Combined(Hash, Style.Width);
-  Hash = Combined(Hash, Style.MiterLimit);
-  Hash = Combined(Hash, Style.DashOffset);
-  Hash = Combined(Hash, static_cast<std::uint64_t>(Style.Join) |
-                            static_cast<std::uint64_t>(Style.StartCap) << 8 |
-                            static_cast<std::uint64_t>(Style.EndCap) << 16 |
-                            static_cast<std::uint64_t>(Style.DashCap) << 24);
-  for (const float Dash : Style.Dashes) Hash = Combined(Hash, Dash);
+  for (const float Size : {Style.Width, Style.MiterLimit, Style.DashOffset})
+    MixHash(Hash, std::bit_cast<std::uint32_t>(Size));
+  MixHash(Hash, static_cast<std::uint64_t>(Style.Join) |
+                    static_cast<std::uint64_t>(Style.StartCap) << 8 |
+                    static_cast<std::uint64_t>(Style.EndCap) << 16 |
+                    static_cast<std::uint64_t>(Style.DashCap) << 24);
+  MixHash(Hash, std::as_bytes(std::span(Style.Dashes)));
+  // That of a fill is 0.
   return Hash | 1;
 }
 
@@ -474,11 +467,9 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
     const TQXRegionStep Step = Region.Step(I);
     FScratch->Rasterizer.Fill(Step.Path, Matrix, Clip, {Step.FillMode, IsAliased()}, Sink);
   };
-  const bool IsSingle =
-      Steps == 1 && (!Region.IsInfinite() || Region.Step(0).Mode != TQXGPCombineMode::cmUnion);
   // Most clip paths are rectangles, many of them on pixel boundaries.
   TRectF R;
-  if (IsSingle && IsUpright(Matrix) && IsRectangle(Region.Step(0).Path, R)) {
+  if (Steps == 1 && IsUpright(Matrix) && IsRectangle(Region.Step(0).Path, R)) {
     R = QXMatrixTransform(Matrix, R);
     if (IsFinite(R)) return DoIntersectClipRect(R);
   }
@@ -490,10 +481,10 @@ void TQXRasterCanvas::DoIntersectClip(const TQXGPRegion& Region, const TMatrix& 
   }
   auto Mask = NewMask();
   Cover(*Mask, [&](const TRect& Clip, ISpanSink& Sink) {
-    if (IsSingle) return DrawStep(0, Clip, Sink);
-    const TRect Box = Region.IsInfinite() ? Clip : PixelsUnder(Region.GetBounds(), Matrix, Clip);
+    if (Steps == 1) return DrawStep(0, Clip, Sink);
+    const TRect Box = PixelsUnder(Region.GetBounds(), Matrix, Clip);
     TRegionCover& Cover = FScratch->Region;
-    Cover.Begin(Box, Region.IsInfinite());
+    Cover.Begin(Box);
     for (std::size_t I = 0; I < Steps; ++I) {
       Cover.BeginStep(Region.Step(I).Mode);
       DrawStep(I, Box, Cover);

@@ -11,7 +11,7 @@ namespace qxsvg {
 std::uint64_t TRecentClips::KeyOf(const TClip& Clip, const TQXGPRegion& Region,
                                   const TMatrix& Matrix, bool IsAliased) {
   std::uint64_t Hash = Clip.Hash();
-  MixHash(Hash, (Region.IsInfinite() ? 1u : 0u) | (IsAliased ? 2u : 0u));
+  MixHash(Hash, IsAliased ? 1 : 0);
   MixHash(Hash, std::as_bytes(std::span(&Matrix, 1)));
   for (std::size_t I = 0; I < Region.StepCount(); ++I) {
     const TQXRegionStep Step = Region.Step(I);

@@ -6,11 +6,10 @@
 
 namespace qxsvg {
 
-void TRegionCover::Begin(const TRect& Box, bool IsInfinite) {
+void TRegionCover::Begin(const TRect& Box) {
   FBox = Box;
   FWidth = static_cast<std::size_t>(Box.Width());
-  FCovers.assign(FWidth * static_cast<std::size_t>(Box.Height()),
-                 static_cast<std::uint8_t>(IsInfinite ? FullCover : 0));
+  FCovers.assign(FWidth * static_cast<std::size_t>(Box.Height()), std::uint8_t{0});
   FRow.resize(FWidth + CoversPadding);
 }
 
@@ -21,8 +20,6 @@ std::uint8_t* TRegionCover::RowOf(std::int32_t Y) {
 void TRegionCover::BeginStep(TQXGPCombineMode Mode) {
   FMode = Mode;
   FNextRow = FBox.Top;
-  if (Mode == TQXGPCombineMode::cmReplace)
-    std::fill(FCovers.begin(), FCovers.end(), std::uint8_t{0});
 }
 
 // Rows that a step does not reach are empty in an intersection with it.

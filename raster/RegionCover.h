@@ -11,12 +11,12 @@ namespace qxsvg {
 // Keeps its memory for the next region.
 class TRegionCover final : public ISpanSink {
  public:
-  // Begins with nothing, or with everything.
-  void Begin(const TRect& Box, bool IsInfinite);
+  // Begins with nothing.
+  void Begin(const TRect& Box);
 
-  // Rows that come between the two are the step's. Where both cover a pixel in part, a union takes
-  // the sum of the areas less their product, an intersection the product, as if the two were
-  // independent.
+  // Rows that come between the two are the step's, a union or an intersection. Where both cover a
+  // pixel in part, a union takes the sum of the areas less their product, an intersection the
+  // product, as if the two were independent.
   void BeginStep(TQXGPCombineMode Mode);
   void Row(std::int32_t Y, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers) override;
   void EndStep();

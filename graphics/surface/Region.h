@@ -41,8 +41,8 @@ class QXSVG_API TQXGPRegion {
   virtual void Combine(const TRectF& R, TQXGPCombineMode Mode);
 
   bool IsInfinite() const { return FInfinite; }
-  // The steps, in order, upon nothing (or upon everything where IsInfinite); valid until the next
-  // change.
+  // The steps, in order, upon nothing, each a union or an intersection; none where IsInfinite. They
+  // are valid until the next change.
   std::size_t StepCount() const { return FSteps.size(); }
   TQXRegionStep Step(std::size_t Index) const;
   // Whether the region is one rectangle with sides along the axes, and which.
