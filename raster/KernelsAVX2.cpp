@@ -69,8 +69,7 @@ QXSVG_AVX2 std::size_t Sweep(const TSweepRow& Row) {
 
 QXSVG_AVX2 void Fill(std::uint32_t* Target, std::int32_t Count, std::uint32_t Color) {
   const __m256i V = _mm256_set1_epi32(static_cast<int>(Color));
-  // Lengths are hard to foresee: the end is stored over what is there, without
-  // more branches.
+  // Lengths are hard to foresee: the end is stored over what is there, without more branches.
   std::uint32_t* const End = Target + Count;
   if (Count >= 32) {
     // Stores that cross cache lines cost twice.
@@ -117,8 +116,7 @@ QXSVG_AVX2 void StreamFill(std::uint32_t* Target, std::ptrdiff_t Stride, std::in
   }
 }
 
-// Eight rows of a steep line at a time; see TSteepRows. Each lane is the
-// arithmetic of AddPiece.
+// Eight rows of a steep line at a time; see TSteepRows. Each lane is the arithmetic of AddPiece.
 QXSVG_AVX2 void AddSteepRows(const TSteepRows& Rows) {
   const __m256i Step = _mm256_set1_epi32(static_cast<int>(Rows.Step));
   const __m256i Steps = _mm256_mullo_epi32(Step, _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
@@ -203,8 +201,7 @@ QXSVG_AVX2 inline __m256i OverPixels(__m256i Target, __m256i Source) {
       MultiplyWords(_mm256_unpackhi_epi8(Target, Zero), _mm256_shuffle_epi8(Rest, High));
   return _mm256_adds_epu8(Source, _mm256_packus_epi16(TLow, THigh));
 }
-// Eight covers, each four times: for the pixels 0, 1, 4, 5 in the low and 2, 3,
-// 6, 7 in the high.
+// Eight covers, each four times: for the pixels 0, 1, 4, 5 in the low and 2, 3, 6, 7 in the high.
 struct TCoverWords {
   __m256i Low, High;
 };
@@ -249,8 +246,7 @@ QXSVG_AVX2 inline __m256i FirstOf(std::int32_t Count) {
   return _mm256_cmpgt_epi32(_mm256_set1_epi32(Count), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
 }
 
-// Fewer than eight pixels, without touching what lies behind them, which may be
-// another thread's.
+// Fewer than eight pixels, without touching what lies behind them, which may be another thread's.
 QXSVG_AVX2 inline void BlendFew(std::uint32_t* P, std::int32_t Count, TCoverWords Words,
                                 __m256i Color) {
   const __m256i IsFew = FirstOf(Count);
@@ -261,8 +257,7 @@ QXSVG_AVX2 inline void BlendFew(std::uint32_t* P, std::int32_t Count, TCoverWord
                 MultiplyWords(Color, Words.High)));
 }
 
-// Eight pixels; Color is in words. The alpha of an opaque colour's product is
-// the coverage itself.
+// Eight pixels; Color is in words. The alpha of an opaque colour's product is the coverage itself.
 template <bool IsOpaque>
 QXSVG_AVX2 inline void BlendEight(std::uint32_t* P, TCoverWords Words, __m256i Color) {
   const __m256i T = Load(P);
@@ -425,8 +420,7 @@ QXSVG_AVX2 void BlendPixels(std::uint32_t* Target, const std::uint32_t* Source, 
   const __m256i Zero = _mm256_setzero_si256();
   const __m256i C = _mm256_set1_epi16(static_cast<short>(Cover));
   std::int32_t I = 0;
-  // The product with a full cover is the pixel itself, and nothing shows
-  // through opaque ones.
+  // The product with a full cover is the pixel itself, and nothing shows through opaque ones.
   const __m256i Alphas = _mm256_set1_epi32(static_cast<int>(0xff000000));
   for (; Cover == FullCover && I + 8 <= Count; I += 8) {
     const __m256i S = Load(Source + I);

@@ -1,8 +1,8 @@
 #include "adapters/images/Codecs.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 
 #include "adapters/images/Formats.h"
 #include "foundation/Limits.h"

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <optional>
+#include <span>
 #include <vector>
 
 #include "adapters/images/Formats.h"

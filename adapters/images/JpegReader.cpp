@@ -2,7 +2,6 @@
 //
 // The library reports errors by a call that must not return: ours jumps back into this file, over
 // frames that have nothing to destroy.
-#include <algorithm>
 #include <csetjmp>
 #include <cstdio>
 // After <cstdio>, which it needs.

@@ -4,7 +4,6 @@
 // nothing to destroy, and the jump lands in the functions of this file that call it.
 #include <png.h>
 
-#include <algorithm>
 #include <csetjmp>
 #include <cstring>
 

@@ -1,6 +1,5 @@
 #include "adapters/libxml2/Prescan.h"
 
-#include <algorithm>
 #include <cstddef>
 
 #include "foundation/Limits.h"
