@@ -166,6 +166,13 @@ TEST(Images, LossyFormatsStayNearAndKnowTheirLimits) {
   Codecs().Decode(Encode(Bitmap, u"webp", 95), Read);
   EXPECT_TRUE(Compare(Read, Bitmap, 16).IsNone()) << Compare(Read, Bitmap, 16).Text();
   EXPECT_LT(Encode(Bitmap, u"jpeg", 10).size(), Encode(Bitmap, u"jpeg").size());
+  // More bytes than a writer has room for at first.
+  TQXGPBitmap Large(400, 400);
+  Paint(Large, [](auto X, auto Y) { return 0xFF000000u | ((X * 37 ^ Y * 91) & 255) * 0x10101u; });
+  const TBytes File = Encode(Large, u"jpeg", 100);
+  EXPECT_GT(File.size(), 100000u);
+  Codecs().Decode(File, Read);
+  EXPECT_TRUE(Compare(Read, Large, 4).IsNone()) << Compare(Read, Large, 4).Text();
   // JPEG has no transparency: what is clear becomes paper.
   Bitmap.Clear(0x80000000);
   Codecs().Decode(Encode(Bitmap, u"jpg"), Read);
