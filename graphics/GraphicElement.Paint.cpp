@@ -46,6 +46,13 @@ TQXGPBrushKind KindToInherit(const Paint& Above) {
   return IsServed ? TQXGPBrushKind::bkSolid : Above.Kind();
 }
 
+// The kind that goes with what a server gave, or the one before where the server is gone since. The
+// base leaves the server's name alone, so that it is found when it comes back.
+template <class Base, class Paint>
+void TakeServedKind(Paint& Target, TQXGPBrushKind Served) {
+  Target.Base::SetKind(Served != TQXGPBrushKind::bkNone ? Served : KindToInherit(Target));
+}
+
 }  // namespace
 
 TQXGPBrushKind TSVGGraphicElement::PaintFromServer(StringView URI, TQXGPBrush& Target,
@@ -115,7 +122,7 @@ TSVGBrush& TSVGGraphicElement::GetBrush(const TMatrix& Matrix, const TRectF& Bou
   if (GetGraphicParent()) InheritBrush(Brush);
   // The server paints for this element's box, whoever named it.
   const TQXGPBrushKind Kind = PaintFromServer(EffectiveFillURI(), Brush, Matrix, Bounds, Viewport);
-  if (Kind != TQXGPBrushKind::bkNone) Brush.SetKind(Kind);
+  TakeServedKind<TQXGPBrush>(Brush, Kind);
   Resolution.Done();
   return Brush;
 }
@@ -163,7 +170,7 @@ TSVGPen& TSVGGraphicElement::GetPen(const TMatrix& Matrix, const TRectF& Bounds)
   if (!URI.empty()) {
     const TQXGPBrushKind Kind =
         PaintFromServer(URI, Pen.GetBrush(), Matrix, Bounds, GetNearestViewport(Bounds));
-    if (Kind != TQXGPBrushKind::bkNone) Pen.SetKind(Kind);
+    TakeServedKind<TQXGPPen>(Pen, Kind);
   }
   Resolution.Done();
   return Pen;
@@ -200,13 +207,9 @@ void TSVGGraphicElement::InheritPen(TSVGPen& Pen) const {
 
 void TSVGGraphicElement::InheritDashes(TSVGPen& Pen) const {
   const TSVGGraphicElement* const Dashed = DashedAbove();
-  if (!Dashed) return;
-  // The dashes with a name have lengths of their own, in widths of the pen.
-  if (const TQXGPStrokeDash Dash = Dashed->ReadPen().Dash(); Dash != TQXGPStrokeDash::sdCustom)
-    return Pen.SetDash(Dash);
   const TSVGPen& Offset =
       GetGraphicParent()->SourceOf(TSVGStyleProperty::ipStrokeDashOffset).ReadPen();
-  Pen.SetCustomDash(Dashed->ReadPen().CustomDash(), Offset.GetDashOffsetValue());
+  Pen.TakeDashes(Dashed ? &Dashed->ReadPen() : nullptr, Offset.GetDashOffsetValue());
 }
 
 float TSVGGraphicElement::FillOpacity() const {

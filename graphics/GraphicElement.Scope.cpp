@@ -84,7 +84,7 @@ void TSVGGraphicElement::Scope::BuildBelow(const TSVGGraphicElement& Parent, con
   if (!E.FPen && E.AreMarked(StrokeParts)) FPenHolder = &Parent.PenHolder();
   if (!E.IsMarked(TSVGStyleProperty::ipStrokeDasharray)) return;
   FDashed = Parent.DashedAbove();
-  if (!FDashed && Parent.ReadPen().Dash() != TQXGPStrokeDash::sdSolid) FDashed = &Parent;
+  if (!FDashed && Parent.ReadPen().HasOwnDashes()) FDashed = &Parent;
 }
 
 void TSVGGraphicElement::Scope::Lend(TSVGElement& Child, TSVGElement* To,
@@ -165,7 +165,7 @@ const TSVGGraphicElement* TSVGGraphicElement::DashedAbove() const {
   for (const TSVGGraphicElement* E = this; E->IsMarked(TSVGStyleProperty::ipStrokeDasharray);) {
     E = E->GetGraphicParent();
     if (!E) break;
-    if (E->ReadPen().Dash() != TQXGPStrokeDash::sdSolid) Dashed = E;
+    if (E->ReadPen().HasOwnDashes()) Dashed = E;
   }
   return Dashed;
 }

@@ -71,6 +71,7 @@ void TSVGPen::Assign(const TPersistent* Source) {
     FDefaultOpacity = Other->FDefaultOpacity;
     FURI = Other->FURI;
     InheritDashOffset(*Other);
+    FHasTakenDashes = Other->FHasTakenDashes;
     FThicknessIsPercent = Other->FThicknessIsPercent;
     FThicknessPreferredUnit = Other->FThicknessPreferredUnit;
     FDashArrayIsPercent = Other->FDashArrayIsPercent;
@@ -172,6 +173,37 @@ TSVGUnitFactors TSVGPen::GetUnitFactors() const {
   TSVGUnitFactors Factors = SVGUnitFactors;
   if (FOnUnitFactors) FOnUnitFactors(const_cast<TSVGPen*>(this), Factors);
   return Factors;
+}
+
+// --- Dashes
+
+void TSVGPen::SetDash(TQXGPStrokeDash Value) {
+  FHasTakenDashes = false;
+  TQXGPPen::SetDash(Value);
+}
+
+void TSVGPen::SetCustomDash(std::span<const float> Values, std::ptrdiff_t High, float Offset) {
+  FHasTakenDashes = false;
+  TQXGPPen::SetCustomDash(Values, High, Offset);
+}
+
+void TSVGPen::SetCustomDash(std::span<const float> Values, float Offset) {
+  FHasTakenDashes = false;
+  TQXGPPen::SetCustomDash(Values, Offset);
+}
+
+void TSVGPen::TakeDashes(const TSVGPen* From, float Offset) {
+  if (!From) {
+    if (!FHasTakenDashes) return;
+    SetDashOffset(0);
+    return SetDash(TQXGPStrokeDash::sdSolid);
+  }
+  // The dashes with a name have lengths of their own, in widths of the pen.
+  if (From->Dash() == TQXGPStrokeDash::sdCustom)
+    SetCustomDash(From->CustomDash(), Offset);
+  else
+    SetDash(From->Dash());
+  FHasTakenDashes = true;
 }
 
 // --- Dashes as text

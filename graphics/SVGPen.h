@@ -54,6 +54,14 @@ class QXSVG_API TSVGPen : public TQXGPPen {
   void InheritDashOffset(const TSVGPen& Parent);
   // Pixels.
   float GetDashOffsetValue() const;
+  // Dashes that are set are the pen's own.
+  void SetDash(TQXGPStrokeDash Value);
+  void SetCustomDash(std::span<const float> Values, std::ptrdiff_t High, float Offset);
+  void SetCustomDash(std::span<const float> Values, float Offset);
+  bool HasOwnDashes() const { return Dash() != TQXGPStrokeDash::sdSolid && !FHasTakenDashes; }
+  // Takes the dashes of another pen, custom ones with Offset; with none, the line is solid again
+  // where it has taken dashes, and keeps its own otherwise.
+  void TakeDashes(const TSVGPen* From, float Offset);
   // One entry for each number that was written; a list that was repeated has more dashes.
   const std::vector<bool>& DashArrayIsPercent() const { return FDashArrayIsPercent; }
   void SetDashArrayIsPercent(const std::vector<bool>& Value) { FDashArrayIsPercent = Value; }
@@ -102,6 +110,7 @@ class QXSVG_API TSVGPen : public TQXGPPen {
   float FDefaultOpacity = 1;
   TSVGUnit FThicknessPreferredUnit = TSVGUnit::suNone;
   bool FThicknessIsPercent = false;
+  bool FHasTakenDashes = false;
 };
 
 }  // namespace qxsvg

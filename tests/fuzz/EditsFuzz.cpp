@@ -141,7 +141,7 @@ void Move(TSVGElement& Element, TSVGElement& To) {
   std::unique_ptr<TSVGElement> Held = From.Items().Extract(&Element);
   try {
     To.Items().Add(std::move(Held));
-  } catch (const ESVGException&) {
+  } catch (const Exception&) {
     From.Items().Add(std::move(Held));
     throw;
   }
@@ -171,19 +171,36 @@ String FailureOf(Action Run) {
   return {};
 }
 
-// One change. What paint servers and clip paths made for an element is kept until that element
-// changes or is reset, as are the parts of its paints that it inherits from one whose marks change:
-// after such a change the drawing is reset.
-void Edit(TSVGDocument& Drawing, TInput& Input) {
+// Whether paint servers or clip paths are about: what they made for an element is kept until that
+// element itself changes or is reset.
+bool HoldsPaints(TSVGDocument& Drawing) {
+  using enum TSVGElementType;
+  constexpr TSVGElementTypes Kinds{etLinearGradient, etRadialGradient, etPattern, etClipPath};
+  const std::vector<TSVGElement*> All = AllOf(Drawing);
+  return std::any_of(All.begin(), All.end(),
+                     [&](TSVGElement* E) { return Kinds.Has(E->GetSVGType()); });
+}
+
+// One change. False where others may go on with what they had, as they do when an identifier or the
+// marks of one above them change, of which nobody is told: then the drawing has to be reset.
+bool Edit(TSVGDocument& Drawing, TInput& Input) {
   const std::vector<TSVGElement*> All = AllOf(Drawing);
   TSVGElement &Element = *Input.Of(All), &Other = *Input.Of(All);
   TSVGGraphicElement* const Graphic = Element.AsGraphicElement();
   Tell("Edit", Element.SVGTypeName() + u" " + Element.ID() + u" " + Other.ID());
   switch (Input.Next(12)) {
-    default: WriteProperty(Element, Input); break;
+    default: {
+      const auto Marks = [&] {
+        return Graphic ? Graphic->Inherits().Value() : TSVGStyleProperties();
+      };
+      const TSVGStyleProperties Before = Marks();
+      const String Name = Element.ID();
+      WriteProperty(Element, Input);
+      return Marks() == Before && Element.ID() == Name;
+    }
     case 0:
       if (Graphic) Restyle(Drawing, *Graphic, Input);
-      break;
+      return false;
     case 1: Move(Element, Other); break;
     case 2:
       if (AllOf(Element).size() < 9) Other.Items().Add(Element.Clone(&Drawing));
@@ -195,7 +212,7 @@ void Edit(TSVGDocument& Drawing, TInput& Input) {
     case 4:
       if (Element.Parent()) Element.Parent()->Items().Remove(&Element);
       break;
-    case 5: Element.SetID(Input.Of(Names)); break;
+    case 5: Element.SetID(Input.Of(Names)); return false;
     case 6:
       switch (Input.Next(4)) {
         case 0: Element.SetEnabled(Input.Next(2)); break;
@@ -204,7 +221,7 @@ void Edit(TSVGDocument& Drawing, TInput& Input) {
         default:
           if (Graphic) Graphic->BakeTransformation(CreateTranslateQXMatrix(Input.Of(Numbers), 2));
       }
-      break;
+      return false;
     case 7: {
       // Changes that are held back, and one while the tree is walked.
       Element.BeginUpdate();
@@ -219,23 +236,28 @@ void Edit(TSVGDocument& Drawing, TInput& Input) {
       };
       Draw(Drawing, 64);
       Drawing.OnDrawn = nullptr;
+      return false;
     }
   }
+  return true;
 }
 
 // What asking alone may change goes the same way in both: a viewport without size takes the box of
 // what it holds when it is first asked, and an element the parts of its paints that it inherits.
-void Settle(TSVGDocument& Drawing) {
-  for (TSVGElement* const Element : AllOf(Drawing)) {
-    TSVGGraphicElement* const Graphic = Element->AsGraphicElement();
-    if (!Graphic) continue;
-    if (Graphic->AsCustomViewBox() && Graphic->TSVGGraphicElement::GetBoundsRect().IsEmpty())
-      for (TSVGLength* const Length : {&Graphic->WidthU(), &Graphic->HeightU()})
-        Length->SetAsUnit(TSVGUnit::suNone, 20);
-    Graphic->GetBrush();
-    Graphic->GetPen();
-    Graphic->GetFont();
-  }
+void Settle(TSVGDocument& Drawing, bool IsReset) {
+  const std::vector<TSVGElement*> All = AllOf(Drawing);
+  for (TSVGElement* const Element : All)
+    if (TSVGCustomViewBox* const View = Element->AsCustomViewBox())
+      if (View->TSVGGraphicElement::GetBoundsRect().IsEmpty())
+        for (TSVGLength* const Length : {&View->WidthU(), &View->HeightU()})
+          Length->SetAsUnit(TSVGUnit::suNone, 20);
+  if (!IsReset) return;
+  for (TSVGElement* const Element : All)
+    if (TSVGGraphicElement* const Graphic = Element->AsGraphicElement()) {
+      Graphic->GetBrush();
+      Graphic->GetPen();
+      Graphic->GetFont();
+    }
   Drawing.Reset();
 }
 
@@ -300,14 +322,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* Data, std::size_t Size
   TSVGDocument Watched, Fresh;
   for (TSVGDocument* const Drawing : {&Watched, &Fresh}) {
     Drawing->LoadFromText(Text);
-    Settle(*Drawing);
+    Settle(*Drawing, true);
   }
   for (int Edits = 0; Edits < 24 && !Input.IsOver(); ++Edits) {
     if (Input.Next(2)) FailureOf([&] { LookAt(Watched, Input); });
     TInput Again = Input;
-    const String Failure = FailureOf([&] { Edit(Watched, Input); });
+    const bool HeldPaints = HoldsPaints(Fresh);
+    bool IsSeen = false;
+    const String Failure = FailureOf([&] { IsSeen = Edit(Watched, Input); });
     Check(Failure == FailureOf([&] { Edit(Fresh, Again); }), "both fail alike");
-    for (TSVGDocument* const Drawing : {&Watched, &Fresh}) Settle(*Drawing);
+    const bool IsReset = !IsSeen || HeldPaints || HoldsPaints(Fresh);
+    for (TSVGDocument* const Drawing : {&Watched, &Fresh}) Settle(*Drawing, IsReset);
   }
   Compare(Watched, Fresh, Input.Of(Sides));
   return 0;

@@ -245,6 +245,21 @@ TEST(Paints, ASolidParentLeavesTheChildsDashes) {
   EXPECT_EQ(Tree["r"].GetPen().CustomDash().size(), 2u);
   Tree["g"].Pen().SetDash(TQXGPStrokeDash::sdDashDot);
   EXPECT_EQ(Tree["r"].GetPen().Dash(), TQXGPStrokeDash::sdDashDot);
+  // Dashes that came from above do not become the child's own.
+  Tree["g"].Pen().SetDash(TQXGPStrokeDash::sdSolid);
+  EXPECT_EQ(Tree["r"].GetPen().Dash(), TQXGPStrokeDash::sdSolid);
+}
+
+TEST(Paints, AServerThatGoesTakesItsPaintAlong) {
+  TTree Tree("<linearGradient id='l'/><rect id='r' fill='url(#l)' stroke='url(#l)'/>");
+  TSVGElement& Server = Tree["l"];
+  for (const auto& [ID, Kind] :
+       {std::pair(u"l", bkGradient), {u"x", bkSolid}, {u"l", bkGradient}}) {
+    Server.SetID(ID);
+    Tree["r"].Reset();
+    EXPECT_EQ(Tree["r"].GetBrush().Kind(), Kind);
+    EXPECT_EQ(Tree["r"].GetPen().Kind(), Kind);
+  }
 }
 
 TEST(Paints, AFontWithoutParentStaysAsItIs) {
