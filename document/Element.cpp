@@ -124,6 +124,16 @@ void TSVGElement::ElementNotification(TSVGElement*, TSVGElement* Item,
     FOwner->ElementNotification(this, Item, Action);
 }
 
+namespace {
+
+bool StandsBelow(const TSVGElement& Top, const TSVGElement& Wanted) {
+  for (const TSVGElement* Child : Top.Items())
+    if (Child == &Wanted || StandsBelow(*Child, Wanted)) return true;
+  return false;
+}
+
+}  // namespace
+
 void TSVGElement::CheckPlace(TSVGElement* Item) {
   const auto Refuse = [&](const auto& Reason) {
     FItems.Refuse(Item);
@@ -136,6 +146,8 @@ void TSVGElement::CheckPlace(TSVGElement* Item) {
     if (E == Item) Refuse(EInvalidOperation(SElementParentSetToSelf));
     ++Above;
   }
+  // The way up leads past the place of an element that is lent to another parent.
+  if (StandsBelow(*Item, *this)) Refuse(EInvalidOperation(SElementParentSetToSelf));
   // What an element once had below it may be gone.
   if (Above + Item->FHeight > Limits::NestingDepth) Item->MeasureHeight();
   if (Above + Item->FHeight > Limits::NestingDepth) Refuse(ESVGException(SNestingDepthLimit));

@@ -78,6 +78,20 @@ TEST(Use, ATargetThatComesToStandAboveWhileDrawnIsLeftOut) {
   EXPECT_THAT(D.Draw(), SizeIs(1));
 }
 
+TEST(Use, WhatHoldsTheTargetDoesNotGoIntoItWhileItIsLent) {
+  TDrawing Drawing("<g id='s'><g id='x'><rect/></g></g><use id='u' xlink:href='#x'/>");
+  auto &Outer = Drawing.Get(u"s"), &Target = Drawing.Get(u"x");
+  std::unique_ptr<TSVGElement> Taken;
+  Drawing.Document.OnDrawn = [&](TPersistent*, const TMatrix&, TQXGPCanvas&, const TRectF&) {
+    if (Taken || Target.Parent() == &Outer) return;
+    Taken = Drawing.Document.Items().Extract(&Outer);
+    EXPECT_THROW(Target.Items().Add(std::move(Taken)), EInvalidOperation);
+  };
+  Drawing.Draw();
+  EXPECT_EQ(Taken.get(), &Outer);
+  EXPECT_EQ(Target.Parent(), &Outer);
+}
+
 TEST(Use, HasWhatItShows) {
   TDrawing D(
       "<defs id='d'><g id='g'><rect id='r'/></g></defs><g id='o'><use id='u' xlink:href='#g'/>"
