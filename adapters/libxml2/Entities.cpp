@@ -52,9 +52,9 @@ TEntity* TEntities::Find(std::string_view Name) {
   return Found == FEntities.end() ? nullptr : &Found->second;
 }
 
-void TEntities::Charge(std::size_t Bytes) {
+void TEntities::Charge(std::size_t Bytes, StringView Refusal) {
   FSpent += Bytes;
-  if (FSpent > Limits::EntityBytes) throw ESVGException(SEntityLimit);
+  if (FSpent > Limits::EntityBytes) throw ESVGException(Refusal);
 }
 
 TEntities::TOpening::TOpening(TEntities& Entities, TEntity& Entity, std::string_view Name, int Line)

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/Messages.h"
 #include "runtime/String.h"
 
 namespace qxsvg {
@@ -32,8 +33,8 @@ class TEntities {
   TEntity* Find(std::string_view Name);
 
   // Takes the cost of an expansion off the document's budget (Limits::EntityBytes); raises
-  // ESVGException when there is none left.
-  void Charge(std::size_t Bytes);
+  // ESVGException with that text when there is none left.
+  void Charge(std::size_t Bytes, StringView Refusal = SEntityLimit);
 
   // The attribute text with its references resolved. Raises EXMLError at Line for entities that
   // contain themselves, are external or hold a "<".

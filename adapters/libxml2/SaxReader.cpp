@@ -17,6 +17,8 @@ namespace {
 // because its fixed limits are not ours: nesting of 256, texts of ten megabytes.
 // The bytes are UTF-8 by now, whatever the declaration in them says.
 constexpr int ParseOptions = XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC;
+constexpr StringView DefaultedLimit =
+    u"The attributes that the document type gives to elements come to too much text";
 constexpr std::string_view WrapperOpen = "<e>", WrapperClose = "</e>";
 
 std::string_view View(const xmlChar* Text) {
@@ -228,8 +230,9 @@ void TSaxReader::StartElement(const xmlChar* LocalName, const xmlChar* Prefix, i
   // declares as defaults come last: they cost text that the document does not hold.
   for (int I = 0; I < AttributeCount; ++I, Attributes += 5) {
     if (I >= AttributeCount - DefaultedCount)
-      FEntities.Charge(static_cast<std::size_t>(Attributes[4] - Attributes[3]) +
-                       TEntities::ReferenceCost);
+      FEntities.Charge(
+          static_cast<std::size_t>(Attributes[4] - Attributes[3]) + TEntities::ReferenceCost,
+          DefaultedLimit);
     std::construct_at(Next++, TXMLAttribute{Name(Attributes[0], Attributes[1]),
                                             Value(View(Attributes[3], Attributes[4]))});
   }

@@ -237,6 +237,9 @@ TEST_P(XMLContract, BoundsWhatADocumentMayCost) {
       {Bomb + "]><svg>&e11;</svg>", SEntityLimit},
       {Bomb + "]><svg d='&e11;'/>", SEntityLimit},
       {Bomb + "<!ATTLIST g a CDATA '&e6;'>]><svg><g/><g/></svg>", SEntityLimit},
+      {"<!DOCTYPE svg [<!ATTLIST g a CDATA '" + Repeated("a", 60'000) + "'>]><svg>" +
+           Repeated("<g/>", 200) + "</svg>",
+       u"The attributes that the document type gives to elements come to too much text"},
       {Chain + "]><svg>&e99;</svg>", SEntityLimit},
       {Many + "]><svg/>", SEntityCountLimit},
       {Words + ") #IMPLIED>]><svg/>", SDeclarationLimit},
