@@ -11,10 +11,11 @@ namespace qxsvg {
 class TQXGPBitmap;
 
 // The pictures that a document takes in while it loads, in bytes: the outermost scope of a thread
-// begins to count, the images loaded in there add to it.
+// begins to count, the images loaded in there add to it. One that is loaded last may be of any
+// size.
 class TPictureScope {
  public:
-  explicit TPictureScope(std::size_t Budget = Limits::PictureBytes);
+  explicit TPictureScope(std::size_t Budget = Limits::PictureBytes - Limits::ImageBytes);
   TPictureScope(const TPictureScope&) = delete;
   TPictureScope& operator=(const TPictureScope&) = delete;
   ~TPictureScope();
