@@ -4,6 +4,7 @@
 
 #include "foundation/Limits.h"
 #include "graphics/Repeats.h"
+#include "runtime/Export.h"
 
 namespace qxsvg {
 
@@ -16,8 +17,9 @@ void ChangeReference(TSVGElement& Self, String& Reference, StringView Value);
 TSVGGraphicElement* FindGraphicElement(const TSVGElement& Self, StringView ID);
 
 // The budget of one drawing, hit test or measurement, in elements and in pixels of tiles: the
-// outermost scope of a thread fills it, the references followed in there draw from it.
-class TReferenceScope {
+// outermost scope of a thread fills it, the references followed in there draw from it. A program
+// that measures many elements of a document may hold one around all.
+class QXSVG_API TReferenceScope {
  public:
   explicit TReferenceScope(std::int64_t Budget = Limits::DrawnReferences,
                            std::int64_t TilePixels = Limits::TilePixels);

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "document/Document.h"
+#include "shapes/Reference.h"
 #include "tools/Commands.h"
 #include "tools/Input.h"
 #include "tools/Picture.h"
@@ -42,6 +43,8 @@ void Add(CLI::App& App, int& Status) {
     Status = ForEachFile({Options->File}, [&](const std::string& Name) {
       LoadDrawing(Drawing, Name);
       if (!Options->IDs.empty()) return;
+      // One budget for all boxes: each of many identifiers may stand for a fan of uses.
+      const TReferenceScope Budget(Limits::DrawnReferences * 8);
       if (!Drawing.ID().empty()) Print(Drawing, Drawing);
       PrintNamed(Drawing, Drawing);
     });
