@@ -109,7 +109,8 @@ void Write(JsonWriter& Json, const DrawingInfo& Info) {
 }
 
 void WriteFile(JsonWriter& Json, const std::string& Name, const InfoOptions& O) {
-  Json.BeginObject().Key("file").Text(Name);
+  // JSON is text, and the bytes of a name need not be.
+  Json.BeginObject().Key("file").Text(ToUtf8(FromUtf8(Name)));
   try {
     TSVGDocument Drawing;
     Write(Json, LoadWithInfo(Drawing, Name));

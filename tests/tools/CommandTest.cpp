@@ -87,14 +87,15 @@ TEST(Command, InfoTellsWhatADrawingIsMadeOf) {
 
 TEST(Command, InfoForProgramsIsOneJsonText) {
   const TScratchFolder Folder;
-  const std::string Good = Folder.Add("a \"b\".svg", Sample),
+  // A name need not be text.
+  const std::string Good = Folder.Add("a \"b\"\xff.svg", Sample),
                     Bad = Folder.Add("bad.svg", "<svg>\n<");
   const TRunResult Told = RunQxsvg("info --json --tree " + Quoted(Good) + " " + Quoted(Bad));
   EXPECT_EQ(Told.Status, 1);
   EXPECT_EQ(LineCount(Told.Errors), 1u) << Told.Errors;
   for (const char* Part :
-       {"a \\\"b\\\".svg\"", "\"width\": \"10cm\"", "\"height\": \"\"", "\"elementCount\": 6",
-        "\"path\": 2", "\"classes\": [", "\"error\": \"line 2"})
+       {"a \\\"b\\\"\xef\xbf\xbd.svg\"", "\"width\": \"10cm\"", "\"height\": \"\"",
+        "\"elementCount\": 6", "\"path\": 2", "\"classes\": [", "\"error\": \"line 2"})
     EXPECT_TRUE(Has(Told.Output, Part)) << Part << "\n" << Told.Output;
   const std::string Check = "python3 -c 'import json,sys; json.load(sys.stdin)'";
   if (RunLine("command -v python3").Status == 0) {
