@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <filesystem>
 
 #include "document/Document.h"
 #include "foundation/Limits.h"
@@ -10,6 +12,7 @@
 #include "graphics/surface/ImageCodecs.h"
 #include "runtime/Exceptions.h"
 #include "runtime/Services.h"
+#include "runtime/Streams.h"
 
 namespace qxsvg::tools {
 
@@ -126,14 +129,32 @@ std::uint32_t ParseBackground(const std::string& Text) {
   }
 }
 
-String CodecFor(const std::string& NameOrFile) {
-  const std::size_t Period = NameOrFile.rfind('.');
-  const std::string Name = Period == std::string::npos ? NameOrFile : NameOrFile.substr(Period + 1);
-  const auto Codecs = Services().Images.Get();
-  const TImageCodec* Codec = Codecs->Find(FromUtf8(Name));
+String CodecFor(const std::string& Format, const std::string& File) {
+  std::string Name = Format;
+  if (Name.empty() && File != "-") Name = std::filesystem::path(File).extension().string();
+  if (Name.starts_with('.')) Name.erase(0, 1);
+  if (Name.empty()) Name = "png";
+  const TImageCodec* Codec = Services().Images.Get()->Find(FromUtf8(Name));
   if (!Codec || !Codec->CanEncode)
     throw ESVGException(u"%s is no picture format that can be written", {FromUtf8(Name)});
   return String(Codec->Name);
+}
+
+void WritePicture(const TQXGPImage& Picture, StringView Codec, int Quality,
+                  const std::string& File) {
+  if (File != "-") {
+    TAtomicFile Target{std::filesystem::path(File)};
+    Picture.SaveToStream(Target, Codec, Quality);
+    return Target.Finish();
+  }
+  // Nothing waits in a buffer whose failure would be told a second time at the end.
+  std::setvbuf(stdout, nullptr, _IONBF, 0);
+  TMemoryStream Bytes;
+  Picture.SaveToStream(Bytes, Codec, Quality);
+  const TBytes& B = Bytes.Bytes();
+  if (std::fwrite(B.data(), 1, B.size(), stdout) == B.size()) return;
+  std::clearerr(stdout);
+  throw EStreamError(u"Standard output cannot be written");
 }
 
 }  // namespace qxsvg::tools

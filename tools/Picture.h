@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "foundation/Geometry.h"
 #include "graphics/surface/Bitmap.h"
@@ -43,8 +42,13 @@ TRectF BoxOfElement(TSVGDocument& Drawing, TSVGGraphicElement& Element);
 // The colour that a text stands for; raises ESVGException for one that is none.
 std::uint32_t ParseBackground(const std::string& Text);
 
-// The codec that a file name or a format's name asks for; raises ESVGException for one that cannot
-// be written.
-String CodecFor(const std::string& NameOrFile);
+// The codec of a format's name or, where that is empty, of a file's extension; PNG without either.
+// Raises ESVGException for one that cannot be written.
+String CodecFor(const std::string& Format, const std::string& File);
+
+// Writes the picture into a file, which is replaced once it is whole, or to standard output for
+// "-". Quality is that of the codec, or -1. Raises EStreamError.
+void WritePicture(const TQXGPImage& Picture, StringView Codec, int Quality,
+                  const std::string& File);
 
 }  // namespace qxsvg::tools

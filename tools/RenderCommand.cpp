@@ -8,7 +8,9 @@
 #include <iostream>
 #include <map>
 #include <mutex>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 #include "document/Document.h"
 #include "foundation/Limits.h"
@@ -131,32 +133,13 @@ void Draw(TSVGDocument& Drawing, const RenderOptions& Options, TQXGPBitmap& Pict
                       Picture.GetCanvas(), Whole);
 }
 
-void Write(const TQXGPBitmap& Picture, const RenderOptions& Options, const std::string& Output) {
-  const bool ToConsole = Output == "-";
-  std::string Format = Options.Format;
-  if (Format.empty()) Format = ToConsole || fs::path(Output).extension().empty() ? "png" : Output;
-  const String Codec = CodecFor(Format);
-  if (ToConsole) {
-    // Nothing waits in a buffer whose failure would be told a second time at the end.
-    std::setvbuf(stdout, nullptr, _IONBF, 0);
-    TMemoryStream Bytes;
-    Picture.SaveToStream(Bytes, Codec, Options.Quality);
-    const TBytes& B = Bytes.Bytes();
-    if (std::fwrite(B.data(), 1, B.size(), stdout) == B.size()) return;
-    std::clearerr(stdout);
-    throw EStreamError(u"Standard output cannot be written");
-  }
-  TAtomicFile File{fs::path(Output)};
-  Picture.SaveToStream(File, Codec, Options.Quality);
-  File.Finish();
-}
-
 std::string RenderOne(const Job& Work, const RenderOptions& Options) {
   if (!Work.Rival.empty())
     throw ESVGException(u"Its picture would take the name of that of %s", {FromUtf8(Work.Rival)});
   std::error_code IsMissing;
   if (Work.Input != "-" && Work.Output != "-" && fs::equivalent(Work.Input, Work.Output, IsMissing))
     throw ESVGException(u"The picture would replace the drawing");
+  const String Codec = CodecFor(Options.Format, Work.Output);
   Stopwatch Watch;
   TSVGDocument Drawing;
   Configure(Drawing, Options);
@@ -166,7 +149,7 @@ std::string RenderOne(const Job& Work, const RenderOptions& Options) {
   TQXGPBitmap Picture;
   Draw(Drawing, Options, Picture);
   const double Drawn = Watch.Lap();
-  Write(Picture, Options, Work.Output);
+  WritePicture(Picture, Codec, Options.Quality, Work.Output);
   if (!Options.IsTimed) return {};
   char Line[160];
   std::snprintf(Line, sizeof Line, "load %.2f ms, draw %.2f ms, encode %.2f ms, %d x %d pixels",
@@ -211,8 +194,9 @@ std::vector<Job> Plan(const RenderOptions& Options) {
     if (Files[0] == "-") return {{"-", "-", {}}};
     return {{Files[0], fs::path(Files[0]).replace_extension(Extension).string(), {}}};
   }
-  const bool IsDirectory =
-      Files.size() > 1 || fs::is_directory(Options.Output) || Options.Output.ends_with('/');
+  std::error_code Unknown;
+  const bool IsDirectory = Files.size() > 1 || fs::is_directory(Options.Output, Unknown) ||
+                           Options.Output.ends_with('/');
   if (!IsDirectory) return {{Files[0], Options.Output, {}}};
   if (Options.Output == "-")
     throw CLI::ValidationError("--output", "several pictures cannot go to standard output");
@@ -246,7 +230,11 @@ int RunAll(const std::vector<Job>& Jobs, const RenderOptions& Options) {
       Options.Jobs > 0 ? Options.Jobs : std::max(1u, std::thread::hardware_concurrency());
   Workers = static_cast<unsigned>(std::min<std::size_t>(Workers, Jobs.size()));
   std::vector<std::jthread> Threads;
-  for (unsigned I = 1; I < Workers; ++I) Threads.emplace_back(Work);
+  try {
+    for (unsigned I = 1; I < Workers; ++I) Threads.emplace_back(Work);
+  } catch (const std::system_error&) {
+    // As many as the system gives do the work too.
+  }
   Work();
   Threads.clear();
   return Status;

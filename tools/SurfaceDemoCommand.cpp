@@ -1,7 +1,6 @@
 // qxsvg surface-demo: a sheet of what the drawing surface can do.
 #include <CLI/CLI.hpp>
 
-#include "runtime/Streams.h"
 #include "tools/Commands.h"
 #include "tools/Input.h"
 #include "tools/Picture.h"
@@ -18,12 +17,10 @@ void Add(CLI::App& App, int& Status) {
   Command->add_option("OUT", *Output, "The picture, such as OUT.png")->required();
   Command->callback([Output, &Status] {
     Status = ForEachFile({*Output}, [](const std::string& Name) {
+      const String Codec = CodecFor({}, Name);
       TQXGPBitmap Sheet(SurfaceDemoWidth, SurfaceDemoHeight);
       DrawSurfaceDemo(Sheet.GetCanvas());
-      const String Codec = CodecFor(Name);
-      TAtomicFile File(FromUtf8(Name));
-      Sheet.SaveToStream(File, Codec);
-      File.Finish();
+      WritePicture(Sheet, Codec, -1, Name);
     });
   });
 }

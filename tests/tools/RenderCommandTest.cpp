@@ -182,6 +182,9 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
       {"render - -b nocolor", 2, "nocolor is no colour"},
       {"render - -b '#12345'", 2, "#12345 is no colour"},
       {"render - x.tiff", 1, "tiff is no picture format"},
+      // Told before the work begins.
+      {"render - x.tiff < /", 1, "tiff is no picture format"},
+      {"render - -o " + File + "/x/y", 1, "/file/x/y: "},
       {"render - -z inf", 2, "no number above 0"},
       {"render - -s /nowhere.css", 1, "/nowhere.css: "},
       {"render - -o " + File + "/x", 1, "/file/x: "},
@@ -191,6 +194,7 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
       {"info - < /", 1, "-: Standard input cannot be read"},
       {"--help > /dev/full", 1, "Standard output cannot be written"},
       {"surface-demo /nowhere/x.png", 1, "There is no such folder"},
+      {"surface-demo /no.where/x", 1, "There is no such folder"},
   };
   for (const auto& [Arguments, Status, Cause] : Cases) {
     const TRunResult Told = RunQxsvg(Arguments, Sample);
