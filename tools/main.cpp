@@ -45,6 +45,7 @@ int main(int Count, char** Arguments) {
   CLI::App App("Reads, checks, draws and asks SVG drawings.", "qxsvg");
   // The subcommands take it over, but for those in which -h is the height.
   App.set_help_flag("-h,-?,--help", "Prints this help and exits");
+  App.set_version_flag("--version", "qxsvg " QXSVG_VERSION, "Prints the version and exits");
   App.require_subcommand(1);
   int Status = 0;
   try {
