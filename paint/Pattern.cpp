@@ -1,5 +1,7 @@
 #include "paint/Pattern.h"
 
+#include <algorithm>
+
 #include "document/AttributeParsers.h"
 #include "document/Document.h"
 #include "document/ElementLock.h"
@@ -172,7 +174,8 @@ std::unique_ptr<TQXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement& Element
   if (ViewBox().ViewBoxSpecified()) View = GetViewMatrix(View, Tile);
   const std::int64_t Width = CanvasTrunc(Tile.Width()), Height = CanvasTrunc(Tile.Height());
   if (Width <= 0 || Height <= 0) return Result;
-  const bool IsSmall = Width <= Limits::PatternPixels / Height;
+  const bool IsSmall =
+      std::max(Width, Height) <= Limits::BitmapSide && Width <= Limits::PatternPixels / Height;
   if (!IsSmall || !TReferenceScope::TakePixels(Width * Height)) {
     if (Document())
       Document()->Diagnose(TSVGDiagnosticKind::dkLimit, this,

@@ -210,6 +210,7 @@ TEST(Pattern, TilesHaveTheSizeToldByTheUnits) {
       // Another pattern lends its content, not its size.
       {"xlink:href='#o'", "0x0"},
       {"patternUnits='userSpaceOnUse' width='1e9' height='1e9'", "0x0"},
+      {"patternUnits='userSpaceOnUse' width='4' height='40000'", "0x0"},
   };
   for (const auto& [Attributes, Size] : Cases) {
     TDrawing D(std::string("<pattern id='o' width='1' height='1'/><pattern id='p' ") + Attributes +
