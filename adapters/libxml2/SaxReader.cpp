@@ -174,6 +174,10 @@ void TSaxReader::NoteError(const xmlError& Error) {
   std::replace(FMessage.begin(), FMessage.end(), '\n', ' ');
   FErrorLine = Error.line;
   FErrorColumn = Error.int2;
+  // Nothing after it counts, and each further one costs a copy of the comment that it stands in.
+  // The call that stops a parser would free the text under one that is within a comment.
+  FContext->instate = XML_PARSER_EOF;
+  FContext->disableSAX = 1;
 }
 
 TXMLNode* TSaxReader::NewNode(TXMLNodeType Type, const TXMLName* Name) {

@@ -253,6 +253,9 @@ TEST_P(XMLContract, BoundsWhatADocumentMayCost) {
   // Quotes that are no attributes.
   const std::string Quotes = Repeated("'\"' ", Limits::ElementAttributes * 2);
   EXPECT_NO_THROW(Load("<svg><!-- " + Quotes + "--><style>" + Quotes + "</style></svg>"));
+  // A fault at each of a million hyphens: the first one ends the reading.
+  EXPECT_NE(Refusal<EXMLError>("<svg><!--" + Repeated("-", 1'000'000) + "--></svg>"),
+            "nothing was raised");
 }
 
 TEST_P(XMLContract, ReadsCompressedDocuments) {
