@@ -37,22 +37,42 @@ void TRegionCover::Row(std::int32_t Y, std::span<const TCoverSpan> Spans,
                        const std::uint8_t* Covers) {
   SkipTo(Y);
   FNextRow = Y + 1;
+  if (FMode == TQXGPCombineMode::cmIntersect)
+    Intersect(RowOf(Y), Spans, Covers);
+  else
+    Unite(RowOf(Y), Spans, Covers);
+}
+
+// A clip of thousands of shapes comes here with thousands of steps, each of which covers a little:
+// what lies beside its spans is not touched.
+void TRegionCover::Unite(std::uint8_t* Row, std::span<const TCoverSpan> Spans,
+                         const std::uint8_t* Covers) {
+  const auto United = [](std::uint32_t A, std::uint32_t B) {
+    return static_cast<std::uint8_t>(FullCover - MultiplyBytes(FullCover - A, FullCover - B));
+  };
+  for (const TCoverSpan& Span : Spans) {
+    std::uint8_t* const Out = Row + (Span.X - FBox.Left);
+    if (!Span.IsEven())
+      std::transform(Out, Out + Span.Length, Span.Covers(Covers), Out, United);
+    else if (Span.Cover == FullCover)
+      std::fill_n(Out, Span.Length, static_cast<std::uint8_t>(FullCover));
+    else
+      std::for_each(Out, Out + Span.Length,
+                    [&](std::uint8_t& Cover) { Cover = United(Cover, Span.Cover); });
+  }
+}
+
+void TRegionCover::Intersect(std::uint8_t* Row, std::span<const TCoverSpan> Spans,
+                             const std::uint8_t* Covers) {
   std::fill(FRow.begin(), FRow.end(), std::uint8_t{0});
   for (const TCoverSpan& Span : Spans) {
-    std::uint8_t* Out = FRow.data() + (Span.X - FBox.Left);
+    std::uint8_t* const Out = FRow.data() + (Span.X - FBox.Left);
     if (Span.IsEven())
       std::fill_n(Out, Span.Length, static_cast<std::uint8_t>(Span.Cover));
     else
       std::copy_n(Span.Covers(Covers), Span.Length, Out);
   }
-  std::uint8_t* Row = RowOf(Y);
-  if (FMode == TQXGPCombineMode::cmIntersect) {
-    Kernels().MultiplyCovers(Row, Row, FRow.data(), static_cast<std::int32_t>(FWidth));
-    return;
-  }
-  for (std::size_t I = 0; I < FWidth; ++I)
-    Row[I] = static_cast<std::uint8_t>(FullCover -
-                                       MultiplyBytes(FullCover - Row[I], FullCover - FRow[I]));
+  Kernels().MultiplyCovers(Row, Row, FRow.data(), static_cast<std::int32_t>(FWidth));
 }
 
 void TRegionCover::Emit(ISpanSink& Sink) {

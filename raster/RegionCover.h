@@ -27,6 +27,8 @@ class TRegionCover final : public ISpanSink {
  private:
   std::uint8_t* RowOf(std::int32_t Y);
   void SkipTo(std::int32_t Y);
+  void Unite(std::uint8_t* Row, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers);
+  void Intersect(std::uint8_t* Row, std::span<const TCoverSpan> Spans, const std::uint8_t* Covers);
 
   TRect FBox;
   std::size_t FWidth = 0;
