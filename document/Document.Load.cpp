@@ -1,8 +1,10 @@
 // The way from bytes to a finished tree, and the test whether there is one.
+#include <optional>
 #include <typeinfo>
 #include <utility>
 
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "document/XML.h"
 #include "foundation/Messages.h"
 #include "runtime/Exceptions.h"
@@ -102,6 +104,10 @@ void TSVGDocument::LoadFromXML(IXMLNode& Node) {
       Document() && Document() == Loaded && typeid(*this) == typeid(TSVGDocument);
   const TLoadedLock Loading(*this);
   const TPictureScope Pictures;
+  // One that is nested may be removed by a handler of the document around it. What a root lets go
+  // is freed before the new tree is made.
+  std::optional<TTreeWalk> Walk;
+  if (Document()) Walk.emplace(*this);
   const TUpdateLock Lock(*this);
   Clear();
   DoLoading();

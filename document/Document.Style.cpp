@@ -2,6 +2,7 @@
 #include "document/Document.h"
 #include "document/ElementLock.h"
 #include "document/Style.h"
+#include "document/TreeWalk.h"
 #include "document/XML.h"
 #include "foundation/Limits.h"
 #include "foundation/Messages.h"
@@ -12,6 +13,7 @@
 namespace qxsvg {
 
 void TSVGDocument::ReadStyles(StringView Text) {
+  const TTreeWalk Walk(*this);
   // One walk over the text without its comments; there are no at-rules, their words are selectors.
   const String Plain = RemoveComments(Text);
   StringView Rest = Plain;

@@ -6,6 +6,7 @@
 namespace qxsvg {
 
 void TSVGDocument::Change(TSVGElement* Element) {
+  const TTreeWalk Walk(*this);
   // One that is nested passes the change on.
   if (!Document()) DropRepeats(*this);
   TSVGCustomViewBox::Change(Element);

@@ -97,8 +97,8 @@ inline constexpr std::size_t StampBytesOfPath = std::size_t{2} << 20;
 inline constexpr std::size_t ImageBytes = std::size_t{440} << 20;
 // Bytes of an image before decoding, which is done in memory.
 inline constexpr std::size_t ImageFileBytes = std::size_t{256} << 20;
-// Bytes of pictures that a document holds while it loads another one: a picture in one colour takes
-// thousands of times the bytes of its text.
+// Bytes of the pictures of one document, of which the last one may have all that ImageBytes allows:
+// a picture in one colour takes thousands of times the bytes of its text.
 inline constexpr std::size_t PictureBytes = std::size_t{1} << 30;
 
 // --- Text

@@ -207,9 +207,10 @@ void TSVGGraphicElement::InheritPen(TSVGPen& Pen) const {
 
 void TSVGGraphicElement::InheritDashes(TSVGPen& Pen) const {
   const TSVGGraphicElement* const Dashed = DashedAbove();
+  if (!Dashed) return Pen.TakeDashes(nullptr, 0);
   const TSVGPen& Offset =
       GetGraphicParent()->SourceOf(TSVGStyleProperty::ipStrokeDashOffset).ReadPen();
-  Pen.TakeDashes(Dashed ? &Dashed->ReadPen() : nullptr, Offset.GetDashOffsetValue());
+  Pen.TakeDashes(&Dashed->ReadPen(), Offset.GetDashOffsetValue());
 }
 
 float TSVGGraphicElement::FillOpacity() const {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "document/Document.h"
+#include "document/TreeWalk.h"
 #include "foundation/Messages.h"
 #include "graphics/GraphicElementParts.h"
 #include "graphics/GraphicElementScope.h"
@@ -131,14 +132,17 @@ TSVGFont& TSVGGraphicElement::OwnFont() {
 }
 
 void TSVGGraphicElement::SetBrush(const TSVGBrush* Value) {
+  const TTreeWalk Walk(*this);
   OwnBrush().Assign(Value);
 }
 
 void TSVGGraphicElement::SetPen(const TSVGPen* Value) {
+  const TTreeWalk Walk(*this);
   OwnPen().Assign(Value);
 }
 
 void TSVGGraphicElement::SetFont(const TSVGFont* Value) {
+  const TTreeWalk Walk(*this);
   OwnFont().Assign(Value);
 }
 

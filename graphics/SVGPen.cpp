@@ -66,12 +66,12 @@ TSVGPen::TSVGPen(TQXGPCanvas* Canvas, TQXGPBrushKind Kind, TQXGPColor Color)
 TSVGPen::~TSVGPen() = default;
 
 void TSVGPen::Assign(const TPersistent* Source) {
+  FHasTakenDashes = false;
   if (const auto* Other = dynamic_cast<const TSVGPen*>(Source); Other && Other != this) {
     FOpacity = Other->FOpacity;
     FDefaultOpacity = Other->FDefaultOpacity;
     FURI = Other->FURI;
     InheritDashOffset(*Other);
-    FHasTakenDashes = Other->FHasTakenDashes;
     FThicknessIsPercent = Other->FThicknessIsPercent;
     FThicknessPreferredUnit = Other->FThicknessPreferredUnit;
     FDashArrayIsPercent = Other->FDashArrayIsPercent;

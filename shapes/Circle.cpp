@@ -1,5 +1,6 @@
 #include "shapes/Circle.h"
 
+#include "document/TreeWalk.h"
 #include "graphics/SVGBrush.h"
 #include "graphics/SVGPen.h"
 #include "graphics/surface/Canvas.h"
@@ -93,16 +94,19 @@ void TSVGCircle::SetCenterY(const TSVGLength* Value) {
 }
 
 void TSVGCircle::SetRadius(const TSVGLength* Value) {
+  const TTreeWalk Walk(*this);
   WidthU().Assign(Value);
   HeightU().Assign(Value);
 }
 
 void TSVGCircle::SetWidth(float Value) {
+  const TTreeWalk Walk(*this);
   TBase::SetWidth(Value);
   HeightU().SetPixels(Value);
 }
 
 void TSVGCircle::SetHeight(float Value) {
+  const TTreeWalk Walk(*this);
   TBase::SetHeight(Value);
   WidthU().SetPixels(Value);
 }

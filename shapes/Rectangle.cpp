@@ -2,6 +2,7 @@
 
 #include "document/AttributeParsers.h"
 #include "document/ElementLock.h"
+#include "document/TreeWalk.h"
 #include "graphics/SVGBrush.h"
 #include "graphics/SVGPen.h"
 #include "graphics/surface/Canvas.h"
@@ -90,12 +91,14 @@ float TSVGRectangle::RYValue() const {
 }
 
 void TSVGRectangle::SetRX(const TSVGLength* Value) {
+  const TTreeWalk Walk(*this);
   RX().Assign(Value);
   LiftNegative(RX());
   CutToHalf(RX(), GetWidth());
 }
 
 void TSVGRectangle::SetRY(const TSVGLength* Value) {
+  const TTreeWalk Walk(*this);
   RY().Assign(Value);
   LiftNegative(RY());
   CutToHalf(RY(), GetHeight());

@@ -243,6 +243,9 @@ int RunAll(const std::vector<Job>& Jobs, const RenderOptions& Options) {
 int Run(RenderOptions& Options) {
   const std::vector<Job> Jobs = Plan(Options);
   if (!Options.StyleSheet.empty()) {
+    const auto IsStandardInput = [](const Job& J) { return J.Input == "-"; };
+    if (Options.StyleSheet == "-" && std::any_of(Jobs.begin(), Jobs.end(), IsStandardInput))
+      throw CLI::ValidationError("--stylesheet", "standard input is the drawing already");
     const TBytes Bytes = ReadAll(*OpenInput(Options.StyleSheet), Limits::DocumentBytes);
     Options.Rules = TextOfSheet(CharsOf(Bytes));
   }

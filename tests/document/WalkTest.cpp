@@ -295,6 +295,33 @@ TEST(Walks, WhatEndsWhileItIsEmptiedOrCopiedStaysInMemory) {
   }
 }
 
+// Each change takes several steps, and the handler removes the element at the first notice.
+TEST(Walks, WhatEndsWhileItChangesStaysInMemory) {
+  using TChange = void (*)(TSVGElement&);
+  const std::pair<const char*, TChange> Cases[] = {
+      {"<svg id='x'/>", [](TSVGElement& E) { E.AsDocument()->LoadFromText(Drawing); }},
+      {"<svg id='x'/>",
+       [](TSVGElement& E) { E.AsDocument()->ViewBox().SetRect(QXRect(0, 0, 1, 2)); }},
+      {"<svg id='x'/>",
+       [](TSVGElement& E) { E.AsDocument()->ReadStyles(StringView(u"a {} b {}")); }},
+      {"<circle id='x'/>", [](TSVGElement& E) { E.AsGraphicElement()->SetWidth(5); }},
+      {"<rect id='x'/>",
+       [](TSVGElement& E) {
+         const TSVGPen Pen(nullptr, TQXGPBrushKind::bkSolid, 0xff112233);
+         E.AsGraphicElement()->SetPen(&Pen);
+       }},
+  };
+  for (const auto& [Child, Change] : Cases) {
+    TLoaded Doc("<svg>" + std::string(Child) + "</svg>");
+    TSVGElement* const Element = Doc.FindElement(u"x");
+    Doc.OnChange = [&](TPersistent*) {
+      if (Doc.Items().Count() > 0) Doc.Items().Clear();
+    };
+    Change(*Element);
+    EXPECT_EQ(Doc.Items().Count(), 0) << Child;
+  }
+}
+
 TEST(Walks, WhatIsDrawnMayGoToAnotherDocumentAndEndThere) {
   TLoaded Doc(Drawing);
   TSVGDocument Other;

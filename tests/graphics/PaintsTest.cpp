@@ -245,7 +245,10 @@ TEST(Paints, ASolidParentLeavesTheChildsDashes) {
   EXPECT_EQ(Tree["r"].GetPen().CustomDash().size(), 2u);
   Tree["g"].Pen().SetDash(TQXGPStrokeDash::sdDashDot);
   EXPECT_EQ(Tree["r"].GetPen().Dash(), TQXGPStrokeDash::sdDashDot);
-  // Dashes that came from above do not become the child's own.
+  // Dashes that came from above do not become the child's own, but those of a copy of its pen.
+  TSVGPen Copy(nullptr, TQXGPBrushKind::bkSolid, 0);
+  Copy.Assign(&Tree["r"].GetPen());
+  EXPECT_TRUE(Copy.HasOwnDashes());
   Tree["g"].Pen().SetDash(TQXGPStrokeDash::sdSolid);
   EXPECT_EQ(Tree["r"].GetPen().Dash(), TQXGPStrokeDash::sdSolid);
 }

@@ -189,6 +189,7 @@ TEST(Render, FailuresHaveTheirStatusAndSayWhy) {
       {"render - -s /nowhere.css", 1, "/nowhere.css: "},
       {"render - -o " + File + "/x", 1, "/file/x: "},
       {"render - - -o -", 2, "several pictures"},
+      {"render - -s -", 2, "standard input is the drawing already"},
       {"render - > /dev/full", 1, "-: Standard output cannot be written"},
       {"info - > /dev/full", 1, "Standard output cannot be written"},
       {"info - < /", 1, "-: Standard input cannot be read"},
