@@ -1,4 +1,6 @@
 // What the document is told by its tables and its tree, and what it tells the host.
+#include <optional>
+
 #include "document/Document.h"
 #include "document/Style.h"
 #include "document/TreeWalk.h"
@@ -6,9 +8,13 @@
 namespace qxsvg {
 
 void TSVGDocument::Change(TSVGElement* Element) {
-  const TTreeWalk Walk(*this);
-  // One that is nested passes the change on.
-  if (!Document()) DropRepeats(*this);
+  // One that is nested passes the change on, and may be removed by a handler that hears of it
+  // there.
+  std::optional<TTreeWalk> Walk;
+  if (Document())
+    Walk.emplace(*this);
+  else
+    DropRepeats(*this);
   TSVGCustomViewBox::Change(Element);
   if (IsUpdating() || FElementState.Has(TSVGElementStateFlag::esDestroying)) return;
   if (OnChange) OnChange(Element);
